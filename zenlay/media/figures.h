@@ -1,0 +1,21 @@
+// The figure list and the drawing of figures.
+#pragma once
+
+#include "zenlay/effects/effect_services.h"
+
+namespace zenlay {
+
+enum Figure : int { figureBackground, figureCircle, figureSquare, figureTriangle, figurePentagon, figureHexagon,
+                    figureStar, builtInFigures };
+inline constexpr int maxFigures = 254;
+
+/// Built-in names, then the names (without extension) of figure/*.png beside the plug-in; built once.
+void buildFigureList(const char* pluginDirectory);
+void freeFigureList();
+int figureCount();
+const char* figureName(int index);
+
+/// 1 when something was drawn into the object image.
+int drawFigure(EffectDefinition*, EffectProcessInfo*, const FigureRequest*);
+
+}  // namespace zenlay

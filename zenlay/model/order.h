@@ -1,0 +1,26 @@
+// The derived order of the objects. Invalid between a change of the object table and the next rebuildOrder, which every
+// editing operation calls before it returns.
+#pragma once
+
+#include "zenlay/model/records.h"
+
+namespace zenlay {
+
+/// Objects of the current scene grouped by layer and sorted by start frame, then those of the other scenes sorted by
+/// scene, home layer and start.
+extern ObjectRecord* layerOrder[maxObjects];
+
+struct LayerRange {
+  int first, last;  // entries of layerOrder; first > last for an empty layer
+};
+extern LayerRange layerRanges[layersPerScene];
+extern int layersInUse;       // highest layer holding objects, plus one
+extern int sceneObjectCount;  // of the current scene
+extern int objectCount;       // of all scenes
+
+void rebuildOrder();
+/// Object index along the chain, or -1.
+int nextSection(int object);
+int previousSection(int object);
+
+}  // namespace zenlay

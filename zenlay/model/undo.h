@@ -1,0 +1,16 @@
+// The undo history. Requests while it is disabled are ignored.
+#pragma once
+
+namespace zenlay {
+
+enum UndoKind : int { undoSnapshot = 0, undoChain = 0x1, undoCreated = 0x2, undoPosition = 0x8, undoLayer = 0x10 };
+
+void beginUndoStep();
+void recordUndo(int target, int kind);
+/// While a batch is open only creation records are taken.
+void beginUndoBatch();
+void endUndoBatch();
+void undo();
+void resetUndo();
+
+}  // namespace zenlay
