@@ -52,6 +52,26 @@ enum HostMessage : uint32_t {
   messageImageWheel = 0x481,
 };
 
+/// To the main record's window procedure: what a program that drives the plug-in without a screen has to ask beyond its
+/// commands. first = PluginQuery, second = QueryRequest*. 1 when answered.
+inline constexpr uint32_t messageQuery = 0x7000;
+enum PluginQuery : intptr_t {
+  queryEffects = 1,      // argument: an effect's name or null for all; answer: JSON array
+  queryProject = 2,      // answer: JSON object of clip, scenes, layers and objects
+  queryWriteBackup = 3,  // argument: path; writes a backup file there; answer: null or the reason of a failure
+};
+struct QueryRequest {
+  const char* argument;
+  const char* answer;  // owned by the plug-in, valid until the next query
+};
+
+/// Commands (messageCommand) with which a host drives the plug-in; the file comes from the host's file dialogs.
+enum PluginCommand : int32_t {
+  commandOpenObjectFile = 1037,  // import; with no project open: new project from the object file
+  commandSaveObjectFile = 1038,
+  commandOpenBackup = 1067,      // new project from a backup file
+};
+
 // Bits of HostFilterRecord::flags with a meaning of the plug-in's own; the others are the host's.
 enum FilterFlag : uint32_t {
   filterHasExtraData = 0x00000400,
