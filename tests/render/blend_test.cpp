@@ -251,7 +251,7 @@ struct Copies : testing::Test {
               blendSourceAlpha | blendDestinationAlpha);
   }
   /// Target pixels of [x0, x1) x [y0, y1) come from the picture shifted by (dx, dy); all others are untouched.
-  void expectCopied(int x0, int y0, int x1, int y1, int dx, int dy) {
+  void expectCopied(int x0, int y0, int x1, int y1, int64_t dx, int64_t dy) {
     for (int y = 0; y < height; ++y) {
       for (int x = 0; x < line; ++x) {
         bool inside = x >= x0 && x < x1 && y >= y0 && y < y1;
@@ -283,7 +283,7 @@ TEST_F(Copies, clipToTheTarget) {
     SCOPED_TRACE(testing::Message() << "at " << c.x << ", " << c.y);
     std::fill(target.begin(), target.end(), ObjectPixel{1, 2, 3, 4});
     copy(c.x, c.y, c.region);
-    expectCopied(c.x0, c.y0, c.x1, c.y1, c.region.x - c.x, c.region.y - c.y);
+    expectCopied(c.x0, c.y0, c.x1, c.y1, int64_t{c.region.x} - c.x, int64_t{c.region.y} - c.y);
   }
 }
 

@@ -116,15 +116,16 @@ HWY_INLINE Colours mix(const Colours& s, const Colours& d) {
   }
 }
 
-/// Source colours and their weights limited to 0..4096.
-HWY_INLINE void loadSource(const FramePixel* p, Vector weight, Colours* s, Vector* a) {
-  load(p, s);
-  *a = weight;
+/// Source colours of two vectors and their weights limited to 0..4096.
+HWY_INLINE void loadSource(const FramePixel* p, Vector weight, Colours s[2], Vector a[2]) {
+  loadPair(p, s);
+  a[0] = a[1] = weight;
 }
-HWY_INLINE void loadSource(const ObjectPixel* p, Vector weight, Colours* s, Vector* a) {
-  load(p, s, a);
-  *a = limit(hn::ShiftRight<12>(hn::Mul(*a, weight)), 0, fullAlpha);
+HWY_INLINE void loadSource(const ObjectPixel* p, Vector weight, Colours s[2], Vector a[2]) {
+  loadPair(p, s, a);
+  for (int i = 0; i < 2; ++i) a[i] = limit(hn::ShiftRight<12>(hn::Mul(a[i], weight)), 0, fullAlpha);
 }
+HWY_INLINE bool nothingDrawn(const Vector a[2]) { return hn::AllTrue(Lanes32(), hn::Eq(hn::Or(a[0], a[1]), splat(0))); }
 
 /// D + ((C - D) * a >> 12) is the colour itself for a = 4096 and the destination for 0.
 template <int mode>
@@ -132,12 +133,13 @@ struct OntoFrame {
   Vector weight;
   template <class Source>
   HWY_INLINE void operator()(FramePixel* p, const Source* q) const {
-    Colours s, d;
-    Vector a;
-    loadSource(q, weight, &s, &a);
-    if (hn::AllTrue(Lanes32(), hn::Eq(a, splat(0)))) return;
-    load(p, &d);
-    store(p, weighted(d, hn::Sub(splat(fullAlpha), a), mix<mode>(s, d), a));
+    Colours s[2], d[2];
+    Vector a[2];
+    loadSource(q, weight, s, a);
+    if (nothingDrawn(a)) return;
+    loadPair(p, d);
+    for (int i = 0; i < 2; ++i) d[i] = weighted(d[i], hn::Sub(splat(fullAlpha), a[i]), mix<mode>(s[i], d[i]), a[i]);
+    storePair(p, d);
   }
 };
 
@@ -148,22 +150,13 @@ HWY_INLINE Joint over(Vector A, Vector a) {
   return {quotient(hn::Mul(hn::Sub(splat(fullAlpha), a), A), joint), quotient(hn::ShiftLeft<12>(a), joint), joint};
 }
 
+/// What a user mode makes of a destination.
 template <int mode>
-struct OntoObject {
-  Vector weight;
-  template <class Source>
-  HWY_INLINE void operator()(ObjectPixel* p, const Source* q) const {
-    Colours s, d;
-    Vector a, A;
-    loadSource(q, weight, &s, &a);
-    auto drawn = hn::Gt(a, splat(0));
-    if (hn::AllFalse(Lanes32(), drawn)) return;
-    load(p, &d, &A);
-    Joint joint = over(limit(A, 0, fullAlpha), a);
-    Colours result = weighted(d, joint.destination, mix<mode>(s, d), joint.source);
-    store(p, choose(drawn, result, d), hn::IfThenElse(drawn, joint.alpha, A));
-  }
-};
+HWY_INLINE void userMode(const Colours& s, Vector a, Colours* d, Vector* alpha) {
+  Joint joint = over(limit(*alpha, 0, fullAlpha), a);
+  *d = weighted(*d, joint.destination, mix<mode>(s, *d), joint.source);
+  *alpha = joint.alpha;
+}
 
 /// What an internal mode makes of a destination; `alpha` is as stored on entry.
 template <int mode>
@@ -201,27 +194,36 @@ HWY_INLINE void internalMode(const Colours& s, Vector a, Colours* d, Vector* alp
   }
 }
 
+/// Pixels with a = 0 keep colour and alpha as stored.
 template <int mode>
-struct InternalOntoObject {
+struct OntoObject {
   Vector weight;
   template <class Source>
   HWY_INLINE void operator()(ObjectPixel* p, const Source* q) const {
-    Colours s, before;
-    Vector a, alphaBefore;
-    loadSource(q, weight, &s, &a);
-    auto drawn = hn::Gt(a, splat(0));
-    if (hn::AllFalse(Lanes32(), drawn)) return;
-    load(p, &before, &alphaBefore);
-    Colours after = before;
-    Vector alpha = alphaBefore;
-    internalMode<mode>(s, a, &after, &alpha);
-    store(p, choose(drawn, after, before), hn::IfThenElse(drawn, alpha, alphaBefore));
+    Colours s[2], d[2];
+    Vector a[2], alpha[2];
+    loadSource(q, weight, s, a);
+    if (nothingDrawn(a)) return;
+    loadPair(p, d, alpha);
+    for (int i = 0; i < 2; ++i) {
+      Colours result = d[i];
+      Vector resultAlpha = alpha[i];
+      if constexpr (mode < userBlendModes) {
+        userMode<mode>(s[i], a[i], &result, &resultAlpha);
+      } else {
+        internalMode<mode>(s[i], a[i], &result, &resultAlpha);
+      }
+      auto drawn = hn::Gt(a[i], splat(0));
+      d[i] = choose(drawn, result, d[i]);
+      alpha[i] = hn::IfThenElse(drawn, resultAlpha, alpha[i]);
+    }
+    storePair(p, d, alpha);
   }
 };
 
 template <class Rule, class Destination, class Source>
 void row(Destination* d, const Source* s, int n, int weight) {
-  inBlocks<true>(d, s, n, Rule{limit(splat(weight), 0, fullAlpha)});
+  inBlocks<2 * vectorPixels, true>(d, s, n, Rule{limit(splat(weight), 0, fullAlpha)});
 }
 
 void normalOpaqueToFrame(FramePixel* d, const FramePixel* s, int n, int weight) {
@@ -242,8 +244,7 @@ constexpr BlendKernels user() {
 template <int mode>
 constexpr BlendKernels internal() {
   return {row<OntoFrame<blendNormal>, FramePixel, ObjectPixel>, normalOpaqueToFrame,
-          row<InternalOntoObject<mode>, ObjectPixel, ObjectPixel>,
-          row<InternalOntoObject<mode>, ObjectPixel, FramePixel>};
+          row<OntoObject<mode>, ObjectPixel, ObjectPixel>, row<OntoObject<mode>, ObjectPixel, FramePixel>};
 }
 
 constexpr BlendKernels kernels[blendModeCount] = {

@@ -22,8 +22,9 @@ namespace hn = hwy::HWY_NAMESPACE;
 using Lanes32 = hn::ScalableTag<int32_t>;
 using Lanes16 = hn::Rebind<int16_t, Lanes32>;
 using Vector = hn::Vec<Lanes32>;
+using PairLanes16 = hn::ScalableTag<int16_t>;  // the pixels of two Vectors
 
-inline constexpr int blockPixels = static_cast<int>(hn::MaxLanes(Lanes32()));
+inline constexpr int vectorPixels = static_cast<int>(hn::MaxLanes(Lanes32()));
 
 struct Colours {
   Vector y, cb, cr;
@@ -60,6 +61,37 @@ HWY_INLINE void store(ObjectPixel* p, const Colours& c, Vector alpha) {
   hn::StoreInterleaved4(low16(c.y), low16(c.cb), low16(c.cr), low16(alpha), Lanes16(), &p->y);
 }
 
+/// The same for the two vectors a full one of 16-bit lanes makes: half the shuffles a pixel.
+HWY_INLINE void widen(hn::Vec<PairLanes16> v, Vector* lower, Vector* upper) {
+  *lower = hn::PromoteTo(Lanes32(), hn::LowerHalf(Lanes16(), v));
+  *upper = hn::PromoteTo(Lanes32(), hn::UpperHalf(Lanes16(), v));
+}
+HWY_INLINE hn::Vec<PairLanes16> low16(Vector lower, Vector upper) {
+  return hn::Combine(PairLanes16(), low16(upper), low16(lower));
+}
+HWY_INLINE void loadPair(const FramePixel* p, Colours c[2]) {
+  hn::Vec<PairLanes16> y, cb, cr;
+  hn::LoadInterleaved3(PairLanes16(), &p->y, y, cb, cr);
+  widen(y, &c[0].y, &c[1].y);
+  widen(cb, &c[0].cb, &c[1].cb);
+  widen(cr, &c[0].cr, &c[1].cr);
+}
+HWY_INLINE void loadPair(const ObjectPixel* p, Colours c[2], Vector alpha[2]) {
+  hn::Vec<PairLanes16> y, cb, cr, a;
+  hn::LoadInterleaved4(PairLanes16(), &p->y, y, cb, cr, a);
+  widen(y, &c[0].y, &c[1].y);
+  widen(cb, &c[0].cb, &c[1].cb);
+  widen(cr, &c[0].cr, &c[1].cr);
+  widen(a, &alpha[0], &alpha[1]);
+}
+HWY_INLINE void storePair(FramePixel* p, const Colours c[2]) {
+  hn::StoreInterleaved3(low16(c[0].y, c[1].y), low16(c[0].cb, c[1].cb), low16(c[0].cr, c[1].cr), PairLanes16(), &p->y);
+}
+HWY_INLINE void storePair(ObjectPixel* p, const Colours c[2], const Vector alpha[2]) {
+  hn::StoreInterleaved4(low16(c[0].y, c[1].y), low16(c[0].cb, c[1].cb), low16(c[0].cr, c[1].cr),
+                        low16(alpha[0], alpha[1]), PairLanes16(), &p->y);
+}
+
 /// RGB on the 0..4096 scale.
 HWY_INLINE Rgbs toRgbScale(const Colours& c) {
   return {hn::Add(c.y, hn::ShiftRight<14>(hn::Mul(c.cr, splat(22970)))),
@@ -77,7 +109,7 @@ HWY_INLINE Colours fromRgbScale(const Rgbs& c) {
 
 /// Runs block(destination, source) over a row in blocks of `blockPixels`; the rest goes through zeroed buffers. With
 /// `reads` the block also reads the destination.
-template <bool reads, class Block, class Destination, class Source>
+template <int blockPixels, bool reads, class Block, class Destination, class Source>
 HWY_INLINE void inBlocks(Destination* d, const Source* s, int n, const Block& block) {
   int i = 0;
   for (; i + blockPixels <= n; i += blockPixels) block(d + i, s + i);

@@ -98,11 +98,13 @@ struct Saturate {
   }
 };
 
-void bgrToObject(ObjectPixel* d, const Bgr* s, int n) { inBlocks<false>(d, s, n, BgrToObject()); }
-void bgraToObject(ObjectPixel* d, const Bgra* s, int n) { inBlocks<false>(d, s, n, BgraToObject()); }
-void frameToBgr(Bgr* d, const FramePixel* s, int n) { inBlocks<false>(d, s, n, FrameToBgr()); }
-void objectToBgra(Bgra* d, const ObjectPixel* s, int n) { inBlocks<false>(d, s, n, ObjectToBgra()); }
-void saturate(FramePixel* p, int n) { inBlocks<true>(p, static_cast<const FramePixel*>(p), n, Saturate()); }
+void bgrToObject(ObjectPixel* d, const Bgr* s, int n) { inBlocks<vectorPixels, false>(d, s, n, BgrToObject()); }
+void bgraToObject(ObjectPixel* d, const Bgra* s, int n) { inBlocks<vectorPixels, false>(d, s, n, BgraToObject()); }
+void frameToBgr(Bgr* d, const FramePixel* s, int n) { inBlocks<vectorPixels, false>(d, s, n, FrameToBgr()); }
+void objectToBgra(Bgra* d, const ObjectPixel* s, int n) { inBlocks<vectorPixels, false>(d, s, n, ObjectToBgra()); }
+void saturate(FramePixel* p, int n) {
+  inBlocks<vectorPixels, true>(p, static_cast<const FramePixel*>(p), n, Saturate());
+}
 
 #endif
 }  // namespace HWY_NAMESPACE
