@@ -67,7 +67,7 @@ template <class Destination, class Source>
 void expectSameRows(void (*fast)(Destination*, const Source*, int), void (*plain)(Destination*, const Source*, int)) {
   std::mt19937 random(3);
   for (int n : {0, 1, 7, 16, 17, 33, 5000}) {
-    std::vector<Source> s(n);
+    std::vector<Source> s(n + 2);
     std::vector<Destination> a(n + 2), b(n + 2);
     auto* bytes = reinterpret_cast<uint8_t*>(s.data());
     for (size_t i = 0; i < s.size() * sizeof(Source); ++i) bytes[i] = static_cast<uint8_t>(random());

@@ -25,15 +25,16 @@ struct Joint {
   Vector destination, source, alpha;
 };
 
-/// n / d towards zero for 0 <= n <= 2^24, 0 < d <= 4096 and a quotient below 2^13: the nearest float to a quotient that
-/// is short of an integer by 1/4096 or more never reaches it. Lanes with d = 0 come out arbitrary.
+/// The float quotient of n >= 0 and d > 0, truncated. Exact for n <= 2^24, d <= 4096 and quotients below 2^13: the
+/// nearest float to a quotient that is short of an integer by 1/4096 or more never reaches it. Lanes with d = 0 come out
+/// arbitrary.
 HWY_INLINE Vector quotient(Vector n, Vector d) {
   const hn::RebindToFloat<Lanes32> lanes;
   return hn::ConvertTo(Lanes32(), hn::Div(hn::ConvertTo(lanes, n), hn::ConvertTo(lanes, d)));
 }
 
 /// n / d towards zero for |n| <= 2^28, 0 < d <= 8192 and a quotient of at most 2^15: the float quotient is off by one
-/// at most.
+/// at most, which the rest shows.
 HWY_INLINE Vector signedQuotient(Vector n, Vector d) {
   Vector size = hn::Abs(n), q = quotient(size, d), rest = hn::Sub(size, hn::Mul(q, d));
   q = hn::IfThenElse(hn::Lt(rest, splat(0)), hn::Sub(q, splat(1)), q);
