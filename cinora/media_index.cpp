@@ -1,14 +1,10 @@
 #include "cinora/media_index.h"
 
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-}
-
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <numeric>
+
+#include "cinora/packet_reader.h"
 
 namespace cinora {
 namespace {
@@ -16,6 +12,7 @@ namespace {
 struct PacketFacts {
   int64_t pts, dts;
   bool key, shown;
+  bool bidirectional;  // shown before the reference picture stored ahead of it
 };
 
 constexpr int maxPackets = INT_MAX / 2;
@@ -26,17 +23,71 @@ bool isShown(const AVPacket& packet, AVCodecID codec) {
   return codec != AV_CODEC_ID_VP8 || packet.size == 0 || (packet.data[0] & 0x10);
 }
 
-std::vector<PacketFacts> readPackets(AVFormatContext* container, int stream) {
+/// How the MPEG codecs mark B pictures: behind the start code 00 00 01 `code`, the bits `mask` of byte `offset` are
+/// `value`.
+struct PictureHeader {
+  AVCodecID codec;
+  uint8_t code;
+  int offset;
+  uint8_t mask, value;
+};
+constexpr PictureHeader pictureHeaders[] = {
+    {AV_CODEC_ID_MPEG1VIDEO, 0x00, 1, 0x38, 3 << 3},
+    {AV_CODEC_ID_MPEG2VIDEO, 0x00, 1, 0x38, 3 << 3},
+    {AV_CODEC_ID_MPEG4, 0xB6, 0, 0xC0, 2 << 6},
+};
+
+const PictureHeader* headerOf(AVCodecID codec) {
+  for (const PictureHeader& row : pictureHeaders)
+    if (row.codec == codec) return &row;
+  return nullptr;
+}
+
+bool isBidirectional(const AVPacket& packet, const PictureHeader* header) {
+  for (int i = 0; header && i + 4 + header->offset < packet.size; i++)
+    if (packet.data[i] == 0 && packet.data[i + 1] == 0 && packet.data[i + 2] == 1 && packet.data[i + 3] == header->code)
+      return (packet.data[i + 4 + header->offset] & header->mask) == header->value;
+  return false;
+}
+
+std::vector<PacketFacts> readPackets(PacketReader& reader) {
   std::vector<PacketFacts> packets;
-  AVCodecID codec = container->streams[stream]->codecpar->codec_id;
-  AVPacket* packet = av_packet_alloc();
-  while (packet && static_cast<int>(packets.size()) < maxPackets && av_read_frame(container, packet) >= 0) {
-    if (packet->stream_index == stream)
-      packets.push_back({packet->pts, packet->dts, (packet->flags & AV_PKT_FLAG_KEY) != 0, isShown(*packet, codec)});
-    av_packet_unref(packet);
+  AVCodecID codec = reader.parameters()->codec_id;
+  const PictureHeader* header = headerOf(codec);
+  AvPacket packet(av_packet_alloc());
+  while (packet && static_cast<int>(packets.size()) < maxPackets && reader.next(packet.get())) {
+    packets.push_back({packet->pts, packet->dts, (packet->flags & AV_PKT_FLAG_KEY) != 0, isShown(*packet, codec),
+                       isBidirectional(*packet, header)});
+    av_packet_unref(packet.get());
   }
-  av_packet_free(&packet);
   return packets;
+}
+
+/// Where presentation times lack but decoding times are complete: a B picture is shown at once, any other when the next
+/// one that is no B picture comes, and the n-th picture shown has the n-th decoding time.
+void deducePresentationTimes(AVCodecID codec, std::vector<PacketFacts>& packets, MediaIndex& index) {
+  auto lacksTime = [](const PacketFacts& p) { return p.pts == AV_NOPTS_VALUE; };
+  if (!headerOf(codec) || std::none_of(packets.begin(), packets.end(), lacksTime)) return;
+  for (size_t i = 0; i < packets.size(); i++)
+    if (packets[i].dts == AV_NOPTS_VALUE || (i > 0 && packets[i].dts <= packets[i - 1].dts)) return;
+  size_t shown = 0;
+  PacketFacts* waiting = nullptr;
+  auto show = [&](PacketFacts* picture) {
+    if (picture) picture->pts = packets[shown++].dts;
+  };
+  for (PacketFacts& packet : packets) {
+    if (packet.bidirectional) {
+      show(&packet);
+    } else {
+      show(waiting);
+      waiting = &packet;
+    }
+  }
+  show(waiting);
+  for (const PacketFacts& packet : packets) {
+    index.decodingTimes.push_back(packet.dts);
+    index.presentationTimes.push_back(packet.pts);
+  }
 }
 
 /// Fills `times` and `packetOf`; leaves them empty when a picture lacks a time or two share one.
@@ -130,6 +181,13 @@ int MediaIndex::pictureAtTime(int64_t time) const {
   return found != times.end() && *found == time ? static_cast<int>(found - times.begin()) : -1;
 }
 
+int64_t MediaIndex::timeOf(int64_t pts, int64_t dts) const {
+  if (decodingTimes.empty()) return pts;
+  auto found = std::lower_bound(decodingTimes.begin(), decodingTimes.end(), dts);
+  return found != decodingTimes.end() && *found == dts ? presentationTimes[found - decodingTimes.begin()]
+                                                       : AV_NOPTS_VALUE;
+}
+
 int MediaIndex::keyFor(int picture) const {
   auto after = std::upper_bound(keys.begin(), keys.end(), picture,
                                 [](int wanted, const KeyPicture& key) { return wanted < key.picture; });
@@ -138,12 +196,13 @@ int MediaIndex::keyFor(int picture) const {
   return std::max(key, 0);
 }
 
-MediaIndex buildMediaIndex(AVFormatContext* container, int stream) {
+MediaIndex buildMediaIndex(PacketReader& reader) {
   MediaIndex index;
-  std::vector<PacketFacts> packets = readPackets(container, stream);
+  std::vector<PacketFacts> packets = readPackets(reader);
+  deducePresentationTimes(reader.parameters()->codec_id, packets, index);
   orderPictures(packets, index);
   listKeys(packets, index);
-  chooseRate(*container->streams[stream], index);
+  chooseRate(*reader.selected(), index);
   return index;
 }
 

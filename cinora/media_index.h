@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <vector>
 
-struct AVFormatContext;
-
 namespace cinora {
+
+class PacketReader;
 
 /// Pictures count from 0 in the order they are shown, packets in the order they are stored. Frames are what the film
 /// sees: the pictures themselves when they are evenly spaced, otherwise even steps of the average rate.
@@ -19,7 +19,10 @@ struct MediaIndex {
   /// Presentation times, ascending, in the stream's time base. Empty when the stream does not give every picture a time
   /// of its own: the pictures are then only known by counting from the start.
   std::vector<int64_t> times;
-  std::vector<int> packetOf;     // a picture's packet; as long as `times`
+  std::vector<int> packetOf;  // a picture's packet; as long as `times`
+  /// Containers that store decoding times only: those of the packets, ascending, and the presentation times worked out
+  /// from the kinds of pictures. Empty otherwise.
+  std::vector<int64_t> decodingTimes, presentationTimes;
   std::vector<KeyPicture> keys;  // ascending; the first one is where the stream begins
   std::vector<int> pictureOf;    // a frame's picture; empty when they are the same
   int pictureCount = 0;
@@ -29,11 +32,13 @@ struct MediaIndex {
   int picture(int frame) const { return pictureOf.empty() ? frame : pictureOf[frame]; }
   /// The picture shown at exactly that time; -1 when there is none.
   int pictureAtTime(int64_t time) const;
+  /// The packet's presentation time.
+  int64_t timeOf(int64_t pts, int64_t dts) const;
   /// The last key picture from which decoding reaches `picture`, as an index of `keys`.
   int keyFor(int picture) const;
 };
 
-/// Reads the packets of `stream` from where the context stands (its start) to its end.
-MediaIndex buildMediaIndex(AVFormatContext*, int stream);
+/// Reads the packets from where the reader stands (the start) to the end.
+MediaIndex buildMediaIndex(PacketReader&);
 
 }  // namespace cinora

@@ -215,15 +215,15 @@ bool MediaReader::open(const std::string& path, bool wantAlpha, std::string& err
     error = "Not a file";
     return false;
   }
-  std::string url = "file:" + native;
-  AvInput container = openContainer(url, error);
-  if (!container) return false;
+  PacketReader reader;
+  if (!reader.open("file:" + native, error)) return false;
+  AVFormatContext* container = reader.container();
 
   auto state = std::make_unique<State>();
   MediaInfo& info = state->info;
-  int sound = findStream(container.get(), AVMEDIA_TYPE_AUDIO);
+  int sound = findStream(container, AVMEDIA_TYPE_AUDIO);
   if (sound >= 0) describeSound(*container, *container->streams[sound], info);
-  int video = findStream(container.get(), AVMEDIA_TYPE_VIDEO);
+  int video = findStream(container, AVMEDIA_TYPE_VIDEO);
   if (video >= 0) {
     const AVCodecTag* const tables[] = {avformat_get_riff_video_tags(), nullptr};
     const AVStream& stream = *container->streams[video];
@@ -231,7 +231,7 @@ bool MediaReader::open(const std::string& path, bool wantAlpha, std::string& err
     info.width = stream.codecpar->width;
     info.height = stream.codecpar->height;
     info.hasVideo =
-        info.width > 0 && info.height > 0 && state->decoder.open(std::move(container), url, video, wantAlpha);
+        info.width > 0 && info.height > 0 && reader.select(video) && state->decoder.open(std::move(reader), wantAlpha);
   }
   if (info.hasVideo) {
     const MediaIndex& index = state->decoder.index();

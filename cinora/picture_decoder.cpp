@@ -1,7 +1,6 @@
 #include "cinora/picture_decoder.h"
 
 extern "C" {
-#include <libavutil/dict.h>
 #include <libavutil/pixdesc.h>
 }
 
@@ -35,11 +34,6 @@ const AVCodec* alphaDecoderFor(const AVStream& stream) {
   return name && mode && std::string_view(mode->value) == "1" ? avcodec_find_decoder_by_name(name) : nullptr;
 }
 
-void readOnly(AVFormatContext& container, int stream) {
-  for (int i = 0; i < static_cast<int>(container.nb_streams); i++)
-    container.streams[i]->discard = i == stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
-}
-
 }  // namespace
 
 bool hasAlphaChannel(AVPixelFormat format) {
@@ -47,78 +41,52 @@ bool hasAlphaChannel(AVPixelFormat format) {
   return d && (d->flags & AV_PIX_FMT_FLAG_ALPHA) && !(d->flags & AV_PIX_FMT_FLAG_PAL);
 }
 
-AvInput openContainer(const std::string& url, std::string& error) {
-  AVFormatContext* opened = avformat_alloc_context();
-  if (!opened) throw std::bad_alloc();
-  opened->flags |= AVFMT_FLAG_GENPTS;
-  AVDictionary* options = nullptr;
-  av_dict_set(&options, "protocol_whitelist", "file", 0);                     // what a playlist may lead to
-  int result = avformat_open_input(&opened, url.c_str(), nullptr, &options);  // frees the context when it fails
-  av_dict_free(&options);
-  AvInput container(result < 0 ? nullptr : opened);
-  if (container) result = avformat_find_stream_info(container.get(), nullptr);
-  if (result >= 0) return container;
-  char reason[AV_ERROR_MAX_STRING_SIZE] = {};
-  av_strerror(result, reason, sizeof reason);
-  error = reason;
-  return {};
-}
-
 bool PictureDecoder::openCodec(bool wantAlpha) {
-  const AVStream& stream = *container_->streams[stream_];
+  const AVStream& stream = *reader_.selected();
+  const AVCodecParameters& parameters = *reader_.parameters();
   const AVCodec* alphaDecoder = alphaDecoderFor(stream);
-  hasAlpha_ = alphaDecoder || hasAlphaChannel(static_cast<AVPixelFormat>(stream.codecpar->format));
-  const AVCodec* decoder = alphaDecoder && wantAlpha ? alphaDecoder : avcodec_find_decoder(stream.codecpar->codec_id);
+  hasAlpha_ = alphaDecoder || hasAlphaChannel(static_cast<AVPixelFormat>(parameters.format));
+  const AVCodec* decoder = alphaDecoder && wantAlpha ? alphaDecoder : avcodec_find_decoder(parameters.codec_id);
   codec_.reset(decoder ? avcodec_alloc_context3(decoder) : nullptr);
-  if (!codec_ || avcodec_parameters_to_context(codec_.get(), stream.codecpar) < 0) return false;
+  if (!codec_ || avcodec_parameters_to_context(codec_.get(), &parameters) < 0) return false;
   codec_->pkt_timebase = stream.time_base;
   codec_->max_pixels = maxPixels;
   codec_->thread_count = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, maxThreads);
   return avcodec_open2(codec_.get(), decoder, nullptr) >= 0;
 }
 
-bool PictureDecoder::open(AvInput container, const std::string& url, int stream, bool wantAlpha) {
-  container_ = std::move(container);
-  url_ = url;
-  stream_ = stream;
+bool PictureDecoder::open(PacketReader reader, bool wantAlpha) {
+  reader_ = std::move(reader);
   packet_.reset(av_packet_alloc());
   if (!packet_ || !openCodec(wantAlpha)) return false;
-  readOnly(*container_, stream_);
-  index_ = buildMediaIndex(container_.get(), stream_);
+  index_ = buildMediaIndex(reader_);
   return index_.frameCount > 0;
 }
 
-/// Opens the file anew: the first packet is the next one.
-bool PictureDecoder::restart() {
-  std::string ignored;
-  AvInput fresh = openContainer(url_, ignored);
-  if (!fresh || static_cast<int>(fresh->nb_streams) <= stream_) return false;
-  container_ = std::move(fresh);
-  readOnly(*container_, stream_);
+bool PictureDecoder::nextPacket() {
+  if (!reader_.next(packet_.get())) return false;
+  packet_->pts = index_.timeOf(packet_->pts, packet_->dts);
   return true;
 }
 
 /// Reads on to the key picture's packet and holds it. False when the container came out behind it.
 bool PictureDecoder::seekTo(int key) {
   const MediaIndex::KeyPicture& wanted = index_.keys[key];
-  if (av_seek_frame(container_.get(), stream_, wanted.timestamp, AVSEEK_FLAG_BACKWARD) < 0) return false;
+  if (!reader_.seek(wanted.timestamp)) return false;
   int at = -1;  // the packet's number, known from the first one on whose time is in the index
-  while (av_read_frame(container_.get(), packet_.get()) >= 0) {
-    if (packet_->stream_index == stream_) {
-      if (at >= 0) {
-        at++;
-      } else if (int picture = index_.pictureAtTime(packet_->pts); picture >= 0) {
-        at = index_.packetOf[picture];
-      } else if (packet_->dts == wanted.timestamp || packet_->pts == wanted.timestamp) {
-        at = wanted.packet;  // a key picture that is not shown
-      }
-      if (at == wanted.packet) {
-        heldPacket_ = true;
-        return true;
-      }
+  while (at <= wanted.packet && nextPacket()) {
+    if (at >= 0) {
+      at++;
+    } else if (int picture = index_.pictureAtTime(packet_->pts); picture >= 0) {
+      at = index_.packetOf[picture];
+    } else if (packet_->dts == wanted.timestamp || packet_->pts == wanted.timestamp) {
+      at = wanted.packet;  // a key picture that is not shown
+    }
+    if (at == wanted.packet) {
+      heldPacket_ = true;
+      return true;
     }
     av_packet_unref(packet_.get());
-    if (at > wanted.packet) return false;
   }
   return false;
 }
@@ -135,7 +103,7 @@ bool PictureDecoder::positionFor(int picture, int stepsBack) {
     int key = std::max(index_.keyFor(picture) - stepsBack, 0);
     for (int tries = 0; tries <= maxStepsBack && key >= 0 && !positioned_; tries++, key--) positioned_ = seekTo(key);
   }
-  if (!positioned_) positioned_ = restart();
+  if (!positioned_) positioned_ = reader_.restart();
   return positioned_;
 }
 
@@ -161,12 +129,11 @@ bool PictureDecoder::reachable(int picture) const {
 /// Gives the decoder one more packet, or the end. False when it has had that already.
 bool PictureDecoder::feed() {
   if (draining_) return false;
-  while (heldPacket_ || av_read_frame(container_.get(), packet_.get()) >= 0) {
+  if (heldPacket_ || nextPacket()) {
     heldPacket_ = false;
-    bool ours = packet_->stream_index == stream_;
-    if (ours) avcodec_send_packet(codec_.get(), packet_.get());  // a refused packet is a picture that lacks
+    avcodec_send_packet(codec_.get(), packet_.get());  // a refused packet is a picture that lacks
     av_packet_unref(packet_.get());
-    if (ours) return true;
+    return true;
   }
   draining_ = true;
   avcodec_send_packet(codec_.get(), nullptr);

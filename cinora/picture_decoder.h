@@ -2,10 +2,10 @@
 #pragma once
 
 #include <deque>
-#include <string>
 
 #include "cinora/av_handles.h"
 #include "cinora/media_index.h"
+#include "cinora/packet_reader.h"
 
 namespace cinora {
 
@@ -14,8 +14,9 @@ bool hasAlphaChannel(AVPixelFormat);
 
 class PictureDecoder {
  public:
-  /// Takes the container over; reads it once through for the index. False when no decoder fits or no packet is there.
-  bool open(AvInput, const std::string& url, int stream, bool wantAlpha);
+  /// Takes the reader over, its stream selected, and reads it once through for the index. False when no decoder fits or
+  /// there are no pictures.
+  bool open(PacketReader, bool wantAlpha);
   const MediaIndex& index() const { return index_; }
   bool hasAlpha() const { return hasAlpha_; }
   /// The picture, or the last good one before it; before the first good one, that. Null when nothing can be decoded.
@@ -29,7 +30,7 @@ class PictureDecoder {
   };
 
   bool openCodec(bool wantAlpha);
-  bool restart();
+  bool nextPacket();
   bool seekTo(int key);
   bool positionFor(int picture, int stepsBack);
   bool holds(int picture) const;
@@ -39,11 +40,9 @@ class PictureDecoder {
   Decoded decodeUpTo(int picture);
   void remember(Decoded&&);
 
-  AvInput container_;
+  PacketReader reader_;
   AvCodec codec_;
   AvPacket packet_;
-  std::string url_;
-  int stream_ = 0;
   MediaIndex index_;
 
   bool hasAlpha_ = false;
@@ -57,8 +56,5 @@ class PictureDecoder {
   std::deque<Decoded> recent_;
   size_t recentLimit_ = 0;
 };
-
-/// A file's container with its streams looked at; empty, with a reason, when it is none.
-AvInput openContainer(const std::string& url, std::string& error);
 
 }  // namespace cinora
