@@ -180,7 +180,8 @@ void substitute(Ring& ring, double Points::*missing, double Points::*own, double
 }
 
 Ring ringOf(const Moment& m, const Track& track) {
-  Ring ring{};
+  Ring ring;
+  ring.count = 0;
   const int32_t* links = isBuiltIn(track.effect) ? track.effect->track_link : nullptr;
   int inEffect = track.inEffect;
   do {
@@ -386,14 +387,15 @@ void evaluateTracks(int32_t* out, int frame, int32_t subFrame, int object, int i
     int index = firstTrack + i;
     int32_t mode = record.modes[index];
     int32_t& value = out[i - first];
-    if (mode == modeNone) {
+    auto evaluate = modes[mode & modeNumber];
+    if (evaluate == still) {
       value = record.startValues[index];
       continue;
     }
     if (!timed) moment = momentAt(frame, subFrame, object, individual);
     timed = true;
     Track track{index, i, record.startValues[index], record.endValues[index], mode, record.params[index], effect};
-    if (auto evaluate = modes[mode & modeNumber]) value = evaluate(moment, track);
+    if (evaluate) value = evaluate(moment, track);
   }
 }
 
