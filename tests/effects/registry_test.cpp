@@ -229,7 +229,7 @@ TEST_F(Registry, ChecksAreConsistent) {
       {animationEffect, 0, 0, ""},
       {gradientEffect, 0, 13, "Difference"},
       {particleOutputDrawing, 3, 13, "Difference"},
-      {graphicMedia, 0, 8, "(Select from file)"},
+
       {standardDrawing, 0, 13, "Difference"},
   };
   for (auto& row : lists) {
