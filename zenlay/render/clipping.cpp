@@ -1,0 +1,107 @@
+#include "zenlay/render/clipping.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/system.h"
+#include "zenlay/host/environment.h"
+#include "zenlay/render/image_cache.h"
+
+namespace zenlay {
+
+namespace {
+
+/// Rows `width` pixels apart, from the image cache; without cache slots the level keeps an image of its own.
+ObjectPixel* clipMemory(EffectProcessInfo* info, bool* found) {
+  int width = info->host.width, height = info->host.height;
+  *found = false;
+  if (imageCacheSlots() > 0)
+    return static_cast<ObjectPixel*>(
+        effectImage(clipCacheKey, width, height, 8 * sizeof(ObjectPixel), info->depth, found));
+  WorkImage& own = levelOf(info).clipImage;
+  size_t bytes = static_cast<size_t>(environment.workBufferBytes);
+  *found = own.memory && own.bytes == bytes;
+  if (!*found) {
+    if (own.memory) platform::releaseMemory(own.memory, own.bytes);
+    own = {};
+    own.memory = reserveRenderMemory(bytes);
+    own.bytes = bytes;
+  }
+  return static_cast<ObjectPixel*>(own.memory);
+}
+
+ObjectPixel* objectRow(const EffectProcessInfo* info, int y) {
+  return info->objectImage + static_cast<ptrdiff_t>(y) * info->bufferLine;
+}
+
+template <class Pixel>
+Pixel* frameRow(const EffectProcessInfo* info, int y) {
+  return reinterpret_cast<Pixel*>(reinterpret_cast<uint8_t*>(info->host.frame) +
+                                  static_cast<ptrdiff_t>(y) * info->host.lineBytes);
+}
+
+template <class Frame>
+void storeRow(const EffectProcessInfo* info, const PixelRect& area, int y, ObjectPixel* clip) {
+  const ObjectPixel* object = objectRow(info, y);
+  const Frame* frame = frameRow<Frame>(info, y);
+  for (int x = area.left; x < area.right; x++) clip[x] = {frame[x].y, frame[x].cb, frame[x].cr, object[x].a};
+}
+
+void clearAlpha(ObjectPixel* row, int first, int last) {
+  for (int x = first; x < last; x++) row[x].a = 0;
+}
+
+}  // namespace
+
+void storeClip(EffectProcessInfo* info) {
+  RenderLevel& level = levelOf(info);
+  info->clipValid = 0;
+  bool found;
+  ObjectPixel* clip = clipMemory(info, &found);
+  if (!clip) return;
+  PixelRect area = objectCoverage(info);
+  int width = info->host.width;
+  overRows(environment.hostFunctions, area.bottom - area.top, [&](int first, int last) {
+    for (int y = area.top + first; y < area.top + last; y++) {
+      ObjectPixel* row = clip + static_cast<ptrdiff_t>(y) * width;
+      if (frameHasAlpha(info))
+        storeRow<ObjectPixel>(info, area, y, row);
+      else
+        storeRow<FramePixel>(info, area, y, row);
+    }
+  });
+  level.clipArea = area;
+  info->clipValid = 1;
+}
+
+void applyClip(EffectProcessInfo* info) {
+  RenderLevel& level = levelOf(info);
+  PixelRect area = objectCoverage(info), inside{};
+  const ObjectPixel* clip = nullptr;
+  if (info->clipValid) {
+    bool found;
+    clip = clipMemory(info, &found);
+    if (clip && found) inside = intersect(level.clipArea, area);
+  }
+  int width = info->host.width;
+  overRows(environment.hostFunctions, area.bottom - area.top, [&](int first, int last) {
+    for (int y = area.top + first; y < area.top + last; y++) {
+      ObjectPixel* object = objectRow(info, y);
+      if (y < inside.top || y >= inside.bottom) {
+        clearAlpha(object, area.left, area.right);
+        continue;
+      }
+      clearAlpha(object, area.left, inside.left);
+      clearAlpha(object, inside.right, area.right);
+      const ObjectPixel* source = clip + static_cast<ptrdiff_t>(y) * width;
+      for (int x = inside.left; x < inside.right; x++) {
+        if (frameHasAlpha(info))
+          clipPixel(object[x], source[x], frameRow<ObjectPixel>(info, y)[x]);
+        else
+          clipPixel(object[x], source[x], frameRow<FramePixel>(info, y)[x]);
+      }
+    }
+  });
+}
+
+}  // namespace zenlay
