@@ -129,6 +129,22 @@ TEST_F(Clipping, TheBlendModeActsOnceInTheFinalCopy) {
   EXPECT_EQ(renderFrame(0, 1000).luma(30, 22), 650);
 }
 
+TEST_F(Clipping, PiecesOfOneObjectAddUpToOneSource) {
+  objects[source].flags = 0;
+  addObject({.layer = 0, .effects = {solid, recorder, placing}});
+  recorderAction = [](EffectDefinition* d, EffectProcessInfo* info) {
+    for (int i = 0; i < 2; i++) {
+      info->ox = (i * 4 - 2) * subPixel;  // 26..34 and 30..38
+      d->services->drawObject(info);
+    }
+    return 0;
+  };
+  setTrack(object, 0, solidWidth, 40);
+  EXPECT_EQ(renderFrame(0, 1000).bounds(1000), (Bounds{26, 21, 38, 27}));
+  EXPECT_EQ(renderFrame(0, 1000).luma(27, 22), 3000);
+  EXPECT_EQ(renderFrame(0, 1000).luma(37, 22), 3000);
+}
+
 class OffScreen : public ::testing::Test {
  protected:
   void SetUp() override { setUpFilm(); }

@@ -38,7 +38,12 @@ void bindBuiltIn(EffectDefinition* d, ObjectRecord* object, int slot, int32_t* t
   int index = indexOf(object);
   int track = object->slots[slot].firstTrack, check = object->slots[slot].firstCheck;
   FrameRange chain = chainRange(index);
-  d->track = tracks ? tracks : object->startValues + track;
+  d->track = object->startValues + track;
+  if (tracks) {
+    // Movement modes without a meaning leave the values they find.
+    memcpy(tracks, d->track, static_cast<size_t>(d->track_count) * sizeof(int32_t));
+    d->track = tracks;
+  }
   d->check = d->check_values = object->checks + check;
   d->exdata = d->exdata_block = extra;
   d->bound_object = object;

@@ -6,6 +6,7 @@
 #include "platform/system.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/render/image_cache.h"
+#include "zenlay/render/placement.h"
 
 namespace zenlay {
 
@@ -40,11 +41,21 @@ Pixel* frameRow(const EffectProcessInfo* info, int y) {
                                   static_cast<ptrdiff_t>(y) * info->host.lineBytes);
 }
 
+/// Pixels of `area` in one row; those of `kept` already hold earlier pieces of the object.
 template <class Frame>
-void storeRow(const EffectProcessInfo* info, const PixelRect& area, int y, ObjectPixel* clip) {
-  const ObjectPixel* object = objectRow(info, y);
+void storeRow(const EffectProcessInfo* info, const PixelRect& area, const PixelRect& object, const PixelRect& kept,
+              int y, ObjectPixel* clip) {
+  const ObjectPixel* pixels = objectRow(info, y);
   const Frame* frame = frameRow<Frame>(info, y);
-  for (int x = area.left; x < area.right; x++) clip[x] = {frame[x].y, frame[x].cb, frame[x].cr, object[x].a};
+  auto holds = [y](const PixelRect& r, int x) { return y >= r.top && y < r.bottom && x >= r.left && x < r.right; };
+  for (int x = area.left; x < area.right; x++) {
+    int alpha = holds(object, x) ? pixels[x].a : 0;
+    int before = holds(kept, x) ? clip[x].a : 0;
+    if (before > 0)
+      clip[x].a = static_cast<int16_t>(combineTransparency(before, alpha));
+    else
+      clip[x] = {frame[x].y, frame[x].cb, frame[x].cr, static_cast<int16_t>(alpha)};
+  }
 }
 
 void clearAlpha(ObjectPixel* row, int first, int last) {
@@ -55,19 +66,20 @@ void clearAlpha(ObjectPixel* row, int first, int last) {
 
 void storeClip(EffectProcessInfo* info) {
   RenderLevel& level = levelOf(info);
-  info->clipValid = 0;
   bool found;
   ObjectPixel* clip = clipMemory(info, &found);
+  PixelRect kept = level.individualsDrawn && info->clipValid && found ? level.clipArea : PixelRect{};
+  info->clipValid = 0;
   if (!clip) return;
-  PixelRect area = objectCoverage(info);
+  PixelRect object = objectCoverage(info), area = unite(kept, object);
   int width = info->host.width;
   overRows(environment.hostFunctions, area.bottom - area.top, [&](int first, int last) {
     for (int y = area.top + first; y < area.top + last; y++) {
       ObjectPixel* row = clip + static_cast<ptrdiff_t>(y) * width;
       if (frameHasAlpha(info))
-        storeRow<ObjectPixel>(info, area, y, row);
+        storeRow<ObjectPixel>(info, area, object, kept, y, row);
       else
-        storeRow<FramePixel>(info, area, y, row);
+        storeRow<FramePixel>(info, area, object, kept, y, row);
     }
   });
   level.clipArea = area;

@@ -5,7 +5,8 @@
 
 namespace zenlay {
 
-/// Keeps the frame's colour together with the object's alpha as the clip source of the level.
+/// Keeps the frame's colour together with the object's alpha as the clip source of the level. The pieces of an object
+/// that is drawn in several add up to one source.
 void storeClip(EffectProcessInfo*);
 /// Limits the object's alpha to the clip source's and takes back from the frame what the source shows beyond the
 /// object. Without a valid clip source the object becomes fully transparent.

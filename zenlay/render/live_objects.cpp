@@ -23,6 +23,7 @@ LayerRange foreignRange(int scene, int layer) {
     return o->scene != scene ? o->scene < scene : o->homeLayer < layer;
   };
   ObjectRecord** low = std::lower_bound(first, last, layer, before);
+  if (low == last || (*low)->scene != scene || (*low)->homeLayer != layer) return {0, -1};
   ObjectRecord** high = std::lower_bound(low, last, layer + 1, before);
   return {static_cast<int>(low - layerOrder), static_cast<int>(high - layerOrder) - 1};
 }

@@ -203,11 +203,12 @@ int renderObject(ObjectRecord* object, EffectProcessInfo* info, uint32_t stopRef
   } else {
     if (!outerDrawable) assignImages(info);
     resetObject(info);
+    levelOf(info).individualsDrawn = false;
     prepare(list, info);
     result = runChain(list, 0, 0, stop, info);
   }
   if (result == chainEnded) {
-    if (clipMarks(object, info) & clipSource) info->clipValid = 0;
+    if (clipMarks(object, info) & clipSource && !levelOf(info).individualsDrawn) info->clipValid = 0;
   } else if (result == chainDone && (info->drawableObject || info->state & stateThroughCamera)) {
     place(object, info);
   }
@@ -216,11 +217,12 @@ int renderObject(ObjectRecord* object, EffectProcessInfo* info, uint32_t stopRef
 }
 
 int drawObject(EffectProcessInfo* info) {
-  const RenderLevel& level = levelOf(info);
+  RenderLevel& level = levelOf(info);
   if (!level.runningObject || !info->drawableObject || level.flattening) return 0;
   EffectProcessInfo saved = *info;
   int result = renderObject(info->drawableObject, info,
                             startAfterSlot | makeObjectRef(indexOf(level.runningObject), level.runningSlot));
+  if (result) level.individualsDrawn = true;
   saved.clipValid = info->clipValid;
   saved.host.frame = info->host.frame;
   saved.host.scratch = info->host.scratch;

@@ -29,6 +29,9 @@ struct Placed {
   bool turnedByGroup;
 };
 
+int32_t saturated(double v) { return static_cast<int32_t>(std::clamp(v, -2147483648.0, 2147483647.0)); }
+int32_t saturated(int64_t v) { return static_cast<int32_t>(std::clamp<int64_t>(v, INT32_MIN, INT32_MAX)); }
+
 Placed combine(const EffectDefinition* effect, const EffectProcessInfo* info) {
   Placed p{};
   ImagePlacement slots;
@@ -41,8 +44,7 @@ Placed combine(const EffectDefinition* effect, const EffectProcessInfo* info) {
   at.ry = info->ry + slots.ry;
   at.rz = info->rz + slots.rz;
   Scales a = decodeZoom(info->zoom, info->aspect), b = decodeZoom(slots.zoom, slots.aspect);
-  encodeZoom({static_cast<int32_t>(int64_t{a.x} * b.x / zoomOne), static_cast<int32_t>(int64_t{a.y} * b.y / zoomOne)},
-             &at.zoom, &at.aspect);
+  encodeZoom({saturated(int64_t{a.x} * b.x / zoomOne), saturated(int64_t{a.y} * b.y / zoomOne)}, &at.zoom, &at.aspect);
   at.transparency = combineTransparency(info->transparency, slots.transparency);
   if (info->state & stateFlat) {
     at.rx = at.ry = at.rz = 0;
@@ -58,11 +60,11 @@ Placed combine(const EffectDefinition* effect, const EffectProcessInfo* info) {
   double zoom;
   if (groupTransform(info, &p.group, &p.turnedByGroup, &zoom) && !p.turnedByGroup) {
     // Without rotation the group only moves and scales, which the placement can carry itself.
-    auto moved = [zoom](int32_t v, double by) { return static_cast<int32_t>(v * zoom + by); };
+    auto moved = [zoom](int32_t v, double by) { return saturated(v * zoom + by); };
     at.x = moved(at.x, p.group.x);
     at.y = moved(at.y, p.group.y);
     at.z = moved(at.z, p.group.z);
-    at.zoom = static_cast<int32_t>(at.zoom * zoom);
+    at.zoom = saturated(at.zoom * zoom);
   }
   return p;
 }

@@ -44,6 +44,7 @@ struct RenderLevel {
   WorkImage clipImage;      // only where the image cache has no slots
   ObjectPixel* clipPixels;  // clip source: colour of the frame below it with its alpha, inside clipArea
   PixelRect clipArea;
+  bool individualsDrawn;        // an effect has drawn the current object in pieces (drawObject)
   ObjectRecord* runningObject;  // whose slot is being called, null outside calls
   int runningSlot;
   bool flattening;        // the frame is an empty image that becomes the object image
