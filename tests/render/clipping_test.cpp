@@ -1,5 +1,6 @@
 #include "zenlay/render/clipping.h"
 
+#include "platform/system.h"
 #include "tests/render/test_film.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/render/image_cache.h"
@@ -143,6 +144,24 @@ TEST_F(Clipping, PiecesOfOneObjectAddUpToOneSource) {
   EXPECT_EQ(renderFrame(0, 1000).bounds(1000), (Bounds{26, 21, 38, 27}));
   EXPECT_EQ(renderFrame(0, 1000).luma(27, 22), 3000);
   EXPECT_EQ(renderFrame(0, 1000).luma(37, 22), 3000);
+}
+
+TEST_F(Clipping, CostsWhatIsCoveredAndNoMemoryPerFrame) {
+  static int reservations;
+  renderFrame(0);
+  reservations = 0;
+  reserveRenderMemory = [](size_t bytes) {
+    reservations++;
+    return platform::reserveMemory(bytes);
+  };
+  for (int frame = 1; frame < 4; frame++) renderFrame(frame);
+  reserveRenderMemory = platform::reserveMemory;
+  EXPECT_EQ(reservations, 0);
+  // One of the images is known to be empty outside the last flattened object.
+  int smallest = INT32_MAX;
+  for (const WorkImage& image : renderLevels[0].images)
+    smallest = std::min(smallest, (image.used.right - image.used.left) * (image.used.bottom - image.used.top));
+  EXPECT_EQ(smallest, 16 * 12);
 }
 
 class OffScreen : public ::testing::Test {

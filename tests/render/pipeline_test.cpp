@@ -525,5 +525,39 @@ TEST_F(Pipeline, LendsHostFiltersTheObjectsValues) {
   EXPECT_FALSE(filter.flags & effectRunning);
 }
 
+TEST_F(Pipeline, FramesWithAlphaKeepItAndAreOpaqueToHostFilters) {
+  int object = addObject({});
+  setTrack(object, 0, solidAlpha, 1024);
+  static HostFilterRecord filter;
+  filter = {};
+  filter.name = "Foreign";
+  filter.process = [](HostFilterRecord*, FrameProcessInfo* info) {
+    EXPECT_FALSE(info->flags & processFlattening);
+    for (int y = 0; y < info->height; y++)
+      for (int x = 0; x < info->width; x++) {
+        FramePixel* row = reinterpret_cast<FramePixel*>(reinterpret_cast<uint8_t*>(info->frame) + y * info->lineBytes);
+        reinterpret_cast<FramePixel*>(reinterpret_cast<uint8_t*>(info->scratch) + y * info->lineBytes)[x] = {
+            static_cast<int16_t>(row[x].y + 1), 2, 3};
+      }
+    std::swap(info->frame, info->scratch);
+    return 1;
+  };
+  int effect = effectCount++;
+  effectList[effect] = reinterpret_cast<EffectDefinition*>(&filter);
+  addObject({.layer = 1, .effects = {effect}});
+  std::vector<ObjectPixel> pixels(72 * 56);
+  FrameProcessInfo info = blankFrame(0).info;
+  info.flags = processFlattening;
+  info.frame = reinterpret_cast<FramePixel*>(pixels.data());
+  ASSERT_EQ(renderSceneFrame(&info, layersPerScene, 0, 0, 0), 1);
+  EXPECT_EQ(info.frame, reinterpret_cast<FramePixel*>(pixels.data()));
+  const ObjectPixel inside = pixels[24 * 72 + 32], outside = pixels[0];
+  EXPECT_EQ(inside.a, 1024);
+  EXPECT_EQ(inside.y, 4097);
+  EXPECT_EQ(inside.cr, 3);
+  EXPECT_EQ(outside.a, 0);
+  EXPECT_EQ(outside.y, 1);
+}
+
 }  // namespace
 }  // namespace zenlay::test

@@ -150,17 +150,19 @@ int runSlot(ObjectRecord* object, int slot, EffectProcessInfo* info) {
   int outerSlot = level.runningSlot;
   level.runningObject = object;
   level.runningSlot = slot;
-  EffectDefinition outer = *d;
+  bool foreign = !isBuiltIn(d);  // a host's record, which ends where the extension begins
+  bool inside = !foreign && d->flag & effectRunning;
+  EffectDefinition outer;
+  if (inside) outer = *d;
   SlotBinding binding;
   bindSlot(object, slot, &binding, info);
   resetProjection(info->host.width, info->host.height);
-  bool foreign = !isBuiltIn(d);
   if (!(d->flag & effectDrawing)) noteTouched(info, foreign || !info->drawableObject);
   d->flag |= effectRunning;
   int result = foreign ? runForeign(d, info) : d->proc(d, info);
-  d->flag = outer.flag;
+  d->flag = binding.flag;
   unbindSlot(object, slot, &binding);
-  if (outer.flag & effectRunning) *d = outer;
+  if (inside) *d = outer;
   level.runningObject = outerObject;
   level.runningSlot = outerSlot;
   return result;

@@ -41,12 +41,19 @@ Pixel* frameRow(const EffectProcessInfo* info, int y) {
                                   static_cast<ptrdiff_t>(y) * info->host.lineBytes);
 }
 
-/// Pixels of `area` in one row; those of `kept` already hold earlier pieces of the object.
 template <class Frame>
-void storeRow(const EffectProcessInfo* info, const PixelRect& area, const PixelRect& object, const PixelRect& kept,
-              int y, ObjectPixel* clip) {
+void storeRow(const EffectProcessInfo* info, const PixelRect& area, int y, ObjectPixel* clip) {
+  const ObjectPixel* object = objectRow(info, y);
+  const Frame* frame = frameRow<Frame>(info, y);
+  for (int x = area.left; x < area.right; x++) clip[x] = {frame[x].y, frame[x].cb, frame[x].cr, object[x].a};
+}
+
+/// The same where `kept` holds earlier pieces of the object: their colours stay, the alphas add up.
+template <class Frame>
+void addRow(const EffectProcessInfo* info, const PixelRect& object, const PixelRect& kept, int y, ObjectPixel* clip) {
   const ObjectPixel* pixels = objectRow(info, y);
   const Frame* frame = frameRow<Frame>(info, y);
+  PixelRect area = unite(object, kept);
   auto holds = [y](const PixelRect& r, int x) { return y >= r.top && y < r.bottom && x >= r.left && x < r.right; };
   for (int x = area.left; x < area.right; x++) {
     int alpha = holds(object, x) ? pixels[x].a : 0;
@@ -58,8 +65,41 @@ void storeRow(const EffectProcessInfo* info, const PixelRect& area, const PixelR
   }
 }
 
+template <class Frame>
+void storeRows(const EffectProcessInfo* info, const PixelRect& kept, ObjectPixel* clip, int clipWidth) {
+  PixelRect object = objectCoverage(info), area = unite(kept, object);
+  overRows(environment.hostFunctions, area.bottom - area.top, [&](int first, int last) {
+    for (int y = area.top + first; y < area.top + last; y++) {
+      ObjectPixel* row = clip + static_cast<ptrdiff_t>(y) * clipWidth;
+      if (isEmpty(kept))
+        storeRow<Frame>(info, object, y, row);
+      else
+        addRow<Frame>(info, object, kept, y, row);
+    }
+  });
+}
+
 void clearAlpha(ObjectPixel* row, int first, int last) {
   for (int x = first; x < last; x++) row[x].a = 0;
+}
+
+/// `area` is the object's; only the part `inside` meets the clip source.
+template <class Frame>
+void applyRows(const EffectProcessInfo* info, const PixelRect& area, const PixelRect& inside, const ObjectPixel* clip) {
+  overRows(environment.hostFunctions, area.bottom - area.top, [&](int first, int last) {
+    for (int y = area.top + first; y < area.top + last; y++) {
+      ObjectPixel* object = objectRow(info, y);
+      if (y < inside.top || y >= inside.bottom) {
+        clearAlpha(object, area.left, area.right);
+        continue;
+      }
+      clearAlpha(object, area.left, inside.left);
+      clearAlpha(object, inside.right, area.right);
+      const ObjectPixel* source = clip + static_cast<ptrdiff_t>(y) * info->host.width;
+      Frame* frame = frameRow<Frame>(info, y);
+      for (int x = inside.left; x < inside.right; x++) clipPixel(object[x], source[x], frame[x]);
+    }
+  });
 }
 
 }  // namespace
@@ -71,18 +111,11 @@ void storeClip(EffectProcessInfo* info) {
   PixelRect kept = level.individualsDrawn && info->clipValid && found ? level.clipArea : PixelRect{};
   info->clipValid = 0;
   if (!clip) return;
-  PixelRect object = objectCoverage(info), area = unite(kept, object);
-  int width = info->host.width;
-  overRows(environment.hostFunctions, area.bottom - area.top, [&](int first, int last) {
-    for (int y = area.top + first; y < area.top + last; y++) {
-      ObjectPixel* row = clip + static_cast<ptrdiff_t>(y) * width;
-      if (frameHasAlpha(info))
-        storeRow<ObjectPixel>(info, area, object, kept, y, row);
-      else
-        storeRow<FramePixel>(info, area, object, kept, y, row);
-    }
-  });
-  level.clipArea = area;
+  if (frameHasAlpha(info))
+    storeRows<ObjectPixel>(info, kept, clip, info->host.width);
+  else
+    storeRows<FramePixel>(info, kept, clip, info->host.width);
+  level.clipArea = unite(kept, objectCoverage(info));
   info->clipValid = 1;
 }
 
@@ -95,25 +128,10 @@ void applyClip(EffectProcessInfo* info) {
     clip = clipMemory(info, &found);
     if (clip && found) inside = intersect(level.clipArea, area);
   }
-  int width = info->host.width;
-  overRows(environment.hostFunctions, area.bottom - area.top, [&](int first, int last) {
-    for (int y = area.top + first; y < area.top + last; y++) {
-      ObjectPixel* object = objectRow(info, y);
-      if (y < inside.top || y >= inside.bottom) {
-        clearAlpha(object, area.left, area.right);
-        continue;
-      }
-      clearAlpha(object, area.left, inside.left);
-      clearAlpha(object, inside.right, area.right);
-      const ObjectPixel* source = clip + static_cast<ptrdiff_t>(y) * width;
-      for (int x = inside.left; x < inside.right; x++) {
-        if (frameHasAlpha(info))
-          clipPixel(object[x], source[x], frameRow<ObjectPixel>(info, y)[x]);
-        else
-          clipPixel(object[x], source[x], frameRow<FramePixel>(info, y)[x]);
-      }
-    }
-  });
+  if (frameHasAlpha(info))
+    applyRows<ObjectPixel>(info, area, inside, clip);
+  else
+    applyRows<FramePixel>(info, area, inside, clip);
 }
 
 }  // namespace zenlay
