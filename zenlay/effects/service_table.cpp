@@ -100,12 +100,7 @@ const int32_t* drawImage3d(const ImageTarget* target, const ImageRegion* region,
   if (!drawImageInSpace(environment.hostFunctions, target, *region, *placement, grouped ? &group : nullptr,
                         flagsFor(target, flags), drawn))
     return nullptr;
-  if (target) {
-    auto [left, right] = std::minmax({drawn[0], drawn[2], drawn[4], drawn[6]});
-    auto [top, bottom] = std::minmax({drawn[1], drawn[3], drawn[5], drawn[7]});
-    noteDrawn(target->pixels, intersect({(left >> 12) - 1, (top >> 12) - 1, (right >> 12) + 2, (bottom >> 12) + 2},
-                                        {0, 0, target->width, target->height}));
-  }
+  if (target) noteDrawn(target->pixels, intersect(drawnBounds(drawn), {0, 0, target->width, target->height}));
   if (corners) memcpy(corners, drawn, sizeof drawn);
   return drawn;
 }

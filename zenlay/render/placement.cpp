@@ -4,7 +4,6 @@
 
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/environment.h"
-#include "zenlay/render/blend.h"
 #include "zenlay/render/draw.h"
 #include "zenlay/render/flattening.h"
 #include "zenlay/render/group_control.h"
@@ -21,10 +20,8 @@ constexpr int wholeClearness = 1000;
 constexpr int wholeAspect = 1000;
 constexpr uint32_t drawnOptions = 31u << 24 | drawHideBack;
 
-/// Everything the drawing needs: the placement with `cx`, `cy` from the picture's own centre taken apart.
 struct Placed {
   ImagePlacement at;
-  int centreX, centreY;  // offset of the rotation centre from the picture's centre, 1/4096 pixel
   SpaceTransform group;
   bool turnedByGroup;
 };
@@ -51,10 +48,8 @@ Placed combine(const EffectDefinition* effect, const EffectProcessInfo* info) {
     at.zoom = zoomOne;
     at.aspect = 0;
   }
-  p.centreX = info->cx + slots.cx;
-  p.centreY = info->cy + slots.cy;
-  at.cx = info->objectWidth * (subPixel / 2) + p.centreX;
-  at.cy = info->objectHeight * (subPixel / 2) + p.centreY;
+  at.cx = info->objectWidth * (subPixel / 2) + info->cx + slots.cx;
+  at.cy = info->objectHeight * (subPixel / 2) + info->cy + slots.cy;
   at.cz = info->cz + slots.cz;
 
   double zoom;
@@ -67,39 +62,6 @@ Placed combine(const EffectDefinition* effect, const EffectProcessInfo* info) {
     at.zoom = saturated(at.zoom * zoom);
   }
   return p;
-}
-
-bool isUnscaled(const ImagePlacement& at) {
-  return !at.rx && !at.ry && !at.rz && at.zoom == zoomOne && !at.aspect && !at.z && !at.cz;
-}
-
-/// Left or top edge of an unscaled picture: both halves truncated, so that parity never moves it by half a pixel.
-int plainEdge(int frame, int picture, int position) { return frame / 2 + position / subPixel - picture / 2; }
-
-/// What the truncated halves of plainEdge add to the exact centre, 1/4096 pixel.
-int parityShift(int frame, int picture) { return ((picture & 1) - (frame & 1)) * (subPixel / 2); }
-
-PixelRect boundsOf(const int32_t corners[8]) {
-  int64_t left = corners[0], right = corners[0], top = corners[1], bottom = corners[1];
-  for (int i = 2; i < 8; i += 2) {
-    left = std::min<int64_t>(left, corners[i]);
-    right = std::max<int64_t>(right, corners[i]);
-    top = std::min<int64_t>(top, corners[i + 1]);
-    bottom = std::max<int64_t>(bottom, corners[i + 1]);
-  }
-  // A pixel around for softened edges; shifts round downwards.
-  return {static_cast<int>((left >> 12) - 1), static_cast<int>((top >> 12) - 1), static_cast<int>((right >> 12) + 2),
-          static_cast<int>((bottom >> 12) + 2)};
-}
-
-void drawPlain(EffectProcessInfo* info, int x, int y, int transparency, uint32_t flags, int32_t corners[8]) {
-  ImageTarget target = frameTarget(info);
-  int right = x + info->objectWidth, bottom = y + info->objectHeight;
-  const int edges[8] = {x, y, right, y, right, bottom, x, bottom};
-  for (int i = 0; i < 8; i++) corners[i] = edges[i] * subPixel;
-  if (transparency >= fullAlpha) return;
-  blendCopy(environment.hostFunctions, target, x, y, objectRegion(info), transparency, flags);
-  noteDrawn(target.pixels, intersect({x, y, right, bottom}, {0, 0, target.width, target.height}));
 }
 
 }  // namespace
@@ -157,19 +119,9 @@ int placeObject(EffectDefinition* effect, EffectProcessInfo* info, uint32_t opti
   int32_t corners[8]{};
   Scales scales = decodeZoom(at.zoom, at.aspect);
   bool shown = scales.x != 0 && scales.y != 0 && at.transparency < fullAlpha;
-  int x = at.x - p.centreX, y = at.y - p.centreY;
-  if (isUnscaled(at) && !p.turnedByGroup && x % subPixel == 0 && y % subPixel == 0) {
-    drawPlain(info, plainEdge(target.width, info->objectWidth, x), plainEdge(target.height, info->objectHeight, y),
-              at.transparency, flags, corners);
-  } else {
-    if (isUnscaled(at) && !p.turnedByGroup) {
-      at.x += parityShift(target.width, info->objectWidth);
-      at.y += parityShift(target.height, info->objectHeight);
-    }
-    int drawn = drawImageInSpace(environment.hostFunctions, shown ? &target : nullptr, objectRegion(info), at,
-                                 p.turnedByGroup ? &p.group : nullptr, flags, corners);
-    if (drawn && shown) noteDrawn(target.pixels, intersect(boundsOf(corners), {0, 0, target.width, target.height}));
-  }
+  int drawn = drawImageInSpace(environment.hostFunctions, shown ? &target : nullptr, objectRegion(info), at,
+                               p.turnedByGroup ? &p.group : nullptr, flags, corners);
+  if (drawn && shown) noteDrawn(target.pixels, intersect(drawnBounds(corners), {0, 0, target.width, target.height}));
   if (info->host.flags & processHandles && info->depth == 0) addPlacementHandles(effect, info, corners);
   return 1;
 }

@@ -107,6 +107,19 @@ void noteDrawn(const void* pixels, const PixelRect& rect) {
   if (image) image->used = unite(image->used, intersect(rect, wholeImage(*image)));
 }
 
+PixelRect drawnBounds(const int32_t corners[8]) {
+  int64_t left = corners[0], right = corners[0], top = corners[1], bottom = corners[1];
+  for (int i = 2; i < 8; i += 2) {
+    left = std::min<int64_t>(left, corners[i]);
+    right = std::max<int64_t>(right, corners[i]);
+    top = std::min<int64_t>(top, corners[i + 1]);
+    bottom = std::max<int64_t>(bottom, corners[i + 1]);
+  }
+  // Corners are rounded: a pixel around is sure to hold what was drawn. Shifts round downwards.
+  return {static_cast<int>((left >> 12) - 1), static_cast<int>((top >> 12) - 1),
+          static_cast<int>(((right + subPixel - 1) >> 12) + 1), static_cast<int>(((bottom + subPixel - 1) >> 12) + 1)};
+}
+
 void noteTouched(const EffectProcessInfo* info, bool frame) {
   RenderLevel& level = levelOf(info);
   for (WorkImage& image : level.images)

@@ -72,6 +72,8 @@ inline uint32_t objectFormat(const EffectProcessInfo* info) { return info->opaqu
 
 /// `rect` of the image starting at `pixels` may have been drawn into; ignored for images of others.
 void noteDrawn(const void* pixels, const PixelRect& rect);
+/// Pixels that a picture with these corners (1/4096 pixel, as drawImageInSpace gives them) can have reached.
+PixelRect drawnBounds(const int32_t corners[8]);
 /// The object and work image may have been written anywhere; with `frame` the frame and its scratch image too.
 void noteTouched(const EffectProcessInfo*, bool frame);
 /// Part of the object image that may hold anything but zeros, inside its size.
