@@ -110,7 +110,8 @@ int renderSceneFrame(FrameProcessInfo* frame, int layerLimit, int frameOffset, i
   const int pixelBytes = frameHasAlpha(info) ? sizeof(ObjectPixel) : sizeof(FramePixel);
   ImageSize hostSize{frame->width, frame->height}, size = sceneSize(shown);
   size.width = std::min(size.width, info->host.lineBytes / pixelBytes);
-  bool larger = size.width > hostSize.width || size.height > hostSize.height;
+  bool larger = frame->scratch && (size.width > hostSize.width || size.height > hostSize.height);
+  if (!frame->scratch) size = {std::min(size.width, hostSize.width), std::min(size.height, hostSize.height)};
   sceneDepth = depth;
   if (larger) enlarge(info, size, pixelBytes);
   info->host.width = size.width;

@@ -71,7 +71,7 @@ void drawZoomedOut(EffectProcessInfo* info) {
   int width = static_cast<int>(int64_t{info->host.width} * wholeSize / value);
   int height = static_cast<int>(int64_t{info->host.height} * wholeSize / value);
   const HostFunctionTable* host = environment.hostFunctions;
-  if (value != wholeSize && width > 0 && height > 0 && host->resizeImage) {
+  if (value != wholeSize && width > 0 && height > 0 && host->resizeImage && info->host.scratch) {
     ImageTarget shown{info->host.scratch, info->host.width, info->host.height, info->host.lineBytes};
     fillRect(shown, {0, 0, shown.width, shown.height}, {0, 0, 0});
     FramePixel* corner = rowOf(shown, (shown.height - height) / 2) + (shown.width - width) / 2;
