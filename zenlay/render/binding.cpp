@@ -34,6 +34,11 @@ void setObjectTime(const ObjectRecord* object, EffectProcessInfo* info) {
   info->host.frameCount = chain.last - chain.first + 1;
 }
 
+/// memcpy, for arrays that may be missing when they are empty.
+void copyBytes(void* to, const void* from, size_t bytes) {
+  if (bytes) memcpy(to, from, bytes);
+}
+
 void bindBuiltIn(EffectDefinition* d, ObjectRecord* object, int slot, int32_t* tracks, uint8_t* extra) {
   int index = indexOf(object);
   int track = object->slots[slot].firstTrack, check = object->slots[slot].firstCheck;
@@ -41,7 +46,7 @@ void bindBuiltIn(EffectDefinition* d, ObjectRecord* object, int slot, int32_t* t
   d->track = object->startValues + track;
   if (tracks) {
     // Movement modes without a meaning leave the values they find.
-    memcpy(tracks, d->track, static_cast<size_t>(d->track_count) * sizeof(int32_t));
+    copyBytes(tracks, d->track, static_cast<size_t>(d->track_count) * sizeof(int32_t));
     d->track = tracks;
   }
   d->check = d->check_values = object->checks + check;
@@ -75,12 +80,13 @@ size_t foreignExtra(const EffectDefinition* d) {
 /// A host filter works on its own values: they are put aside and the object's take their place.
 void bindForeign(EffectDefinition* d, const ObjectRecord* object, int slot, SlotBinding* binding,
                  const uint8_t* extra) {
-  memcpy(binding->tracks, d->track, foreignTracks(d) * sizeof(int32_t));
-  memcpy(binding->checks, d->check, foreignChecks(d) * sizeof(int32_t));
-  memcpy(d->track, object->startValues + object->slots[slot].firstTrack, foreignTracks(d) * sizeof(int32_t));
-  memcpy(d->check, object->checks + object->slots[slot].firstCheck, foreignChecks(d) * sizeof(int32_t));
-  memcpy(binding->extraData, d->exdata, foreignExtra(d));
-  if (extra) memcpy(d->exdata, extra, foreignExtra(d));
+  size_t tracks = foreignTracks(d) * sizeof(int32_t), checks = foreignChecks(d) * sizeof(int32_t);
+  copyBytes(binding->tracks, d->track, tracks);
+  copyBytes(binding->checks, d->check, checks);
+  copyBytes(d->track, object->startValues + object->slots[slot].firstTrack, tracks);
+  copyBytes(d->check, object->checks + object->slots[slot].firstCheck, checks);
+  copyBytes(binding->extraData, d->exdata, foreignExtra(d));
+  if (extra) copyBytes(d->exdata, extra, foreignExtra(d));
 }
 
 /// Host filters know only opaque frames: one with alpha is handed to them without it, and keeps its alpha.
@@ -136,10 +142,10 @@ void unbindSlot(ObjectRecord* object, int slot, SlotBinding* binding) {
   EffectDefinition* d = slotEffect(object, slot);
   if (!d || isBuiltIn(d)) return;
   uint8_t* extra = d->flag & effectHasExtraData ? extraDataOf(indexOf(object), slot) : nullptr;
-  if (extra) memcpy(extra, d->exdata, foreignExtra(d));
-  memcpy(d->exdata, binding->extraData, foreignExtra(d));
-  memcpy(d->check, binding->checks, foreignChecks(d) * sizeof(int32_t));
-  memcpy(d->track, binding->tracks, foreignTracks(d) * sizeof(int32_t));
+  if (extra) copyBytes(extra, d->exdata, foreignExtra(d));
+  copyBytes(d->exdata, binding->extraData, foreignExtra(d));
+  copyBytes(d->check, binding->checks, foreignChecks(d) * sizeof(int32_t));
+  copyBytes(d->track, binding->tracks, foreignTracks(d) * sizeof(int32_t));
 }
 
 int runSlot(ObjectRecord* object, int slot, EffectProcessInfo* info) {

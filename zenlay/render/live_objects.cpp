@@ -28,6 +28,19 @@ LayerRange foreignRange(int scene, int layer) {
   return {static_cast<int>(low - layerOrder), static_cast<int>(high - layerOrder) - 1};
 }
 
+/// Last entry of a layer that starts at or before the frame, range.first - 1 when there is none. `guess` is any number;
+/// from frame to frame the entry mostly stays or is the next one, and a right guess spares the search.
+int lastStarted(const LayerRange& range, int frame, int guess) {
+  for (int i : {guess, guess + 1}) {
+    if (i < range.first - 1 || i > range.last) continue;
+    bool started = i < range.first || layerOrder[i]->start <= frame;
+    if (started && (i == range.last || layerOrder[i + 1]->start > frame)) return i;
+  }
+  ObjectRecord** after = std::upper_bound(layerOrder + range.first, layerOrder + range.last + 1, frame,
+                                          [](int frame, const ObjectRecord* o) { return frame < o->start; });
+  return static_cast<int>(after - layerOrder) - 1;
+}
+
 /// The section of the object's chain that holds `time` (hundredths of a frame).
 ObjectRecord* sectionHolding(ObjectRecord* object, int64_t time) {
   int next;
@@ -70,12 +83,14 @@ void markClipping(RenderLevel* level, const LayerRecord* sceneLayers, int limit)
 }  // namespace
 
 ObjectRecord* liveObject(int scene, int layer, int frame) {
-  LayerRange range = scene == currentScene ? layerRanges[layer] : foreignRange(scene, layer);
+  static constinit int lastFound[layersPerScene]{};
+  bool current = scene == currentScene;
+  LayerRange range = current ? layerRanges[layer] : foreignRange(scene, layer);
   if (range.first > range.last) return nullptr;
-  ObjectRecord** first = layerOrder + range.first;
-  ObjectRecord** after = std::upper_bound(first, layerOrder + range.last + 1, frame,
-                                          [](int frame, const ObjectRecord* o) { return frame < o->start; });
-  return after != first && after[-1]->end >= frame ? after[-1] : nullptr;
+  int none = range.first - 1;
+  int at = lastStarted(range, frame, current ? lastFound[layer] : none);
+  if (current) lastFound[layer] = at;
+  return at != none && layerOrder[at]->end >= frame ? layerOrder[at] : nullptr;
 }
 
 EffectDefinition* firstEffect(const ObjectRecord* object) {
