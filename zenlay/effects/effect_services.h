@@ -134,7 +134,7 @@ struct EffectServiceTable {
   /// Destination geometry: the current frame, or the maximum image with blendDestinationAlpha.
   void (*blendCopy)(void* destination, int x, int y, const void* source, int sx, int sy, int w, int h,
                     int transparency, uint32_t flags);
-  /// A destination with alpha takes the colour as it is; an opaque one is mixed with it. Modes but Normal blend on both.
+  /// A destination with alpha takes the colour as it is, an opaque one is mixed with it; other modes than Normal blend.
   void (*fill)(void* destination, int x, int y, int w, int h, ObjectPixel colour, uint32_t flags);
   WindowHandle (*getSettingsControl)(ObjectRef, int kind, int index);
   int (*setTrackRange)(ObjectRef, int track, int min, int max, int denominator);             // 20
@@ -149,7 +149,7 @@ struct EffectServiceTable {
   int (*getTrackValues)(ObjectRef, int frame, int subFrame, int32_t* values, intptr_t which);  // 25
   int (*setOperatedObject)(ObjectRef, int value);
   int (*chooseColour)(ObjectRef, void* colour, uint32_t flags);
-  /// Moves the chain's end, up to the next object of the layer; the last section keeps a frame. Flags have no meaning yet.
+  /// Moves the chain's end, up to the next object of the layer; the last section keeps a frame. Flags mean nothing yet.
   int (*changeObjectLength)(ObjectRef, int length, uint32_t flags);
   int (*getSystem)(SystemDescription*);
   int (*getHostFrame)();                                                                     // 30
@@ -171,8 +171,8 @@ struct EffectServiceTable {
   void (*addAlpha)(EffectProcessInfo*);
   /// Places the object with its current values into an empty frame-size image, which becomes the object image.
   int (*flattenObject)(EffectProcessInfo*);
-  /// Draws the object image as an object of its own with the placement values of `info`: it runs through the rest of the
-  /// chain and is placed; `info` is as before afterwards, the images' pixels are not. 1, or 0 when that ended it.
+  /// Draws the object image as an object of its own with the placement values of `info`: it runs through the rest of
+  /// the chain and is placed; `info` is as before afterwards, the images' pixels are not. 1, or 0 when that ended it.
   int (*drawObject)(EffectProcessInfo*);
   /// Combines the drawing effect's twelve slots with the placement of `info` and draws (render/placement.h).
   int (*placeObject)(EffectDefinition*, EffectProcessInfo*, uint32_t flags);
