@@ -88,6 +88,13 @@ void setOption(AVCodecContext* codec, const char* name, const std::string& value
     throw WrongUsage(std::string(what) + " " + value + ": " + codec->codec->name + " says: " + ffmpegError(result));
 }
 
+void setDefaults(AVCodecContext* codec, const char* options) {
+  AVDictionary* dictionary = nullptr;
+  av_dict_parse_string(&dictionary, options, "=", ":", 0);
+  av_opt_set_dict2(codec, &dictionary, AV_OPT_SEARCH_CHILDREN);
+  av_dict_free(&dictionary);
+}
+
 /// crf where the encoder has it, its quantiser scale otherwise.
 void setQuality(AVCodecContext* codec, const EncoderRequest& request, const CodecRow* row) {
   if (lossless(codec->codec)) {
@@ -170,7 +177,7 @@ CodecPtr openEncoder(const AVCodec* encoder, AVPixelFormat format, const Encoder
   if (maxBFrames >= 0) codec->max_b_frames = maxBFrames;
 
   const CodecRow* row = rowOf(encoder->name, &CodecRow::encoder);
-  if (row && *row->options) av_set_options_string(codec->priv_data, row->options, "=", ":");
+  if (row) setDefaults(codec.get(), row->options);
   setQuality(codec.get(), request, row);
   setPreset(codec.get(), request.preset);
   int result = avcodec_open2(codec.get(), encoder, nullptr);

@@ -1,5 +1,6 @@
 #include "cinora/ffmpeg.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
@@ -35,7 +36,9 @@ std::string ffmpegError(int code) {
   av_strerror(code, text, sizeof text);
   std::lock_guard guard(lastLineLock);
   std::string said = std::exchange(lastLine, {});
-  return said.empty() ? text : said;
+  bool vague = code == AVERROR_EXTERNAL || code == AVERROR_UNKNOWN || code == AVERROR_INVALIDDATA ||
+               code == AVERROR(EINVAL) || code == AVERROR(ENOSYS);
+  return vague && !said.empty() ? said : text;
 }
 
 }  // namespace cinora

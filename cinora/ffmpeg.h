@@ -35,9 +35,9 @@ using CodecPtr = std::unique_ptr<AVCodecContext, FreeCodec>;
 using ScalerPtr = std::unique_ptr<SwsContext, FreeScaler>;
 using BufferPoolPtr = std::unique_ptr<AVBufferPool, FreeBufferPool>;
 
-/// From now on FFmpeg's log is kept back; the last error it told of is what ffmpegError adds.
+/// From now on FFmpeg's log is kept back for ffmpegError.
 void captureFfmpegLog();
-/// "libx264: Error setting preset wrong." or, when nothing was logged, the text of the code.
+/// The text of the code; for codes that say little ("Invalid argument") the last error that was logged.
 std::string ffmpegError(int code);
 
 }  // namespace cinora

@@ -45,6 +45,7 @@ bool take32(std::string_view& in, int32_t& value) {
 }
 
 uint32_t crcOf(std::string_view bytes) {
+  if (bytes.empty()) return 0;  // av_crc counts back from the end, which a null one can't bear
   const AVCRC* table = av_crc_get_table(AV_CRC_32_IEEE_LE);
   return ~av_crc(table, ~0u, reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
 }
