@@ -29,7 +29,7 @@ struct PlanesIn {
   const uint8_t* data[4];
   int stride[4];
   Chroma chroma;
-  bool fullRange;  // Y 0..255, Cb and Cr 0.5..255; else Y 16..235, Cb and Cr 16..240
+  bool fullRange;  // Y, Cb and Cr span 255 levels; else Y 16..235, Cb and Cr 16..240
 };
 struct PlanesOut {
   uint8_t* data[4];
