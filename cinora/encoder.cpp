@@ -25,7 +25,7 @@ constexpr CodecRow codecTable[] = {
     {"vp8", "libvpx", 10, "cpu-used=4"},
     {"vp9", "libvpx-vp9", 28, "cpu-used=4:row-mt=1"},
     {"av1", "libsvtav1", 30, "preset=8"},
-    {"", "libaom-av1", 28, "cpu-used=6:row-mt=1"},
+    {"libaom-av1", "libaom-av1", 28, "cpu-used=6:row-mt=1"},
     {"mpeg4", "mpeg4", 3, ""},
     {"mpeg2", "mpeg2video", 3, ""},
     {"mjpeg", "mjpeg", 3, ""},

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "cinora/exporter.h"
 #include "cinora/frame_renderer.h"
 #include "cinora/frame_text.h"
 #include "cinora/host.h"
@@ -85,9 +86,18 @@ int32_t setSelection(EditHandle edit, int32_t first, int32_t last) {
 
 int32_t openEdit(EditHandle, const char* name, uint32_t) { return name && host().openEdit(name); }
 
+/// The selection to `name`, by its extension; with alpha when the output is an RGBA one.
 int32_t exportEdit(EditHandle edit, const char* name, uint32_t, const char* output) {
-  if (!opened(edit) || !name || !host().exportFilm) return 0;
-  return host().exportFilm(name, output && std::string_view(output).find(alphaExport) != std::string_view::npos);
+  if (!opened(edit) || !name) return 0;
+  ExportRequest request{.output = {.path = name}, .first = edit->selectionFirst, .last = edit->selectionLast};
+  request.output.alpha = output && std::string_view(output).find(alphaExport) != std::string_view::npos;
+  try {
+    exportFilm(host(), request, [](int, int) { return true; });
+    return 1;
+  } catch (const std::exception& error) {
+    host().addMessage(error.what());
+    return 0;
+  }
 }
 
 // Dialogs and menus.
@@ -197,7 +207,7 @@ int32_t closeMediaFile(MediaHandle media) {
   return media != nullptr;
 }
 int32_t readVideoFrame(MediaHandle media, int32_t frame, FramePixel* image) {
-  return media && image && readMediaFrame(*media, frame, image, host().limits);
+  return media && image && readMediaFrame(host(), *media, frame, image);
 }
 const void* getVideoFramePixels(MediaHandle media, int32_t frame) {
   return media ? mediaFramePixels(*media, frame) : nullptr;

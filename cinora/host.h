@@ -1,7 +1,6 @@
 // The process-wide state of the host: what the operations handed to the plug-ins work on.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -77,8 +76,6 @@ class Host {
   std::string projectFile;  // full path of the file the edit came from or goes to
   DialogAnswers dialogs;
   std::vector<MenuItem> menuItems;
-  /// What exportEdit does: path, whether with alpha. Null: it is refused.
-  std::function<bool(const std::string& path, bool alpha)> exportFilm;
   PluginHost plugins;
 
  private:

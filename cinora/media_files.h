@@ -12,7 +12,7 @@ namespace cinora {
 zenlay::MediaHandle openMedia(const std::string& path, zenlay::HostFileInfo* info, uint32_t flags);
 void closeMedia(zenlay::MediaHandle);
 /// False for a frame that cannot be decoded or is larger than a frame image.
-bool readMediaFrame(zenlay::HostMedia&, int frame, zenlay::FramePixel* image, const Limits&);
+bool readMediaFrame(Host&, zenlay::HostMedia&, int frame, zenlay::FramePixel* image);
 /// Bottom-up rows padded to 4 bytes, BGRA for files opened with openAlpha that have an alpha channel, else BGR; valid
 /// until the next call. Null on failure.
 const void* mediaFramePixels(zenlay::HostMedia&, int frame);
