@@ -5,8 +5,16 @@
 
 namespace zenlay {
 
-enum Figure : int { figureBackground, figureCircle, figureSquare, figureTriangle, figurePentagon, figureHexagon,
-                    figureStar, builtInFigures };
+enum Figure : int {
+  figureBackground,
+  figureCircle,
+  figureSquare,
+  figureTriangle,
+  figurePentagon,
+  figureHexagon,
+  figureStar,
+  builtInFigures
+};
 inline constexpr int maxFigures = 254;
 
 /// Built-in names, then the names (without extension) of figure/*.png beside the plug-in; built once.

@@ -1,0 +1,64 @@
+// "Graphic": a figure of one colour.
+#include <algorithm>
+#include <cstring>
+
+#include "zenlay/effects/effect_services.h"
+
+namespace zenlay {
+
+namespace {
+
+enum GraphicTrack { trackSize, trackAspect, trackLineWidth };
+
+struct GraphicData {
+  int32_t type;      // Figure; 0 when `name` is set
+  uint8_t color[3];  // red, green, blue
+  uint8_t reserved;
+  char name[256];  // figure picture, "*" and a path, or ":" and a scene number
+};
+static_assert(sizeof(GraphicData) == 264);
+
+int processGraphic(EffectDefinition* effect, EffectProcessInfo* info) {
+  const GraphicData& data = extraData<GraphicData>(effect);
+  FigureRequest request{};
+  request.name = data.name;
+  request.type = data.type;
+  memcpy(request.color, data.color, sizeof request.color);
+  request.size = effect->track[trackSize];
+  request.aspect = effect->track[trackAspect];
+  request.lineWidth = effect->track[trackLineWidth];
+  request.colourise = true;
+  return effect->services->drawFigure(effect, info, &request);
+}
+
+constinit TrackColumns tracks({
+    {"Size", 100, 0, 4000, 1, 0, 1000},
+    {"rAspect", 0, -1000, 1000, 10, -1000, 1000},
+    {"Line width", 4000, 0, 4000, 1, 0, 4000},
+});
+constinit CheckColumns checks({
+    {"Background\0Circle\0Square\0Triangle\0Pentagon\0Hexagon\0Star\0(Select from file)\0", checkDropDown},
+    {"Color settings", checkButton},
+});
+constexpr ExdataField fields[] = {
+    {exdataInteger, sizeof(GraphicData::type), "type"},
+    {exdataBytes, sizeof(GraphicData::color), "color"},
+    {exdataReserved, sizeof(GraphicData::reserved), nullptr},
+    {exdataString, sizeof(GraphicData::name), "name"},
+};
+constexpr GraphicData white = {0, {255, 255, 255}, 0, {}};
+
+}  // namespace
+
+constinit EffectDefinition graphicMedia = defineEffect({
+    .flag = effectMedia,
+    .name = "Graphic",
+    .tracks = tracks,
+    .checks = checks,
+    .proc = processGraphic,
+    .exdata_size = sizeof(GraphicData),
+    .exdata_default = &white,
+    .exdata_fields = fields,
+});
+
+}  // namespace zenlay
