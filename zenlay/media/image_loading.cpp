@@ -113,9 +113,10 @@ int loadImage(ObjectPixel* destination, const char* path, int32_t* width, int32_
 
 const char* imageFileFilter() {
   static constinit std::string filter;
-  if (filter.empty()) {
-    std::string patterns = filterFormat + imagePluginPatterns();
-    filter = "ImageFile (" + patterns + ")";
+  std::string patterns = filterFormat + imagePluginPatterns();
+  std::string label = "ImageFile (" + patterns + ")";
+  if (filter.compare(0, label.size(), label) != 0) {  // built once a set of plug-ins
+    filter = label;
     filter += '\0';
     filter += patterns;
     filter.append("\0AllFile (*.*)\0*.*\0", 19);
