@@ -155,9 +155,11 @@ TEST_F(ImageLoading, TheBuiltInReaderLeavesOtherFilesAlone) {
     f.offset = offset;
     files.push_back(bmp(f, rows24));
   }
-  f = {};
-  f.headerSize = 12;
-  files.push_back(bmp(f, rows24));
+  for (uint32_t headerSize : {0u, 12u, 39u, 125u, 0xFFFFFFFFu}) {
+    f = {};
+    f.headerSize = headerSize;
+    files.push_back(bmp(f, rows24));
+  }
   f = {};
   f.magic = "PK";
   files.push_back(bmp(f, rows24));

@@ -177,6 +177,18 @@ TEST_F(ImageFile, OfALargePictureTheNearestPartIsShown) {
   }
 }
 
+size_t askedLength;
+
+TEST_F(ImageFile, AnUnterminatedNameEndsInItsField) {
+  memset(stage.data, 'x', stageBytes);
+  stage.services.loadImage = [](ObjectPixel*, const char* path, int32_t*, int32_t*, const ImageClip*, uint32_t) {
+    askedLength = strlen(path);
+    return 0;
+  };
+  EXPECT_EQ(stage.run(), 0);
+  EXPECT_EQ(askedLength, 255u);
+}
+
 TEST_F(ImageFile, WithoutAPictureNothingIsDrawn) {
   stage.setText(4, "");
   EXPECT_EQ(stage.run(), 0);
@@ -220,7 +232,6 @@ TEST(FrameBufferMedia, CopiesAndClearsTheFrame) {
   EffectStage stage{frameBufferMedia, 16, 8};
   std::vector<FramePixel> frame(20 * 8, FramePixel{100, 20, -30});
   stage.info.host.frame = frame.data();
-  stage.info.host.pixelBytes = sizeof(FramePixel);
   stage.info.host.lineBytes = 20 * sizeof(FramePixel);
   ASSERT_EQ(stage.run(), 1);
   EXPECT_EQ(stage.info.objectWidth, 16);
@@ -235,7 +246,7 @@ TEST(FrameBufferMedia, CopiesAndClearsTheFrame) {
 
   std::vector<ObjectPixel> layers(20 * 8, ObjectPixel{100, 20, -30, 50});
   stage.info.host.frame = reinterpret_cast<FramePixel*>(layers.data());
-  stage.info.host.pixelBytes = sizeof(ObjectPixel);
+  stage.info.host.flags |= processFlattening;
   stage.info.host.lineBytes = 20 * sizeof(ObjectPixel);
   ASSERT_EQ(stage.run(), 1);
   EXPECT_FALSE(stage.info.opaqueImage);

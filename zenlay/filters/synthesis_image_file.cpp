@@ -46,9 +46,10 @@ void mixPicture(EffectDefinition* effect, EffectProcessInfo* info, const Synthes
 }
 
 int processImageSynthesis(EffectDefinition* effect, EffectProcessInfo* info) {
-  const ImageData& data = extraData<ImageData>(effect);
-  if (!data.file[0]) return 1;
-  SynthesisPicture picture = loadPicture(effect, info, data.file);
+  ImageData& data = extraData<ImageData>(effect);
+  const char* file = fileOf(data);
+  if (!*file) return 1;
+  SynthesisPicture picture = loadPicture(effect, info, file);
   if (!picture.pixels) return 1;
   int mode = data.mode >= 0 && data.mode < imageModes ? data.mode : mixFront;
   if (mode < firstCombination)

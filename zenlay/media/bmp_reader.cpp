@@ -13,7 +13,8 @@ namespace zenlay {
 namespace {
 
 constexpr size_t fileHeaderBytes = 14;
-constexpr size_t pixelOffsetAt = 10;  // in the file header: where the pixels begin
+constexpr size_t pixelOffsetAt = 10;      // in the file header: where the pixels begin
+constexpr uint32_t maxHeaderBytes = 124;  // of the longest known extension of the header
 constexpr int minFileBits = 16;
 constexpr size_t maxBitmapBytes = size_t{1} << 30;
 
@@ -48,7 +49,7 @@ bool fitsFrameBuffer(int width, int height) {
 
 bool usableBitmap(const BitmapHeader& header) {
   constexpr uint16_t depths[] = {1, 4, 8, 16, 24, 32};
-  if (header.size < sizeof(BitmapHeader) || header.compression != 0) return false;
+  if (header.size < sizeof(BitmapHeader) || header.size > maxHeaderBytes || header.compression != 0) return false;
   if (header.width < 1 || header.width > maxPictureSide) return false;
   if (header.height < -maxPictureSide || header.height > maxPictureSide || header.height == 0) return false;
   return std::find(std::begin(depths), std::end(depths), header.bits) != std::end(depths);

@@ -10,7 +10,7 @@ namespace zenlay {
 
 /// The 40-byte information header, little-endian.
 struct BitmapHeader {
-  uint32_t size;  // bytes, at least 40
+  uint32_t size;  // bytes, 40..124
   int32_t width;
   int32_t height;  // negative: rows top-down
   uint16_t planes;

@@ -12,7 +12,7 @@ enum FrameBufferCheck { checkClear };
 
 int processFrameBuffer(EffectDefinition* effect, EffectProcessInfo* info) {
   int width = std::min(info->host.width, info->maxWidth), height = std::min(info->host.height, info->maxHeight);
-  bool alpha = info->host.pixelBytes == sizeof(ObjectPixel);  // the frame of a scene with an alpha channel
+  bool alpha = info->host.flags & processFlattening;  // the frame of a scene with an alpha channel
   bool clear = effect->check[checkClear] != 0;
   ptrdiff_t objectLine = info->bufferLine * sizeof(ObjectPixel);
   size_t bytes = width * (alpha ? sizeof(ObjectPixel) : sizeof(FramePixel));

@@ -19,7 +19,8 @@ struct GraphicData {
 static_assert(sizeof(GraphicData) == 264);
 
 int processGraphic(EffectDefinition* effect, EffectProcessInfo* info) {
-  const GraphicData& data = extraData<GraphicData>(effect);
+  GraphicData& data = extraData<GraphicData>(effect);
+  data.name[sizeof data.name - 1] = 0;
   FigureRequest request{};
   request.name = data.name;
   request.type = data.type;

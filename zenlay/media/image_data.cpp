@@ -5,9 +5,9 @@
 namespace zenlay {
 
 int checkImageFile(EffectDefinition* effect, uint32_t message, intptr_t wparam, intptr_t lparam) {
-  const ImageData& data = extraData<ImageData>(effect);
-  if (!asksForFileCheck(message, wparam, lparam) || !data.file[0]) return 0;
-  return effect->services->loadImage(nullptr, data.file, nullptr, nullptr, nullptr, loadImageExists);
+  const char* file = fileOf(extraData<ImageData>(effect));
+  if (!asksForFileCheck(message, wparam, lparam) || !*file) return 0;
+  return effect->services->loadImage(nullptr, file, nullptr, nullptr, nullptr, loadImageExists);
 }
 
 }  // namespace zenlay

@@ -16,6 +16,11 @@ inline constexpr ExdataField imageDataFields[] = {
     {exdataString, sizeof(ImageData::file), "file"},
 };
 
+/// The path; ends inside the field whatever a file held.
+inline const char* fileOf(ImageData& data) {
+  data.file[sizeof data.file - 1] = 0;
+  return data.file;
+}
 /// Counts a file that is gone after loading or when asked to check; the name is kept.
 int checkImageFile(EffectDefinition*, uint32_t message, intptr_t wparam, intptr_t lparam);
 

@@ -33,10 +33,10 @@ int32_t centreOffset(int32_t size, int32_t limit, int32_t start) {
 
 int processImageFile(EffectDefinition* effect, EffectProcessInfo* info) {
   const EffectServiceTable* services = effect->services;
-  const ImageData& data = extraData<ImageData>(effect);
-  if (!data.file[0]) return 0;
+  const char* file = fileOf(extraData<ImageData>(effect));
+  if (!*file) return 0;
   int32_t width, height;
-  if (!services->loadImage(nullptr, data.file, &width, &height, nullptr, 0)) return 0;
+  if (!services->loadImage(nullptr, file, &width, &height, nullptr, 0)) return 0;
   ImageClip window{0, 0, width, height};
   if (width > info->maxWidth || height > info->maxHeight) {
     int32_t x, y;
@@ -49,7 +49,7 @@ int processImageFile(EffectDefinition* effect, EffectProcessInfo* info) {
     info->cy = centreOffset(height, info->maxHeight, window.top);
   }
   info->opaqueImage = 0;
-  return services->loadImage(info->objectImage, data.file, &info->objectWidth, &info->objectHeight, &window, 0);
+  return services->loadImage(info->objectImage, file, &info->objectWidth, &info->objectHeight, &window, 0);
 }
 
 int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
