@@ -169,6 +169,11 @@ TEST(DrawingEffects, PassTheirOptions) {
     if (row.effect == &advancedDrawing) stage.checks[1] = row.hideBack;
     EXPECT_EQ(stage.run(), 1);
     EXPECT_EQ(placedWith, row.options);
+    stage.services.recordUndo = [](ObjectRef) {};
+    stage.services.objectChanged = [](ObjectRef) {};
+    EXPECT_EQ(stage.effect.window_proc(nullptr, messageEffectCommand, commandDropDown, 3, nullptr, &stage.effect), 1);
+    EXPECT_EQ(stage.run(), 1);
+    EXPECT_EQ(blendModeOf(placedWith), 3);
   }
 }
 

@@ -259,6 +259,13 @@ TEST_F(Figures, TheListHoldsBuiltInFiguresThenPictures) {
   for (int i = 0; i < figureCount(); i++) list.push_back(figureName(i));
   EXPECT_THAT(list, testing::ElementsAre("Background", "Circle", "Square", "Triangle", "Pentagon", "Hexagon", "Star",
                                          "a", "b"));
+  const char* item = figureDropDown();
+  list.push_back("(Select from file)");
+  for (const std::string& name : list) {
+    EXPECT_EQ(item, name);
+    item += name.size() + 1;
+  }
+  EXPECT_STREQ(item, "");
   EXPECT_STREQ(figureName(-1), "");
   EXPECT_STREQ(figureName(9), "");
   for (int i = 0; i < 300; i++) std::ofstream(plugin / "figure" / (std::to_string(i) + ".png")) << "x";
@@ -266,6 +273,32 @@ TEST_F(Figures, TheListHoldsBuiltInFiguresThenPictures) {
   EXPECT_EQ(figureCount(), 254);
   freeFigureList();
   EXPECT_EQ(figureCount(), 0);
+}
+
+std::vector<std::string> steps;
+
+TEST_F(Figures, ChoosingAFigureIsOneUndoStep) {
+  buildFigureList("/nowhere/");
+  stage.services.recordUndo = [](ObjectRef) { steps.push_back("undo"); };
+  stage.services.objectChanged = [](ObjectRef) { steps.push_back("changed"); };
+  int32_t* type = reinterpret_cast<int32_t*>(stage.data);
+  const char* name = stage.data + 8;
+  auto choose = [&](intptr_t index) {
+    steps.clear();
+    stage.effect.window_proc(nullptr, messageEffectCommand, commandDropDown, index, nullptr, &stage.effect);
+    EXPECT_THAT(steps, testing::ElementsAre("undo", "changed"));
+  };
+  choose(figureStar);
+  EXPECT_EQ(*type, figureStar);
+  choose(7);  // "(Select from file)"
+  EXPECT_EQ(*type, 0);
+  EXPECT_STREQ(name, "*");
+  stage.setText(8, "*/a.png");
+  choose(7);
+  EXPECT_STREQ(name, "*/a.png");
+  choose(figureCircle);
+  EXPECT_EQ(*type, figureCircle);
+  EXPECT_STREQ(name, "");
 }
 
 TEST_F(Figures, TheGraphicObjectPassesItsTracksAndColour) {

@@ -1,6 +1,7 @@
 // "Advanced drawing": places the object's image into the scene, turned about all axes and about a chosen centre.
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/filters/placement_tracks.h"
+#include "zenlay/media/effect_messages.h"
 #include "zenlay/render/blend.h"
 
 namespace zenlay {
@@ -18,6 +19,10 @@ int processAdvancedDrawing(EffectDefinition* effect, EffectProcessInfo* info) {
   uint32_t options = advancedOptions | blendFlags(extraData<DrawingData>(effect).blend & 31);
   if (effect->check[checkHideBack]) options |= drawHideBack;
   return effect->services->placeObject(effect, info, options);
+}
+
+int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
+  return takeDropDown(effect, message, wparam, lparam, &extraData<DrawingData>(effect).blend);
 }
 
 constinit TrackColumns tracks({
@@ -49,6 +54,7 @@ constinit EffectDefinition advancedDrawing = defineEffect({
     .tracks = tracks,
     .checks = checks,
     .proc = processAdvancedDrawing,
+    .window_proc = handleMessage,
     .exdata_size = sizeof(DrawingData),
     .exdata_fields = fields,
     .coordinate_map = coordinates,

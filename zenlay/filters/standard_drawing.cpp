@@ -1,6 +1,7 @@
 // "Standard drawing": places the object's image into the scene, turned about the view axis only.
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/filters/placement_tracks.h"
+#include "zenlay/media/effect_messages.h"
 #include "zenlay/render/blend.h"
 
 namespace zenlay {
@@ -16,6 +17,10 @@ struct DrawingData {
 int processStandardDrawing(EffectDefinition* effect, EffectProcessInfo* info) {
   uint32_t options = standardOptions | blendFlags(extraData<DrawingData>(effect).blend & 31);
   return effect->services->placeObject(effect, info, options);
+}
+
+int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
+  return takeDropDown(effect, message, wparam, lparam, &extraData<DrawingData>(effect).blend);
 }
 
 constinit TrackColumns tracks({
@@ -38,6 +43,7 @@ constinit EffectDefinition standardDrawing = defineEffect({
     .tracks = tracks,
     .checks = checks,
     .proc = processStandardDrawing,
+    .window_proc = handleMessage,
     .exdata_size = sizeof(DrawingData),
     .exdata_fields = fields,
     .coordinate_map = coordinates,

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "zenlay/filters/synthesis_modes.h"
+#include "zenlay/media/effect_messages.h"
 #include "zenlay/media/image_data.h"
 #include "zenlay/render/blend.h"
 
@@ -60,6 +61,7 @@ int processImageSynthesis(EffectDefinition* effect, EffectProcessInfo* info) {
 }
 
 int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
+  if (takeDropDown(effect, message, wparam, lparam, &extraData<ImageData>(effect).mode)) return 1;
   return checkImageFile(effect, message, wparam, lparam);
 }
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "zenlay/filters/synthesis_modes.h"
+#include "zenlay/media/effect_messages.h"
 #include "zenlay/media/playback_time.h"
 #include "zenlay/media/video_picture.h"
 
@@ -54,6 +55,7 @@ int processVideoSynthesis(EffectDefinition* effect, EffectProcessInfo* info) {
 }
 
 int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
+  if (takeDropDown(effect, message, wparam, lparam, &extraData<VideoData>(effect).mode)) return 1;
   return checkVideoFile(effect, message, wparam, lparam);
 }
 

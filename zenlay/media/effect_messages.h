@@ -1,7 +1,7 @@
 // What an effect's window procedure is told about its object.
 #pragma once
 
-#include "zenlay/effects/effect_definition.h"
+#include "zenlay/effects/effect_services.h"
 
 namespace zenlay {
 
@@ -14,6 +14,15 @@ inline bool isCommand(uint32_t message, intptr_t wparam, EffectCommand command) 
 inline bool asksForFileCheck(uint32_t message, intptr_t wparam, intptr_t lparam) {
   return (isCommand(message, wparam, commandObjectEvent) && lparam == objectLoaded) ||
          isCommand(message, wparam, commandCheckFile);
+}
+
+/// Takes the chosen item of a drop-down list into the extra data after one undo step; 1 when the message was that.
+inline int takeDropDown(EffectDefinition* effect, uint32_t message, intptr_t wparam, intptr_t lparam, int32_t* field) {
+  if (!isCommand(message, wparam, commandDropDown)) return 0;
+  effect->services->recordUndo(effect->object_ref);
+  *field = static_cast<int32_t>(lparam);
+  effect->services->objectChanged(effect->object_ref);
+  return 1;
 }
 
 }  // namespace zenlay

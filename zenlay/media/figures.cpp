@@ -18,6 +18,7 @@ namespace {
 constexpr const char* builtInNames[builtInFigures] = {"Background", "Circle",  "Square", "Triangle",
                                                       "Pentagon",   "Hexagon", "Star"};
 constexpr int cornerCounts[builtInFigures] = {0, 0, 0, 3, 5, 6, 10};
+constexpr char selectFromFile[] = "(Select from file)";
 constexpr char figureFolder[] = "figure/";
 constexpr char figureExtension[] = ".png";
 constexpr char temporaryBuffer[] = "tempbuffer";
@@ -27,6 +28,7 @@ constexpr int64_t edgeBand = 8;                    // a circle's edge band, in s
 constexpr int transparentCorners = 2 * fullAlpha;  // below it a picture's surroundings count as transparent
 
 constinit std::vector<std::string> names;
+constinit std::string dropDown;
 constinit std::vector<int64_t> columnSquares;  // of a circle: x squared by column; kept so that drawing allocates once
 
 /// A request within its limits.
@@ -246,11 +248,15 @@ void buildFigureList(const char* pluginDirectory) {
     if (figureCount() == maxFigures) break;
     names.emplace_back(platform::withoutExtension(file));
   }
+  dropDown.clear();
+  for (const std::string& name : names) dropDown.append(name.c_str(), name.size() + 1);
+  dropDown.append(selectFromFile, sizeof selectFromFile);
 }
 
 void freeFigureList() {
   names.clear();
   names.shrink_to_fit();
+  dropDown.clear();
   columnSquares.clear();
   columnSquares.shrink_to_fit();
 }
@@ -260,6 +266,8 @@ int figureCount() { return static_cast<int>(names.size()); }
 const char* figureName(int index) {
   return index >= 0 && index < figureCount() ? names[static_cast<size_t>(index)].c_str() : "";
 }
+
+const char* figureDropDown() { return dropDown.c_str(); }
 
 int drawFigure(EffectDefinition* effect, EffectProcessInfo* info, const FigureRequest* request) {
   FigureShape shape;
