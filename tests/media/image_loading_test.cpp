@@ -172,6 +172,22 @@ TEST_F(ImageLoading, TheBuiltInReaderLeavesOtherFilesAlone) {
   EXPECT_FALSE(readBmp((folder / "none.bmp").c_str(), "n").data);
 }
 
+TEST_F(ImageLoading, DamagedBitmapsAreReadOrRefused) {
+  const Bytes good[] = {bmp({}, rows24), bmp({.bits = 32}, rows32), bmp({.bits = 16}, rows16)};
+  uint32_t seed = 1;
+  auto random = [&](uint32_t range) { return (seed = seed * 1664525 + 1013904223) % range; };
+  for (int round = 0; round < 1500; round++) {
+    Bytes damaged = good[round % 3];
+    for (uint32_t i = 0, n = 1 + random(4); i < n; i++) damaged[random(54)] = static_cast<char>(random(256));
+    if (round % 5 == 0) damaged.resize(random(static_cast<uint32_t>(damaged.size())));
+    std::string path = file("damaged.bmp", damaged);
+    initialiseImageCache(4);
+    CachedImage image = readBmp(path.c_str(), nullptr);
+    if (!image.data) continue;
+    EXPECT_LE(bitmapLineBytes(image.width, image.bits) * static_cast<size_t>(image.height), 2 * damaged.size());
+  }
+}
+
 TEST_F(ImageLoading, A16BitPictureMayFillTheFrameBufferAndNoMore) {
   // 48 rows of 72 frame pixels are 20736 bytes: 144 rows of 144 bytes (48 pixels of 24 bits)
   for (auto [h, expected] : {std::pair{144, true}, {145, false}}) {
