@@ -26,8 +26,8 @@ struct Joint {
 };
 
 /// The float quotient of n >= 0 and d > 0, truncated. Exact for n <= 2^24, d <= 4096 and quotients below 2^13: the
-/// nearest float to a quotient that is short of an integer by 1/4096 or more never reaches it. Lanes with d = 0 come out
-/// arbitrary.
+/// nearest float to a quotient that is short of an integer by 1/4096 or more never reaches it. Lanes with d = 0 come
+/// out arbitrary.
 HWY_INLINE Vector quotient(Vector n, Vector d) {
   const hn::RebindToFloat<Lanes32> lanes;
   return hn::ConvertTo(Lanes32(), hn::Div(hn::ConvertTo(lanes, n), hn::ConvertTo(lanes, d)));
