@@ -201,9 +201,11 @@ int renderObject(ObjectRecord* object, EffectProcessInfo* info, uint32_t stopRef
   if (continues) {
     result = runChain(list, target, slotOfRef(ref) + 1, stop, info);
   } else {
-    if (!outerDrawable) assignImages(info);
+    if (!outerDrawable) {
+      assignImages(info);
+      levelOf(info).individualsDrawn = false;
+    }
     resetObject(info);
-    levelOf(info).individualsDrawn = false;
     prepare(list, info);
     result = runChain(list, 0, 0, stop, info);
   }
