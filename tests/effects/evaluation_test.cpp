@@ -33,6 +33,7 @@ struct Section {
 };
 
 struct Evaluation : testing::Test {
+  int layer = 0;
   EffectDefinition effect = defineEffect({.flag = effectBuiltIn, .name = "test", .tracks = testTracks});
   void SetUp() override {
     freeObjects();
@@ -48,6 +49,7 @@ struct Evaluation : testing::Test {
     ObjectRecord& record = objects[object];
     record = {};
     record.flags = objectInUse;
+    record.layer = record.homeLayer = head >= 0 ? objects[head].layer : layer++;  // chains never share a layer
     record.start = start;
     record.end = end;
     record.chainHead = head == -2 ? object : head;
