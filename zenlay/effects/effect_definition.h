@@ -232,8 +232,8 @@ struct CheckColumns {
 struct EffectSource {
   uint32_t flag = 0;
   const char* name = nullptr;
-  TrackSet tracks;
-  CheckSet checks;
+  TrackSet tracks = {};
+  CheckSet checks = {};
   EffectProcess proc = nullptr;
   EffectCall init = nullptr;
   EffectCall exit = nullptr;
