@@ -154,9 +154,9 @@ AVPixelFormat choosePixelFormat(const AVCodec* encoder, const EncoderRequest& re
   return full == AV_PIX_FMT_NONE ? format : full;
 }
 
-CodecPtr openEncoder(const AVCodec* encoder, AVPixelFormat format, const EncoderRequest& request, int extraFlags,
-                     int maxBFrames) {
-  CodecPtr codec(avcodec_alloc_context3(encoder));
+AvCodec openEncoder(const AVCodec* encoder, AVPixelFormat format, const EncoderRequest& request, int extraFlags,
+                    int maxBFrames) {
+  AvCodec codec(avcodec_alloc_context3(encoder));
   if (!codec) throw Failure("out of memory");
   const AVPixFmtDescriptor* about = av_pix_fmt_desc_get(format);
   bool rgb = about->flags & AV_PIX_FMT_FLAG_RGB;
