@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <iterator>
+#include <thread>
 
 #include "cinora/failure.h"
 #include "cinora/frame_converter.h"
@@ -172,7 +173,8 @@ AvCodec openEncoder(const AVCodec* encoder, AVPixelFormat format, const EncoderR
   codec->color_primaries = AVCOL_PRI_SMPTE170M;
   codec->color_trc = AVCOL_TRC_SMPTE170M;
   codec->chroma_sample_location = AVCHROMA_LOC_CENTER;  // averaged 2x2
-  codec->thread_count = request.threads;
+  int processors = static_cast<int>(std::thread::hardware_concurrency());
+  codec->thread_count = request.threads > 0 ? request.threads : std::max(processors, 1);
   codec->flags |= extraFlags;
   if (maxBFrames >= 0) codec->max_b_frames = maxBFrames;
 
