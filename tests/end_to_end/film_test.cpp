@@ -146,15 +146,14 @@ TEST_F(Film, VideosAreFrameExact) {
   ASSERT_EQ(raw.size(), 20 * frameBytes);
   for (int frame = 0; frame < 20; frame++) expectPixel(raw, frame, 11, 33, {10 * frame * 4096 / 219, 0, 0}, 2);
 
-  raw =
-      render(header(20) + object(0, "Video file\r\nPlayback position=20\r\nvPlay=-100.0\r\nfile=ramp.mp4", "", 1, 20));
+  raw = render(header(20) + object(0, "Video file\r\nvPlay=-100.0\r\nfile=ramp.mp4", "", 1, 20));
   EXPECT_GT(pixelAt(raw, 0, 11, 33).y, pixelAt(raw, 1, 11, 33).y);
   EXPECT_GT(pixelAt(raw, 1, 11, 33).y, pixelAt(raw, 12, 11, 33).y);
 }
 
 TEST_F(Film, FilesAreFoundFromTheCurrentFolderAndBesideTheProject) {
-  runProgram(
-      {"ffmpeg", "-v", "error", "-f", "lavfi", "-i", "color=0x00ff00:s=16x16", "-frames:v", "1", folder / "green.png"});
+  runProgram({"ffmpeg", "-v", "error", "-f", "lavfi", "-i", "color=0x00ff00:s=16x16,format=rgb24", "-frames:v", "1",
+              folder / "green.png"});
   std::filesystem::create_directory(folder / "elsewhere");
   folder.write("film.zlo", header(1) + object(0, "Image file\r\nfile=green.png", "", 1, 1));
   for (const std::string& from : {folder.path(), folder / "elsewhere"}) {
@@ -184,11 +183,11 @@ TEST_F(Film, EveryKindOfProjectRendersTheSame) {
     Outcome outcome = run({"convert", names[i - 1], names[i]});
     ASSERT_EQ(outcome.status, 0) << names[i] << outcome.errors;
     ASSERT_EQ(run({"render", names[i], "-o", "other.raw"}).status, 0) << names[i];
-    EXPECT_EQ(contentsOf(folder / "other.raw"), direct) << names[i];
+    EXPECT_TRUE(contentsOf(folder / "other.raw") == direct) << names[i];
   }
   ASSERT_EQ(run({"convert", "film.zlo", "again.zlo"}).status, 0);
   ASSERT_EQ(run({"convert", "again.zlo", "twice.zlo"}).status, 0);
-  EXPECT_EQ(contentsOf(folder / "again.zlo"), contentsOf(folder / "twice.zlo"));
+  EXPECT_TRUE(contentsOf(folder / "again.zlo") == contentsOf(folder / "twice.zlo"));
 }
 
 TEST_F(Film, LookingChangesNothing) {
