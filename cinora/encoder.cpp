@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <iterator>
+#include <thread>
 
 #include "cinora/failure.h"
 #include "cinora/frame_converter.h"
@@ -154,9 +155,9 @@ AVPixelFormat choosePixelFormat(const AVCodec* encoder, const EncoderRequest& re
   return full == AV_PIX_FMT_NONE ? format : full;
 }
 
-CodecPtr openEncoder(const AVCodec* encoder, AVPixelFormat format, const EncoderRequest& request, int extraFlags,
-                     int maxBFrames) {
-  CodecPtr codec(avcodec_alloc_context3(encoder));
+AvCodec openEncoder(const AVCodec* encoder, AVPixelFormat format, const EncoderRequest& request, int extraFlags,
+                    int maxBFrames) {
+  AvCodec codec(avcodec_alloc_context3(encoder));
   if (!codec) throw Failure("out of memory");
   const AVPixFmtDescriptor* about = av_pix_fmt_desc_get(format);
   bool rgb = about->flags & AV_PIX_FMT_FLAG_RGB;
@@ -172,7 +173,8 @@ CodecPtr openEncoder(const AVCodec* encoder, AVPixelFormat format, const Encoder
   codec->color_primaries = AVCOL_PRI_SMPTE170M;
   codec->color_trc = AVCOL_TRC_SMPTE170M;
   codec->chroma_sample_location = AVCHROMA_LOC_CENTER;  // averaged 2x2
-  codec->thread_count = request.threads;
+  int processors = static_cast<int>(std::thread::hardware_concurrency());
+  codec->thread_count = request.threads > 0 ? request.threads : std::max(processors, 1);
   codec->flags |= extraFlags;
   if (maxBFrames >= 0) codec->max_b_frames = maxBFrames;
 

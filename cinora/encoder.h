@@ -24,6 +24,6 @@ const AVCodec* findEncoder(const EncoderRequest&);
 /// With alpha when asked for. Sides that sub-sampled chroma does not divide get 4:4:4 where the encoder has it.
 AVPixelFormat choosePixelFormat(const AVCodec*, const EncoderRequest&);
 /// Throws Failure or WrongUsage with what the encoder did not like.
-CodecPtr openEncoder(const AVCodec*, AVPixelFormat, const EncoderRequest&, int extraFlags, int maxBFrames);
+AvCodec openEncoder(const AVCodec*, AVPixelFormat, const EncoderRequest&, int extraFlags, int maxBFrames);
 
 }  // namespace cinora

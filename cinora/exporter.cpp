@@ -23,7 +23,7 @@ class WritingThread {
   ~WritingThread() { stop(true); }
 
   /// Waits while the queue is full.
-  void put(FramePtr frame, int number) {
+  void put(AvFrame frame, int number) {
     std::unique_lock guard(lock_);
     changed_.wait(guard, [this] { return failure_ || queue_.size() < queueLength; });
     if (failure_) std::rethrow_exception(failure_);
@@ -37,7 +37,7 @@ class WritingThread {
 
  private:
   struct Entry {
-    FramePtr frame;
+    AvFrame frame;
     int number;
   };
 
@@ -115,7 +115,7 @@ class FrameSource {
   void setFormat(AVPixelFormat format, bool fullRange) {
     converter_.emplace(host_.pool, format, shape_.width, shape_.height, fullRange);
   }
-  FramePtr picture(int frame) {
+  AvFrame picture(int frame) {
     if (frame != rendered_) render(frame);
     rendered_ = -1;
     if (current_.width != shape_.width || current_.height != shape_.height)

@@ -78,7 +78,7 @@ class PictureWriter : public FrameWriter {
   }
   AVPixelFormat pixelFormat() const override { return codec_->pix_fmt; }
   bool fullRange() const override { return codec_->color_range == AVCOL_RANGE_JPEG; }
-  void write(FramePtr frame, int number) override {
+  void write(AvFrame frame, int number) override {
     frame->pts = frames_++;
     numbers_.push_back(number);
     encode(frame.get());
@@ -103,8 +103,8 @@ class PictureWriter : public FrameWriter {
   }
 
   std::string pattern_;
-  CodecPtr codec_;
-  PacketPtr packet_;
+  AvCodec codec_;
+  AvPacket packet_;
   std::deque<int> numbers_;  // of frames the encoder still holds
   int64_t frames_ = 0;
 };
@@ -115,7 +115,7 @@ class RawWriter : public FrameWriter {
   explicit RawWriter(const OutputRequest& request) : file_(request.path) {}
   AVPixelFormat pixelFormat() const override { return AV_PIX_FMT_RGB48LE; }  // six bytes a pixel, as the frame's own
   bool fullRange() const override { return true; }
-  void write(FramePtr frame, int) override {
+  void write(AvFrame frame, int) override {
     for (int y = 0; y < frame->height; y++)
       file_.write(frame->data[0] + static_cast<ptrdiff_t>(y) * frame->linesize[0],
                   sizeof(zenlay::FramePixel) * frame->width);

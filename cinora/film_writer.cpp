@@ -42,7 +42,7 @@ class FilmWriter : public FrameWriter {
   FilmWriter(const OutputRequest&, const FrameShape&);
   AVPixelFormat pixelFormat() const override { return codec_->pix_fmt; }
   bool fullRange() const override { return codec_->color_range == AVCOL_RANGE_JPEG; }
-  void write(FramePtr, int number) override;
+  void write(AvFrame, int number) override;
   void finish() override;
 
  private:
@@ -54,8 +54,8 @@ class FilmWriter : public FrameWriter {
   std::string path_;
   platform::ReplacementFile file_;
   std::unique_ptr<AVFormatContext, FreeFormat> format_;  // closed before the file goes
-  CodecPtr codec_;
-  PacketPtr packet_;
+  AvCodec codec_;
+  AvPacket packet_;
   AVStream* stream_ = nullptr;
   int64_t frames_ = 0;
 };
@@ -125,7 +125,7 @@ void FilmWriter::encode(const AVFrame* frame) {
   }
 }
 
-void FilmWriter::write(FramePtr frame, int) {
+void FilmWriter::write(AvFrame frame, int) {
   frame->pts = frames_++;
   encode(frame.get());
 }

@@ -109,8 +109,8 @@ FrameConverter::FrameConverter(WorkerPool& pool, AVPixelFormat format, int width
   sws_setColorspaceDetails(scaler_.get(), bt601, range, bt601, range, 0, 1 << 16, 1 << 16);
 }
 
-FramePtr FrameConverter::newFrame(AVPixelFormat format, BufferPoolPtr& buffers) {
-  FramePtr frame(av_frame_alloc());
+AvFrame FrameConverter::newFrame(AVPixelFormat format, AvBufferPool& buffers) {
+  AvFrame frame(av_frame_alloc());
   int bytes = av_image_get_buffer_size(format, width_, height_, strideAlignment);
   if (!buffers && bytes > 0) buffers.reset(av_buffer_pool_init(bytes + strideAlignment, nullptr));
   if (frame && buffers) frame->buf[0] = av_buffer_pool_get(buffers.get());
@@ -128,8 +128,8 @@ FramePtr FrameConverter::newFrame(AVPixelFormat format, BufferPoolPtr& buffers) 
 }
 
 template <typename Pixel>
-FramePtr FrameConverter::convertRows(const Pixel* rows, int rowPixels) {
-  FramePtr stage = newFrame(stage_, stageBuffers_);
+AvFrame FrameConverter::convertRows(const Pixel* rows, int rowPixels) {
+  AvFrame stage = newFrame(stage_, stageBuffers_);
   const DirectFormat& direct = *directFormat(stage_);
   PlanesOut planes = planesOf(*stage, direct.chroma, fullRange_);
   pool_.forRows(height_, [&](int first, int last) {
@@ -149,12 +149,12 @@ FramePtr FrameConverter::convertRows(const Pixel* rows, int rowPixels) {
     }
   });
   if (stage_ == format_) return stage;
-  FramePtr frame = newFrame(format_, buffers_);
+  AvFrame frame = newFrame(format_, buffers_);
   sws_scale(scaler_.get(), stage->data, stage->linesize, 0, height_, frame->data, frame->linesize);
   return frame;
 }
 
-FramePtr FrameConverter::convert(const FramePixel* rows, int rowPixels) { return convertRows(rows, rowPixels); }
-FramePtr FrameConverter::convert(const ObjectPixel* rows, int rowPixels) { return convertRows(rows, rowPixels); }
+AvFrame FrameConverter::convert(const FramePixel* rows, int rowPixels) { return convertRows(rows, rowPixels); }
+AvFrame FrameConverter::convert(const ObjectPixel* rows, int rowPixels) { return convertRows(rows, rowPixels); }
 
 }  // namespace cinora

@@ -16,21 +16,21 @@ class FrameConverter {
   static bool supports(AVPixelFormat);
 
   /// Splits the rows over the workers. Throws Failure when memory lacks.
-  FramePtr convert(const zenlay::FramePixel* rows, int rowPixels);
+  AvFrame convert(const zenlay::FramePixel* rows, int rowPixels);
   /// With alpha, where the format has it.
-  FramePtr convert(const zenlay::ObjectPixel* rows, int rowPixels);
+  AvFrame convert(const zenlay::ObjectPixel* rows, int rowPixels);
 
  private:
-  FramePtr newFrame(AVPixelFormat, BufferPoolPtr&);
+  AvFrame newFrame(AVPixelFormat, AvBufferPool&);
   template <typename Pixel>
-  FramePtr convertRows(const Pixel* rows, int rowPixels);
+  AvFrame convertRows(const Pixel* rows, int rowPixels);
 
   WorkerPool& pool_;
   AVPixelFormat format_, stage_;  // the stage is written from the rows; swscale makes the format from it if they differ
   int width_, height_;
   bool fullRange_;
-  BufferPoolPtr buffers_, stageBuffers_;
-  ScalerPtr scaler_;
+  AvBufferPool buffers_, stageBuffers_;
+  AvScaler scaler_;
 };
 
 }  // namespace cinora

@@ -32,7 +32,7 @@ class FrameWriter {
   virtual AVPixelFormat pixelFormat() const = 0;
   virtual bool fullRange() const = 0;
   /// `number` counts the film's frames from 1. Throws Failure.
-  virtual void write(FramePtr, int number) = 0;
+  virtual void write(AvFrame, int number) = 0;
   virtual void finish() = 0;
 };
 

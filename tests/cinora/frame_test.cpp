@@ -100,7 +100,7 @@ TEST(ConverterTest, TenBitFormatsComeFromSixteen) {
   WorkerPool pool(2);
   std::vector<ObjectPixel> rows(70 * 66, {2048, 512, -512, 1024});
   FrameConverter converter(pool, AV_PIX_FMT_YUVA444P10LE, 66, 66, false);
-  FramePtr frame = converter.convert(rows.data(), 70);
+  AvFrame frame = converter.convert(rows.data(), 70);
   auto sample = [&](int plane, int x, int y) {
     return reinterpret_cast<const uint16_t*>(frame->data[plane] + y * frame->linesize[plane])[x];
   };
