@@ -10,7 +10,8 @@ namespace cinora {
 namespace {
 
 struct PacketFacts {
-  int64_t pts, dts;
+  int64_t pts, dts, position;
+  int size;
   bool key, shown;
   bool bidirectional;  // shown before the reference picture stored ahead of it
 };
@@ -56,8 +57,8 @@ std::vector<PacketFacts> readPackets(PacketReader& reader) {
   const PictureHeader* header = headerOf(codec);
   AvPacket packet(av_packet_alloc());
   while (packet && static_cast<int>(packets.size()) < maxPackets && reader.next(packet.get())) {
-    packets.push_back({packet->pts, packet->dts, (packet->flags & AV_PKT_FLAG_KEY) != 0, isShown(*packet, codec),
-                       isBidirectional(*packet, header)});
+    packets.push_back({packet->pts, packet->dts, packet->pos, packet->size, (packet->flags & AV_PKT_FLAG_KEY) != 0,
+                       isShown(*packet, codec), isBidirectional(*packet, header)});
     av_packet_unref(packet.get());
   }
   return packets;
@@ -116,8 +117,8 @@ void listKeys(const std::vector<PacketFacts>& packets, MediaIndex& index) {
     const PacketFacts& facts = packets[packet];
     if (packet != 0 && (!facts.key || facts.pts == AV_NOPTS_VALUE)) continue;
     auto behind = std::lower_bound(index.times.begin(), index.times.end(), facts.pts);
-    index.keys.push_back(
-        {static_cast<int>(behind - index.times.begin()), packet, facts.dts == AV_NOPTS_VALUE ? facts.pts : facts.dts});
+    index.keys.push_back({static_cast<int>(behind - index.times.begin()), packet,
+                          facts.dts == AV_NOPTS_VALUE ? facts.pts : facts.dts, facts.position, facts.size});
   }
   std::stable_sort(index.keys.begin(), index.keys.end(),
                    [](const auto& a, const auto& b) { return a.picture < b.picture; });

@@ -14,6 +14,8 @@ struct MediaIndex {
   struct KeyPicture {
     int picture, packet;
     int64_t timestamp;  // to seek to: decoding time if the packet has one
+    int64_t position;   // in the file, -1 when unknown
+    int size;           // bytes
   };
 
   /// Presentation times, ascending, in the stream's time base. Empty when the stream does not give every picture a time

@@ -83,8 +83,10 @@ bool PictureDecoder::seekTo(int key) {
       at = wanted.packet;  // a key picture that is not shown
     }
     if (at == wanted.packet) {
-      heldPacket_ = true;
-      return true;
+      // Containers with a broken index of their own mislabel what they seek to.
+      heldPacket_ = packet_->pos == wanted.position && packet_->size == wanted.size;
+      if (!heldPacket_) av_packet_unref(packet_.get());
+      return heldPacket_;
     }
     av_packet_unref(packet_.get());
   }
@@ -94,14 +96,18 @@ bool PictureDecoder::seekTo(int key) {
 /// Gets ready to decode from the key picture `stepsBack` before the one that reaches `picture`.
 bool PictureDecoder::positionFor(int picture, int stepsBack) {
   ahead_ = {};
-  lastNumber_ = -1;
+  lastNumber_ = unprovenKey_ = -1;
+  falseKey_ = false;
   draining_ = ended_ = positioned_ = false;
   if (heldPacket_) av_packet_unref(packet_.get());
   heldPacket_ = false;
   avcodec_flush_buffers(codec_.get());
   if (!index_.times.empty()) {
     int key = std::max(index_.keyFor(picture) - stepsBack, 0);
-    for (int tries = 0; tries <= maxStepsBack && key >= 0 && !positioned_; tries++, key--) positioned_ = seekTo(key);
+    for (int tries = 0; tries <= maxStepsBack && key >= 0 && !positioned_; tries++, key--) {
+      positioned_ = seekTo(key);
+      if (positioned_ && index_.keys[key].packet != 0) unprovenKey_ = index_.keys[key].picture;
+    }
   }
   if (!positioned_) positioned_ = reader_.restart();
   return positioned_;
@@ -140,6 +146,20 @@ bool PictureDecoder::feed() {
   return true;
 }
 
+/// Files whose own index lacks an end call every picture behind it a key picture. One that is none is struck off.
+bool PictureDecoder::isFalseKey(const Decoded& decoded) {
+  if (decoded.number < unprovenKey_ || unprovenKey_ < 0) return false;
+  int kind = decoded.frame->pict_type;
+  falseKey_ = decoded.number == unprovenKey_ && (kind == AV_PICTURE_TYPE_P || kind == AV_PICTURE_TYPE_B);
+  if (falseKey_) {
+    std::erase_if(index_.keys, [&](const auto& key) { return key.packet != 0 && key.picture == unprovenKey_; });
+    positioned_ = false;
+    ended_ = true;
+  }
+  unprovenKey_ = -1;
+  return falseKey_;
+}
+
 PictureDecoder::Decoded PictureDecoder::next() {
   if (ahead_.frame) return std::exchange(ahead_, {});
   Decoded decoded{AvFrame(av_frame_alloc()), -1};
@@ -156,6 +176,7 @@ PictureDecoder::Decoded PictureDecoder::next() {
       if (!index_.times.empty()) number = index_.pictureAtTime(decoded.frame->pts);
       if (number <= lastNumber_ || number >= index_.pictureCount) continue;  // no picture of the index
       lastNumber_ = decoded.number = number;
+      if (isFalseKey(decoded)) return {};
       return decoded;
     }
   }
@@ -198,13 +219,19 @@ const AVFrame* PictureDecoder::picture(int number) {
       backward ? static_cast<size_t>(std::clamp<int64_t>(recentBytes / bytesOf(*current_.frame), 1, maxRecent)) : 0;
   recent_.clear();
   Decoded found;
-  if (reachable(number)) {
-    found = decodeUpTo(number);
-  } else {
+  bool onTheWay = reachable(number);
+  if (onTheWay) found = decodeUpTo(number);
+  if (!onTheWay || falseKey_) {
     current_ = {};
-    int keysBefore = index_.times.empty() ? 0 : index_.keyFor(number);
-    for (int back = 0; back <= std::min(maxStepsBack, keysBefore) && !found.frame; back++)
-      if (positionFor(number, back)) found = decodeUpTo(number);
+    found = {};
+    for (int back = 0; !found.frame && back <= maxStepsBack && positionFor(number, back);) {
+      found = decodeUpTo(number);
+      if (falseKey_) {
+        found = {};
+      } else if (index_.times.empty() || index_.keyFor(number) <= back++) {
+        break;
+      }
+    }
   }
   if (!found.frame) found = next();  // nothing good up to here: the first good one behind
   current_ = std::move(found);

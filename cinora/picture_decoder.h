@@ -36,6 +36,7 @@ class PictureDecoder {
   bool holds(int picture) const;
   bool reachable(int picture) const;
   bool feed();
+  bool isFalseKey(const Decoded&);
   Decoded next();
   Decoded decodeUpTo(int picture);
   void remember(Decoded&&);
@@ -48,6 +49,8 @@ class PictureDecoder {
   bool hasAlpha_ = false;
   bool positioned_ = false, draining_ = false, ended_ = false;
   bool heldPacket_ = false;  // packet_ was read while seeking and is the next to decode
+  int unprovenKey_ = -1;     // picture the position was taken at, until it turns out to be a key picture
+  bool falseKey_ = false;    // it did not
   int lastNumber_ = -1;      // of the last picture decoded since the position was taken
   Decoded current_;          // shown for `currentFor_`
   int currentFor_ = -1;

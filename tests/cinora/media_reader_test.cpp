@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "cinora/av_handles.h"
 #include "platform/paths.h"
 #include "tests/platform/scratch_folder.h"
 
@@ -71,6 +72,13 @@ constexpr Format formats[] = {
     {"mpeg2.mpg", "-c:v mpeg2video -q:v 3 -g 15 -bf 2"},
     {"vp8.webm", "-c:v libvpx -b:v 1M -auto-alt-ref 1 -lag-in-frames 16 -g 30"},
     {"vp9.webm", "-c:v libvpx-vp9 -b:v 1M -auto-alt-ref 1 -lag-in-frames 16 -g 30 -deadline realtime -cpu-used 8"},
+    {"h264.avi", "-c:v libx264 -preset veryfast -g 20 -bf 3"},
+    {"hevc.mkv", "-c:v libx265 -preset ultrafast -x265-params log-level=none:keyint=20:bframes=3"},
+    {"div3.avi", "-c:v msmpeg4v3 -q:v 3 -g 20"},
+    {"wmv.asf", "-c:v wmv2 -q:v 3 -g 20"},
+    {"clip.flv", "-c:v flv1 -q:v 3 -g 20"},
+    {"anim.gif", ""},
+    {"av1.mkv", "-c:v libaom-av1 -cpu-used 8 -usage realtime -g 20"},
     {"intra.avi", "-c:v mjpeg -q:v 3"},
     {"lossless.mkv", "-c:v ffv1"},
     {"studio.mov", "-c:v prores_ks -profile:v 0"},
@@ -106,6 +114,78 @@ TEST(MediaReaderTest, EveryFrameExactlyInAnyOrder) {
       ASSERT_TRUE(fresh.open(scratch / format.name));
       ASSERT_EQ(fresh.numberAt(frame), frame) << "fresh";
     }
+  }
+}
+
+/// Rewrites MPEG-4 the way old encoders stored it in AVI: a reference picture in one packet with the B picture behind
+/// it, each packet then one late, and a packet of a picture "not coded" at the end of the run.
+void packPictures(const std::string& from, const std::string& to) {
+  AVFormatContext* opened = nullptr;
+  ASSERT_GE(avformat_open_input(&opened, from.c_str(), nullptr, nullptr), 0);
+  AvInput in(opened);
+  ASSERT_GE(avformat_find_stream_info(in.get(), nullptr), 0);
+  AvPacket packet(av_packet_alloc());
+  std::vector<std::string> pictures;
+  std::vector<bool> keys, bidirectional;
+  while (av_read_frame(in.get(), packet.get()) >= 0) {
+    pictures.emplace_back(reinterpret_cast<char*>(packet->data), packet->size);
+    pictures.back().append(20, '\0');  // none as short as one not coded
+    size_t header = pictures.back().find(std::string("\0\0\1\xB6", 4));
+    bidirectional.push_back((pictures.back()[header + 4] & 0xC0) == 0x80);
+    keys.push_back(packet->flags & AV_PKT_FLAG_KEY);
+    av_packet_unref(packet.get());
+  }
+  std::string mark(
+      "\0\0\1\xB2"
+      "DivX503b1393p",
+      17),
+      notCoded("\0\0\1\xB6\x50\x4F\x7F", 7);
+  std::vector<std::string> packed;
+  size_t size = pictures.size();
+  for (size_t i = 0; i < size; i++) {
+    bool last = i + 1 == size || !bidirectional[i + 1];
+    if (!bidirectional[i]) {
+      packed.push_back(last ? pictures[i] : pictures[i] + pictures[i + 1]);
+    } else {
+      packed.push_back(last ? notCoded : pictures[i + 1]);
+    }
+  }
+  packed[0].insert(packed[0].find(std::string("\0\0\1\xB6", 4)), mark);
+
+  AVFormatContext* out = nullptr;
+  ASSERT_GE(avformat_alloc_output_context2(&out, nullptr, "avi", to.c_str()), 0);
+  AVStream* stream = avformat_new_stream(out, nullptr);
+  avcodec_parameters_copy(stream->codecpar, in->streams[0]->codecpar);
+  stream->codecpar->codec_tag = MKTAG('X', 'V', 'I', 'D');
+  stream->time_base = {1, 25};
+  ASSERT_GE(avio_open(&out->pb, to.c_str(), AVIO_FLAG_WRITE), 0);
+  ASSERT_GE(avformat_write_header(out, nullptr), 0);
+  for (size_t i = 0; i < packed.size(); i++) {
+    ASSERT_GE(av_new_packet(packet.get(), static_cast<int>(packed[i].size())), 0);
+    std::copy(packed[i].begin(), packed[i].end(), packet->data);
+    packet->pts = packet->dts = static_cast<int64_t>(i);
+    if (keys[i]) packet->flags |= AV_PKT_FLAG_KEY;
+    ASSERT_GE(av_write_frame(out, packet.get()), 0);
+    av_packet_unref(packet.get());
+  }
+  av_write_trailer(out);
+  avio_closep(&out->pb);
+  avformat_free_context(out);
+}
+
+TEST(MediaReaderTest, PackedPicturesComeInOrder) {
+  ScratchFolder scratch;
+  for (int bPictures : {1, 2}) {
+    SCOPED_TRACE(bPictures);
+    ASSERT_TRUE(ffmpeg(numbered(60) + "-c:v mpeg4 -q:v 3 -g 12 -bf " + std::to_string(bPictures) + " " +
+                       (scratch / "plain.avi")));
+    packPictures(scratch / "plain.avi", scratch / "packed.avi");
+    Film film;
+    ASSERT_TRUE(film.open(scratch / "packed.avi")) << film.error;
+    ASSERT_EQ(film.reader.info().frameCount, 60);
+    for (int i = 0; i < 60; i++) ASSERT_EQ(film.numberAt(i), i);
+    for (int i = 59; i >= 0; i--) ASSERT_EQ(film.numberAt(i), i);
+    for (int i : {41, 7, 33, 12, 58}) ASSERT_EQ(film.numberAt(i), i);
   }
 }
 
@@ -174,7 +254,11 @@ TEST(MediaReaderTest, DamagedFilesDeliverWhatTheyHave) {
       int count = film.reader.info().frameCount;
       ASSERT_LE(count, 60);
       for (int i = 0; i + 3 < count; i++) ASSERT_EQ(film.numberAt(i), i) << part;
-      for (int i = count - 1; i >= 0; i--) ASSERT_LE(film.numberAt(i), i) << part;
+      for (int i = count - 1; i >= 0; i--) {
+        int number = film.numberAt(i);
+        ASSERT_TRUE(number == i || i + 3 >= count)
+            << part << ": " << number << " at " << i << " of " << count;  // the last ones may be half there
+      }
     }
     std::mt19937 random(11);
     std::string damaged = bytes;
