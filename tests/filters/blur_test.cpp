@@ -70,6 +70,7 @@ struct Blurred {
     info.objectWidth = width;
     info.objectHeight = height;
     info.bufferLine = line;
+    info.bufferHeight = lines;
     info.maxWidth = info.maxHeight = 64;
     effect.track = tracks;
     effect.check = checks;
