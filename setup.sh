@@ -5,7 +5,7 @@ packages=(build-essential g++-multilib cmake ninja-build ccache pkg-config git
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev
   libhwy-dev libfreetype-dev libfontconfig-dev libcli11-dev nlohmann-json3-dev fonts-dejavu-core)
 test_packages=(libgtest-dev libgmock-dev ffmpeg)
-bench_packages=(libbenchmark-dev libopencv-dev melt)
+bench_packages=(libbenchmark-dev libopencv-dev melt ffmpeg time)
 
 install_missing() {
   local missing=()

@@ -16,13 +16,14 @@ struct Glyph {
   std::vector<uint8_t> coverage;
 };
 
-/// `size` in pixels (em height), weight 400 or 700. Never null as long as any font is installed.
+/// `size` in pixels (em height, 1..4096, clamped), weight 400 or 700. A face without that weight or slant is thickened
+/// or slanted. Never null as long as any font is installed. `face` in the ANSI code page.
 Font* openFont(const char* face, int size, int weight, bool italic);
 void closeFont(Font*);
-/// A fall-back face draws characters that the face lacks. False when there is no glyph.
+/// A fall-back face draws characters that the face lacks. False when there is no glyph. A blank has an empty bitmap.
 bool drawGlyph(Font*, char32_t character, Glyph*);
 struct FontMetrics {
-  int ascent, descent, lineHeight, maxAdvance;  // pixels
+  int ascent, descent, lineHeight, maxAdvance;  // pixels; descent counts down from the base line
 };
 FontMetrics fontMetrics(Font*);
 

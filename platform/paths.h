@@ -1,5 +1,6 @@
 // Files and paths. `/` and `\` both separate; what the program writes uses `/`. A look-up that fails is tried again
-// without regard to case. A drive prefix is never found as it stands. Paths are in the code page of platform/text.h.
+// without regard to the case of ASCII letters. A drive prefix (a letter, `:`, a separator) is never found as it stands.
+// Paths are in the code page of platform/text.h; in page 932 a `\` that ends a double-byte character separates nothing.
 #pragma once
 
 #include <cstddef>
@@ -11,31 +12,38 @@
 
 namespace platform {
 
-/// The path as the file system knows it: separators replaced, letter case repaired where only that differs.
+/// The path as the file system knows it, in UTF-8: separators replaced, letter case repaired where only that differs,
+/// for folders also when the file itself does not exist. Empty, which no call finds, for a drive prefix.
 std::string nativePath(std::string_view path);
 bool fileExists(std::string_view path);
 bool folderExists(std::string_view path);
 bool isSeparator(char);
-std::string_view fileName(std::string_view path);        // behind the last separator
-std::string_view folderOf(std::string_view path);        // up to and including the last separator; empty when none
-std::string_view extensionOf(std::string_view path);     // with the dot; empty when none
+std::string_view fileName(std::string_view path);     // behind the last separator
+std::string_view folderOf(std::string_view path);     // up to and including the last separator; empty when none
+std::string_view extensionOf(std::string_view path);  // with the dot; empty when none
 std::string_view withoutExtension(std::string_view path);
-bool equalNoCase(std::string_view, std::string_view);    // ASCII letters only
-/// Names (not paths) in `folder` that match a pattern of `*` and `?`, letter case ignored, sorted by bytes.
+bool equalNoCase(std::string_view, std::string_view);  // ASCII letters only
+/// Names (not paths) of the files in `folder` that match a pattern of `*` and `?`, letter case ignored, sorted by
+/// bytes.
+/// `?` stands for one character, `*.*` for every name.
 std::vector<std::string> filesMatching(std::string_view folder, std::string_view pattern);
 std::vector<std::string> subfolders(std::string_view folder);
 bool makeFolders(std::string_view path);
 bool removeFile(std::string_view path);
-/// fopen on the native path.
+/// fopen on the native path; not inherited by child processes.
 std::FILE* openFile(std::string_view path, const char* mode);
-/// Whole file; false when it cannot be read or is larger than `limit` bytes.
+/// Whole file; false when it cannot be read, is larger than `limit` bytes, or is neither a regular file nor a pipe.
 bool readFile(std::string_view path, std::string& out, size_t limit = SIZE_MAX);
 /// Path of the running program and of the shared object that holds `address`.
 std::string programPath();
 std::string modulePathOf(const void* address);
 
-/// A file written beside its target under a temporary name, flushed and renamed by `commit`; otherwise removed. Live
-/// files are also removed when the process is ended by SIGINT, SIGTERM or SIGHUP (see removeUncommittedFiles).
+/// A file written beside its target under a temporary name (with the target's extension), flushed and renamed by
+/// `commit`; otherwise removed. It exists, empty and with the permissions the target has or would get, from
+/// construction on; when it could not be created `temporaryPath` is empty and errno tells. A target that is a symbolic
+/// link is written through; one that is a device or a pipe is written in place, its `temporaryPath` being the target
+/// itself. Live files are also removed when SIGINT, SIGTERM or SIGHUP end the process; a program with handlers of its
+/// own for these calls removeUncommittedFiles there.
 class ReplacementFile {
  public:
   explicit ReplacementFile(std::string_view target);
@@ -47,7 +55,8 @@ class ReplacementFile {
 
  private:
   std::string target_, temporary_;
-  bool committed_ = false;
+  int guard_ = -1;
+  bool inPlace_ = false, committed_ = false;
 };
 /// Async-signal-safe: unlinks every live replacement file.
 void removeUncommittedFiles();

@@ -14,31 +14,33 @@ void releaseMemory(void*, size_t bytes);
 /// Gives the pages back; they read as zero afterwards.
 void discardMemory(void*, size_t bytes);
 
-uint32_t tickCount();  // milliseconds, wrapping
+uint32_t tickCount();  // milliseconds since the machine started, wrapping
 void sleepMilliseconds(int);
 std::tm localTime();
 
 struct Module;  // a shared library
-/// Null on failure; `loadError` then says why.
+/// A path with a separator names a file; a bare name is looked up where the system keeps its libraries. All its symbols
+/// are bound at once and stay private to it. Null on failure; `loadError` then says why.
 Module* loadModule(std::string_view path);
 void* moduleSymbol(Module*, const char* name);
 void unloadModule(Module*);
-const char* loadError();
+const char* loadError();  // of this thread's last failed loadModule or moduleSymbol
 
-/// Named memory visible to the whole process and, by name, to others of the machine. Null on failure.
+/// Named memory, zero at first, visible to the whole process and by name to the user's other processes. Null on
+/// failure. A leftover of the same name is replaced; ended by a signal, the process takes its names along.
 struct SharedMemory;
 SharedMemory* createSharedMemory(const char* name, size_t bytes);
 SharedMemory* openSharedMemory(const char* name);
-void* mapSharedMemory(SharedMemory*);
+void* mapSharedMemory(SharedMemory*);  // a mapping stays until unmapped or closed; mapping again gives the same address
 void unmapSharedMemory(SharedMemory*);
 void closeSharedMemory(SharedMemory*);  // removes the name when this handle created it
 
 int processId();
-bool hasSse2();
-/// Masks every floating-point exception.
+bool hasSse2();  // true on processors of other families: there the question does not arise
+/// Masks every floating-point exception of this thread.
 void maskFloatingPointExceptions();
 
-/// One line on standard error.
+/// The text as lines on standard error, written in one piece.
 void debugOutput(std::string_view line);
 
 }  // namespace platform

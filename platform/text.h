@@ -14,13 +14,18 @@ void setCodePage(int);
 bool validUtf8(std::string_view);
 /// Invalid sequences become U+FFFD.
 std::u16string utf16FromUtf8(std::string_view);
-std::string utf8FromUtf16(std::u16string_view);
+std::string utf8FromUtf16(std::u16string_view);  // unpaired surrogates too
 /// Characters the page lacks become "?".
 std::u16string utf16FromAnsi(std::string_view);
 std::string ansiFromUtf16(std::u16string_view);
-/// A text file's bytes as the ANSI code page: bytes that are not valid UTF-8 are read as 932.
+/// Between the ANSI code page and UTF-8; unchanged, damage included, while the page is UTF-8.
+std::string utf8FromAnsi(std::string_view);
+std::string ansiFromUtf8(std::string_view);
+/// A text file's bytes as the ANSI code page, without byte order mark: UTF-16 when they begin with its mark, else
+/// UTF-8, and bytes that are not valid UTF-8 are read as 932.
 std::string ansiFromFile(std::string_view bytes);
-/// Bytes of the character at `text`: 2 for a double-byte pair of page 932, the sequence length in UTF-8, at least 1.
+/// Bytes of the character at `text` (which ends in NUL): 2 for a double-byte pair of page 932, the length of a complete
+/// sequence in UTF-8, otherwise 1.
 int characterBytes(const char* text);
 
 }  // namespace platform

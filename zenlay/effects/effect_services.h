@@ -114,10 +114,12 @@ struct EffectServiceTable {
   int (*chainLength)(ObjectRef);
   ObjectRef (*findObject)(int frame, int layer, int scene, const char* name, uint32_t filter);
   ObjectRef (*findNextSlot)(ObjectRef, const char* name, uint32_t filter);
+  /// Handles are recorded (render/handles.h): at most 256 a frame, of the host's own frame, not for locked layers.
   void (*addHandle)(ObjectRef, int x, int y, int w, int h, const int16_t parameters[4], uint32_t kind, int value);
   void (*addFreeHandle)(int x, int y, int w, int h, const int16_t parameters[4], uint32_t flags);  // 10
   void (*addHandle3d)(ObjectRef, int coordinate1, int coordinate2, int x, int y, int w, int h,
                       const int16_t parameters[4], uint32_t flags, int value);
+  /// Kept (effects/service_hooks.h) for the camera objects; drawing uses the default camera until they come.
   void (*setTransform3d)(const void* camera, const void* object);
   /// Eight corner coordinates (x, y of four corners, 1/4096 pixel) of what was drawn, valid until the next call; null
   /// when nothing can be drawn. A null destination only computes the corners. `corners`, when given, receives a copy.
@@ -126,10 +128,13 @@ struct EffectServiceTable {
   /// Destination rows are bufferLine pixels apart; null only reports the size. 1 / 0.
   int (*loadImage)(ObjectPixel*, const char* path, int32_t* width, int32_t* height, const ImageClip*, uint32_t flags);
   const char* (*imageFileFilter)();                                                          // 15
+  /// drawText, getSettingsControl, setTrackRange and chooseColour are 0 until their rooms install themselves in
+  /// effects/service_hooks.h.
   int (*drawText)(const struct TextRequest*);
   /// Destination geometry: the current frame, or the maximum image with blendDestinationAlpha.
   void (*blendCopy)(void* destination, int x, int y, const void* source, int sx, int sy, int w, int h,
                     int transparency, uint32_t flags);
+  /// A destination with alpha takes the colour as it is, an opaque one is mixed with it; other modes than Normal blend.
   void (*fill)(void* destination, int x, int y, int w, int h, ObjectPixel colour, uint32_t flags);
   WindowHandle (*getSettingsControl)(ObjectRef, int kind, int index);
   int (*setTrackRange)(ObjectRef, int track, int min, int max, int denominator);             // 20
@@ -144,6 +149,7 @@ struct EffectServiceTable {
   int (*getTrackValues)(ObjectRef, int frame, int subFrame, int32_t* values, intptr_t which);  // 25
   int (*setOperatedObject)(ObjectRef, int value);
   int (*chooseColour)(ObjectRef, void* colour, uint32_t flags);
+  /// Moves the chain's end, up to the next object of the layer; the last section keeps a frame. Flags mean nothing yet.
   int (*changeObjectLength)(ObjectRef, int length, uint32_t flags);
   int (*getSystem)(SystemDescription*);
   int (*getHostFrame)();                                                                     // 30
@@ -165,7 +171,8 @@ struct EffectServiceTable {
   void (*addAlpha)(EffectProcessInfo*);
   /// Places the object with its current values into an empty frame-size image, which becomes the object image.
   int (*flattenObject)(EffectProcessInfo*);
-  /// Draws the object image as an object of its own with the placement values of `info`.
+  /// Draws the object image as an object of its own with the placement values of `info`: it runs through the rest of
+  /// the chain and is placed; `info` is as before afterwards, the images' pixels are not. 1, or 0 when that ended it.
   int (*drawObject)(EffectProcessInfo*);
   /// Combines the drawing effect's twelve slots with the placement of `info` and draws (render/placement.h).
   int (*placeObject)(EffectDefinition*, EffectProcessInfo*, uint32_t flags);

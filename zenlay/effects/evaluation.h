@@ -9,8 +9,16 @@ namespace zenlay {
 
 /// TrackMode word: mode number in bits 0..3, options above.
 enum TrackMode : int32_t {
-  modeNone, modeRectilinear, modeCurve, modeTeleport, modeIgnoreMidpoints, modeAmount, modeRandom, modeAccelerate,
-  modeRepeat, modeScript = 15,
+  modeNone,
+  modeRectilinear,
+  modeCurve,
+  modeTeleport,
+  modeIgnoreMidpoints,
+  modeAmount,
+  modeRandom,
+  modeAccelerate,
+  modeRepeat,
+  modeScript = 15,
   modeNumber = 0xF,
   modeDecelerationBit = 0x20,
   modeAccelerationBit = 0x40,
@@ -26,26 +34,36 @@ inline constexpr int32_t evaluateSingle = 0x40000000;
 void evaluateTracks(int32_t* out, int frame, int32_t subFrame, int object, int individual, int firstTrack,
                     int32_t trackCount, const EffectDefinition*);
 
-/// A movement script's value (mode 15); null while no script engine is present, and then the start value holds.
+/// What a movement script (mode 15) is asked. The result is truncated and clamped to the track's limits.
 struct ScriptTrack {
   int32_t mode;
-  int object, track, trackInEffect;
-  double time, sectionProgress, chainProgress;
-  const int32_t* scale;
+  int object, track, trackInEffect;             // `track` in the object's arrays
+  double time, sectionProgress, chainProgress;  // scene frame with its fraction; 0..1
+  const int32_t* scale;                         // the effect's arrays, one entry a track; null for host filters
   const int32_t* link;
-  int32_t flags;
+  int32_t flags;  // evaluateForScript or 0
 };
+/// Null while no script engine is present, and then the start value holds.
 extern double (*evaluateScriptTrack)(const ScriptTrack&);
 
 /// The movement scripts' names; index = script number of mode words (bits 16..31). Empty without scripts.
+inline constexpr int maxMovementScripts = 512;
+inline constexpr int maxMovementScriptName = 127;  // characters, without the terminator
 int movementScriptCount();
+/// Null for a number that no script has.
 const char* movementScriptName(int script);
-/// Script number, registering an unknown name so that files keep it; -1 when the table (512) is full.
+/// Script number, registering an unknown name so that files keep it; -1 when the table is full or the name is empty or
+/// too long.
 int movementScriptNumber(const char* name);
+void resetMovementScripts();
 
-// The helpers of the interpolation formulas, for tests and for scripts.
+// The helpers of the interpolation formulas, for tests and for scripts. Results saturate at 32 bits; `d` is not 0.
+
+/// Cubic Bezier at n/d, biased by 0.05 away from zero and truncated.
 int32_t bezierValue(int32_t p0, int32_t p1, int32_t p2, int32_t p3, int64_t n, int64_t d);
+/// a + trunc((b - a) * n / d).
 int32_t linearValue(int32_t a, int32_t b, int64_t n, int64_t d);
+/// The n-th of the seed's numbers, 0..range - 1; range 0 stands for all 32 bits.
 uint32_t randomValue(uint32_t seed, uint32_t n, uint32_t range);
 
 }  // namespace zenlay

@@ -131,7 +131,8 @@ struct HostSystemInfo {
   uint32_t flags;           // 0x00 bit 0x2 makes the plug-in refuse to start
   uint32_t unused04;
   int32_t filterCount;      // 0x08
-  uint32_t unused0C[2];
+  const char* projectFile;  // 0x0C path of the project file of the current edit; null or empty when it has none
+  uint32_t unused10;
   int32_t maxWidth;         // 0x14 largest image, pixels
   int32_t maxHeight;        // 0x18
   int32_t maxFrames;        // 0x1C

@@ -1,4 +1,4 @@
-// The exported entry and the callbacks of the two filter records.
+// The two filter records that the module hands to the host.
 #pragma once
 
 #include "zenlay/host/host_interface.h"
@@ -8,13 +8,8 @@ namespace zenlay {
 extern HostFilterRecord mainFilterRecord;
 extern HostFilterRecord audioFilterRecord;
 
-/// The render service published for other plug-ins of the process, in this order.
-struct RenderService {
-  int (*beginRender)(int32_t values[6]);  // save range, output size, rate, scale
-  int (*endRender)();
-  void* (*renderFrame)(int32_t frame);
-};
-
+/// The main record's initialisation and exit callbacks (start_up.cpp). startUp returns 0 when the plug-in is unusable;
+/// what was set up before stays in place.
 int startUp(HostFilterRecord*);
 int shutDown(HostFilterRecord*);
 

@@ -77,8 +77,7 @@ void readPreferences() {
   const HostFunctionTable* host = environment.hostFunctions;
   HostFilterRecord* filter = environment.mainFilter;
   for (const PreferenceRow& row : rows) preferences.*row.value = host->readIntSetting(filter, row.key, row.fallback);
-  for (const GridRow& row : gridRows)
-    preferences.grid.*row.value = host->readIntSetting(filter, row.key, row.fallback);
+  for (const GridRow& row : gridRows) preferences.grid.*row.value = host->readIntSetting(filter, row.key, row.fallback);
   host->readStringSetting(filter, newFps, preferences.new_fps, newFpsDefault);
 }
 

@@ -5,15 +5,26 @@
 
 namespace zenlay {
 
-enum Figure : int { figureBackground, figureCircle, figureSquare, figureTriangle, figurePentagon, figureHexagon,
-                    figureStar, builtInFigures };
+enum Figure : int {
+  figureBackground,
+  figureCircle,
+  figureSquare,
+  figureTriangle,
+  figurePentagon,
+  figureHexagon,
+  figureStar,
+  builtInFigures
+};
 inline constexpr int maxFigures = 254;
 
 /// Built-in names, then the names (without extension) of figure/*.png beside the plug-in; built once.
 void buildFigureList(const char* pluginDirectory);
 void freeFigureList();
 int figureCount();
-const char* figureName(int index);
+const char* figureName(int index);  // empty beyond the list
+/// The drop-down list: the names and "(Select from file)", NUL-separated and ended by an empty one. Valid until the
+/// list is built anew or freed.
+const char* figureDropDown();
 
 /// 1 when something was drawn into the object image.
 int drawFigure(EffectDefinition*, EffectProcessInfo*, const FigureRequest*);

@@ -1,5 +1,6 @@
 // The extended region: one growable byte region shared by all objects, in units of 320 bytes. A block is a run of units
-// whose first 4 bytes hold its length in bytes; a unit whose first 4 bytes are 0 is free. Only a chain head owns a block.
+// whose first 4 bytes hold its length in bytes; a unit whose first 4 bytes are 0 is free. Only a chain head owns a
+// block.
 #pragma once
 
 #include "zenlay/model/records.h"
@@ -9,12 +10,20 @@ namespace zenlay {
 inline constexpr int extraDataUnit = 320;
 inline constexpr int extraDataGrowth = 160000;
 
-/// Makes the object's block hold at least `size` bytes; its contents are not carried over. 0 when the region cannot grow.
+/// Makes the object's block hold at least `size` bytes; its contents are not carried over. 0 when the region cannot
+/// grow.
 int reserveExtraData(int object, uint32_t size);
 void releaseExtraData(int object);
 /// The object's own extra data (behind the length word); valid until the next reservation. Null when it has none.
 uint8_t* extraDataBlockOf(int object);
 void freeExtraData();
+
+/// The whole region, for the checker.
+struct ExtraDataRegion {
+  const uint8_t* bytes;
+  uint32_t size;
+};
+ExtraDataRegion extraDataRegion();
 
 /// For tests: the region (and the object table) refuse to grow while this is set.
 extern bool refuseGrowth;

@@ -1,20 +1,25 @@
 // The object table: creation, deletion and look-up of timeline objects. An object is named by its index, which stays
-// valid until the object is deleted; deletion never moves other records. The table may move when it grows.
+// valid until the object is deleted; deletion never moves other records. The table
+// grows in steps and never moves.
 #pragma once
 
 #include "zenlay/model/records.h"
 
 namespace zenlay {
 
-extern ObjectRecord* objects;   // objectCapacity records; free when flags is 0
+extern ObjectRecord* objects;  // objectCapacity records; free when flags is 0
 extern int objectCapacity;
-extern int currentObject;       // selected on the timeline, or -1
-extern int objectUnderEdit;     // in the settings window, or -1
+extern int currentObject;    // selected on the timeline, or -1
+extern int objectUnderEdit;  // in the settings window, or -1
 
 /// Object index, or -1. `chainFrom` is -1 or the object whose chain the new one extends.
 int createObject(int frame, int layer, int effect, int chainFrom);
-/// A free record, growing the table; -1 (with the message "Unable to add more object") when none can be had.
+/// A free record, zeroed and still without flags, growing the table; -1 (with the message "Unable to add more object")
+/// when none can be had.
 int takeFreeObject();
+/// Frees the record and its extra data without undo, notification or a new order.
+void releaseObject(int object);
+/// Records undo. A chain is deleted section by section; the head's extra data goes with the head.
 void deleteObject(int object);
 void deleteAllObjects();
 /// Gives all storage back; the model is as at start-up.
@@ -41,10 +46,10 @@ int sectionAt(int object, int frame);
 
 /// What the model tells the rooms above it; every entry may be null.
 struct ModelHooks {
-  void (*objectReleased)(int object);   // the current object is about to be deleted
-  void (*objectChanged)(int object);    // settings window and timeline refresh
-  void (*objectCreated)(int object);    // undo records the creation
-  void (*objectDeleting)(int object);   // undo takes a snapshot
+  void (*objectReleased)(int object);  // the current object is about to be deleted
+  void (*objectChanged)(int object);   // settings window and timeline refresh
+  /// Sends messageEffectCommand to the effect of a slot, bound as for rendering (see render/effect_commands.h).
+  void (*sendCommand)(int object, int slot, int command, intptr_t value);
 };
 extern ModelHooks modelHooks;
 

@@ -19,6 +19,9 @@ extern int sceneObjectCount;  // of the current scene
 extern int objectCount;       // of all scenes
 
 void rebuildOrder();
+/// Puts one new object into an order that is valid otherwise: the result of rebuildOrder without sorting the rest. The
+/// object's chain head is -1 or real, not provisional.
+void addToOrder(int object);
 /// Object index along the chain, or -1.
 int nextSection(int object);
 int previousSection(int object);

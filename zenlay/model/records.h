@@ -25,14 +25,14 @@ struct GridSettings {
 };
 
 struct SceneRecord {
-  uint32_t flags;           // SceneFlag
-  const char* name;         // in the name pool, or null
-  int32_t width, height;    // pixels; 0 = the host clip's size
-  int32_t length;           // frames
-  int32_t currentFrame;     // the host's frame when the scene was left
+  uint32_t flags;         // SceneFlag
+  const char* name;       // in the name pool, or null
+  int32_t width, height;  // pixels; 0 = the host clip's size
+  int32_t length;         // frames
+  int32_t currentFrame;   // the host's frame when the scene was left
   int32_t zoomLevel;
-  int32_t viewFrame;        // first frame shown on the timeline
-  int32_t currentObject;    // object index or -1
+  int32_t viewFrame;      // first frame shown on the timeline
+  int32_t currentObject;  // object index or -1
   int32_t selectionStart, selectionEnd;
   GridSettings grid;
   int32_t topLayer;
@@ -52,8 +52,8 @@ struct LayerRecord {
 
 /// One place of an object's effect chain; the first empty slot ends the chain.
 struct EffectSlot {
-  int32_t effect;           // index into effectList, -1 = empty
-  int16_t firstTrack;       // in the object's track arrays
+  int32_t effect;      // index into effectList, -1 = empty
+  int16_t firstTrack;  // in the object's track arrays
   int16_t firstCheck;
   int32_t extraDataOffset;  // bytes, inside the object's extra-data block
 };
@@ -69,30 +69,30 @@ enum ObjectFlag : uint32_t {
   objectInUse = 0x1,
   objectClipAbove = 0x100,
   objectCameraTarget = 0x200,
-  objectDrawn = 0x10000,       // media object first, or a drawing effect last
+  objectDrawn = 0x10000,  // media object first, or a drawing effect last
   objectAudio = 0x20000,
   objectFilterEffect = 0x40000,
   objectControl = 0x80000,
-  objectLayerRange = 0x100000, // control object whose first extra-data field is "range"
+  objectLayerRange = 0x100000,  // control object whose first extra-data field is "range"
 };
 
 struct ObjectRecord {
-  uint32_t flags;               // ObjectFlag
-  int32_t layer;                // -1 for an object of another scene
+  uint32_t flags;  // ObjectFlag
+  int32_t layer;   // -1 for an object of another scene
   int32_t start, end;
-  char name[maxName];           // empty = default name
-  int32_t chainHead;            // object index; -1 = no chain; below -1 provisional until rebuildOrder
+  char name[maxName];  // empty = default name
+  int32_t chainHead;   // object index; -1 = no chain; below -1 provisional until rebuildOrder
   EffectSlot slots[maxSlots];
   uint8_t slotFlags[maxSlots];  // SlotFlag; in a chain only the head's count
   uint16_t trackCount, checkCount;
-  uint32_t extraDataSize;       // bytes
+  uint32_t extraDataSize;  // bytes
   int32_t startValues[maxTracks];
   int32_t endValues[maxTracks];
-  int32_t modes[maxTracks];     // TrackMode words
+  int32_t modes[maxTracks];  // TrackMode words
   int32_t checks[maxChecks];
-  uint32_t extraDataBlock;      // offset in the extended region
-  int32_t group;                // 0 = none
-  int32_t params[maxTracks];    // mode parameters
+  uint32_t extraDataBlock;    // offset in the extended region
+  int32_t group;              // 0 = none
+  int32_t params[maxTracks];  // mode parameters
   int32_t homeLayer;
   int32_t scene;
 };

@@ -27,12 +27,17 @@ int sceneLength(int scene);
 /// 0 when the name is empty, 64 bytes or longer, or does not fit; the old name stays.
 int setSceneName(int scene, const char* name);
 int setLayerName(int scene, int layer, const char* name);
+/// Offset of a name in the pool, -1 for none, and back. Offsets change when the pool is compacted.
+int32_t nameOffset(const char* name);
+const char* nameAt(int32_t offset);
 /// Zeroes both tables and the pool and makes scene 0 current.
 void clearScenes();
 /// Re-layers the objects for `scene` and rebuilds the order, without touching view states or the host.
 void selectScene(int scene);
 /// Stores the leaving scene's view state, enters `scene` (setting it up when new) and tells the host.
 void switchScene(int scene, HostFilterRecord*, EditHandle);
+/// The scene's record with the view state as it is now: the live one for the current scene.
+SceneRecord sceneView(int scene);
 /// First scene above 0 that is not set up and holds no object, or -1.
 int freeScene();
 

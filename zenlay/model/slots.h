@@ -13,7 +13,7 @@ void removeEffect(int object, int slot);
 /// extra data cannot be reserved.
 int repack(int object);
 /// The definition's defaults: start = end = default, mode and parameter 0, checks 1 exactly when the default is 1 (a
-/// toggle keeps 10000), and for a chain head the default extra data.
+/// toggle is off), and for a chain head the default extra data.
 void setSlotDefaults(int object, int slot);
 int usedSlots(int object);
 int lastSlot(int object);

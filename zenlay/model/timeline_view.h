@@ -6,8 +6,8 @@
 namespace zenlay {
 
 /// Horizontal scale per zoom level, in 1/10000 pixel per frame.
-inline constexpr int32_t zoomTable[] = {20,   30,   40,   50,   75,   100,  150,   200,   300,
-                                        400,  500,  750,  1000, 1500, 2000, 3000,  4000,  5000,
+inline constexpr int32_t zoomTable[] = {20,   30,    40,    50,    75,    100,   150,   200,   300,
+                                        400,  500,   750,   1000,  1500,  2000,  3000,  4000,  5000,
                                         7500, 10000, 15000, 20000, 30000, 40000, 50000, 75000, 100000};
 inline constexpr int zoomLevels = 27;
 inline constexpr int initialZoomLevel = 14;
@@ -15,12 +15,12 @@ static_assert(sizeof(zoomTable) / sizeof(zoomTable[0]) == zoomLevels);
 
 struct TimelineView {
   int32_t zoomLevel;
-  int32_t zoom;          // zoomTable[zoomLevel]
+  int32_t zoom;  // zoomTable[zoomLevel]
   int32_t leftFrame;
   int32_t topLayer;
   int32_t cursorFrame;
-  int32_t playbackFrame; // -1 when none
-  int32_t sceneLength;   // live length of the current scene, frames
+  int32_t playbackFrame;  // -1 when none
+  int32_t sceneLength;    // live length of the current scene, frames
 };
 
 extern TimelineView timelineView;

@@ -12,5 +12,9 @@ void beginUndoBatch();
 void endUndoBatch();
 void undo();
 void resetUndo();
+/// Bit of recordUndo's target with undoLayer, or'ed with the layer's index.
+inline constexpr int undoLayerTarget = 0x1000000;
+/// Called when the name pool was compacted, with the new offset (or -1) of every name that layer records refer to.
+void moveUndoNames(int (*newOffset)(int oldOffset));
 
 }  // namespace zenlay

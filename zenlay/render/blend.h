@@ -1,6 +1,12 @@
 // Blend modes: every way one image is put onto another.
 //
-// A kernel works on a row. The plain version is the definition; the vector version gives the same bits.
+// A kernel works on a row. The plain version (blend_plain.cpp) is the definition; the vector version gives the same
+// bits for every input.
+//
+// Arithmetic: 32-bit integers that wrap, >> rounding towards minus infinity; a result is stored by its low 16 bits. The
+// weight of a source pixel is a = (source alpha x weight) >> 12, or the weight alone for an opaque source; a <= 0
+// leaves the destination as it is, a above 4096 counts as 4096. The colour of a mode is not limited to 16 bits before
+// it is weighted, and a destination alpha A outside 0..4096 counts as the nearer end unless said otherwise.
 #pragma once
 
 #include <cstdint>
@@ -11,12 +17,33 @@
 namespace zenlay {
 
 enum BlendMode : int {
-  blendNormal, blendAdditive, blendSubtractive, blendMultiply, blendScreen, blendOverlay, blendBrighter, blendDarker,
-  blendLuminance, blendColorDifference, blendShadow, blendContrast, blendDifference,
+  blendNormal,
+  blendAdditive,
+  blendSubtractive,
+  blendMultiply,
+  blendScreen,
+  blendOverlay,
+  blendBrighter,
+  blendDarker,
+  blendLuminance,
+  blendColorDifference,
+  blendShadow,
+  blendContrast,
+  blendDifference,
   userBlendModes,
-  // Internal, for destinations with alpha.
-  blendMark = 16, blendAddOpaque, blendBehind, blendReplace, blendAverage, blendAverageLargerAlpha, blendCutOut,
-  blendScaleOut, blendDisplacement, blendAccumulate,
+  // Internal, for destinations with alpha; S and D are the colours, a and A the weight and the destination's alpha,
+  // A' = (4096 * 4096 + 2048 - (4096 - A) * (4096 - a)) >> 12. On a frame all but blendReplace are blendNormal.
+  blendMark = 16,  // A = ((A * a) >> 12) + 4096 with A as it is: a pixel met by the pass has 4096 or more
+  blendAddOpaque,  // D = (D * ((A << 12) / A') + S * ((a << 12) / A')) >> 12, A = A': the sum where both are 4096
+  blendBehind,     // D = (D * ((A << 12) / A') + S * (((4096 - A) * a) / A')) >> 12, A = A'
+  blendReplace,    // D = S, A = source alpha (4096 from a frame), whatever the weight; a = 0 is not skipped
+  blendAverage,    // D = (A * D + a * S) / (A + a) towards zero, A = min(A + a, 4096)
+  blendAverageLargerAlpha,  // the same D, A = max(A, a)
+  blendCutOut,              // A = max(A - a, 0) with A as it is
+  blendScaleOut,            // A = (A * (4096 - a)) >> 12 with A as it is
+  blendDisplacement,        // Y = ((red - 2048) * a) >> 12, Cb = ((green - 2048) * a) >> 12 of S on the 0..4096 scale,
+                            // Cr = 0, A = 4096: mid grey moves nothing
+  blendAccumulate,          // D += (S * min(a, 4096 - A)) >> 12, A = min(A + a, 4096): premultiplied, seamless sums
   blendModeCount = 32,
 };
 
@@ -24,7 +51,7 @@ enum BlendMode : int {
 extern const char blendModeList[];
 
 /// `n` pixels; `weight` 0..4096 multiplies the source's alpha (4096 - transparency). An opaque source passes
-/// FramePixels. Null entries do not occur.
+/// FramePixels. Null entries do not occur. Source and destination do not overlap.
 using BlendToFrame = void (*)(FramePixel*, const ObjectPixel*, int n, int weight);
 using BlendOpaqueToFrame = void (*)(FramePixel*, const FramePixel*, int n, int weight);
 using BlendToObject = void (*)(ObjectPixel*, const ObjectPixel*, int n, int weight);
@@ -36,12 +63,13 @@ struct BlendKernels {
   BlendToObject toObject;
   BlendOpaqueToObject opaqueToObject;
 };
-/// Mode 0..31 (others count as 0).
+/// Mode 0..31; 13..15, 26..31 and what lies outside count as blendNormal.
 const BlendKernels& blendKernels(int mode);       // the fastest on this processor
 const BlendKernels& plainBlendKernels(int mode);  // the definition
 
 /// A rectangle of an image combined with a target; clipped to the target, negative positions shift the source origin.
-/// Flags: BlendFlag with the mode in bits 24..28. Rows are spread over the host's workers above 63.
+/// Transparency 0..4096, 4096 draws nothing. Flags: BlendFlag with the mode in bits 24..28; the drawing areas are the
+/// caller's to apply (a target narrowed to the area). The images do not overlap. From 64 rows the host's workers share.
 void blendCopy(const HostFunctionTable*, const ImageTarget&, int x, int y, const ImageRegion&, int transparency,
                uint32_t flags);
 

@@ -12,6 +12,8 @@ inline constexpr int maxPackedImages = 32;
 /// first use.
 void initialiseImageCache(int slots);
 void freeImageCache();
+/// Slots in use after the first allocation; 0 when nothing is cached.
+int imageCacheSlots();
 struct CachedImage {
   void* data;  // rows padded to 4 bytes; null when not found
   int width, height, bits;

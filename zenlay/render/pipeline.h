@@ -9,7 +9,9 @@ namespace zenlay {
 
 inline constexpr int maxSceneDepth = 4;
 
-/// Renders a scene into the frame record. 1 rendered, 0 refused (nested too deep).
+/// Renders a scene (0 = the current one) into the frame record. 1 rendered or no project is open, 0 refused (nested too
+/// deep, no memory) with the frame untouched. With processFlattening in the record's flags the frame holds ObjectPixels
+/// in rows environment.workLineBytes apart. frame and scratch may have changed places; width and height are the output's.
 int renderSceneFrame(FrameProcessInfo*, int layerLimit, int frameOffset, int subFrame, int scene);
 
 /// Stop references of renderObject.

@@ -1,0 +1,226 @@
+#include "cinora/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <cstdio>
+#include <iostream>
+#include <set>
+
+#include "cinora/description.h"
+#include "cinora/exporter.h"
+#include "cinora/failure.h"
+#include "cinora/interruption.h"
+#include "cinora/progress_bar.h"
+#include "cinora/project.h"
+#include "platform/paths.h"
+
+namespace cinora {
+namespace {
+
+constexpr char version[] = "cinora 0.92";
+constexpr int maxThreads = 256;
+
+struct Arguments {
+  std::string file;  // of `cinora FILE`
+  std::string input, output, frames, effect, plugins;
+  OutputRequest how;
+  std::vector<std::string> settings;
+  int threads = 0;
+  bool quiet = false, json = false;
+};
+
+/// Warnings, each said once.
+class Warnings {
+ public:
+  void report(Host& host) {
+    for (const std::string& line : host.takeMessages())
+      if (said_.insert(line).second) std::cerr << "cinora: warning: " << line << '\n';
+  }
+
+ private:
+  std::set<std::string> said_;
+};
+
+HostOptions hostOptions(const Arguments& arguments) {
+  HostOptions options{.settingsFile = Settings::userFile(), .pluginFolder = arguments.plugins, .overrides = {}};
+  options.overrides.emplace_back("auto_save", "0");  // looking at a film writes no backups
+  for (const std::string& setting : arguments.settings) {
+    size_t equals = setting.find('=');
+    if (equals == 0 || equals == setting.npos) throw WrongUsage("--set " + setting + ": KEY=VALUE is wanted");
+    options.overrides.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
+  }
+  options.threads = arguments.threads;
+  if (!arguments.input.empty()) {
+    ImageNeed need = imageNeed(arguments.input);
+    options.wantedWidth = need.width;
+    options.wantedHeight = need.height;
+  }
+  return options;
+}
+
+int render(const Arguments& arguments) {
+  projectKind(arguments.input);
+  ExportRequest request{.output = arguments.how};
+  request.output.path = arguments.output;
+  request.output.threads = arguments.threads;
+  std::optional<FrameRange> range;
+  if (!arguments.frames.empty() && !(range = parseFrameRange(arguments.frames)))
+    throw WrongUsage("--frames " + arguments.frames + ": N or FIRST-LAST is wanted, counted from 1");
+  checkOutput(request.output, range ? range->last - range->first + 1 : 1);
+
+  Host host(hostOptions(arguments));
+  Warnings warnings;
+  openProject(host, arguments.input);
+  if (range && range->last > host.edit.frameCount)
+    throw WrongUsage("--frames " + arguments.frames + ": the film has " + std::to_string(host.edit.frameCount) +
+                     " frames");
+  request.first = range ? range->first - 1 : 0;
+  request.last = range ? range->last - 1 : host.edit.frameCount - 1;
+  warnings.report(host);
+  {
+    ProgressBar bar(arguments.quiet);
+    exportFilm(host, request, [&](int done, int total) {
+      bar.show(done, total);
+      return !interrupted();
+    });
+  }
+  warnings.report(host);
+  return statusDone;
+}
+
+int info(const Arguments& arguments) {
+  Host host(hostOptions(arguments));
+  Warnings warnings;
+  openProject(host, arguments.input);
+  warnings.report(host);
+  std::string answer = askEditor(host, zenlay::queryProject, nullptr);
+  std::cout << (arguments.json ? answer + "\n" : describeProject(answer)) << std::flush;
+  return std::cout ? statusDone : throw Failure("standard output cannot be written");
+}
+
+int effects(const Arguments& arguments) {
+  Host host(hostOptions(arguments));
+  const char* name = arguments.effect.empty() ? nullptr : arguments.effect.c_str();
+  std::string answer = askEditor(host, zenlay::queryEffects, name);
+  if (name && countEntries(answer) == 0) throw Failure("there is no effect \"" + arguments.effect + "\"");
+  std::cout << (arguments.json ? answer + "\n" : describeEffects(answer, name != nullptr)) << std::flush;
+  return std::cout ? statusDone : throw Failure("standard output cannot be written");
+}
+
+int convert(const Arguments& arguments) {
+  projectKind(arguments.output);
+  Host host(hostOptions(arguments));
+  Warnings warnings;
+  openProject(host, arguments.input);
+  warnings.report(host);
+  saveProject(host, arguments.output);
+  warnings.report(host);
+  return statusDone;
+}
+
+int openEditor(const Arguments& arguments) {
+  std::string file = arguments.file.empty() ? "FILE" : arguments.file;
+  throw WrongUsage("the editor window is not part of this build; to make a film: cinora render " + file +
+                   " -o film.mp4 (cinora --help tells more)");
+}
+
+struct Command {
+  CLI::App* app;
+  int (*run)(const Arguments&);
+};
+
+void addCommonOptions(CLI::App* app, Arguments& a) {
+  app->add_option("--set", a.settings, "a setting of the plug-in for this run")
+      ->type_name("KEY=VALUE")
+      ->take_all()
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  app->add_option("--threads", a.threads, "worker threads (default: one a processor)")
+      ->check(CLI::Range(1, maxThreads));
+  app->add_option("--plugins", a.plugins, "load the modules of this folder")->type_name("FOLDER");
+}
+
+std::vector<Command> addCommands(CLI::App& app, Arguments& a) {
+  constexpr char inputHelp[] = "project (.cnp), object file (.zlo) or backup (.zenlay_backup)";
+  CLI::App* renderApp = app.add_subcommand("render", "render a film to a file");
+  renderApp->add_option("INPUT", a.input, inputHelp)->required();
+  renderApp
+      ->add_option("-o,--output", a.output,
+                   "film (.mp4 .mkv .mov .webm .avi), picture or sequence (frame%05d.png), .raw")
+      ->required()
+      ->type_name("OUTPUT");
+  renderApp->add_option("--frames", a.frames, "frames to render, from 1, both included")->type_name("FIRST-LAST");
+  renderApp->add_option("--codec", a.how.codec, "h264 h265 vp9 av1 ffv1 prores mpeg4 ... or an encoder of FFmpeg")
+      ->type_name("NAME");
+  renderApp->add_option("--quality", a.how.quality, "the encoder's own scale, lower is better (crf or qscale)")
+      ->check(CLI::Range(0, 1000))
+      ->type_name("N");
+  renderApp->add_option("--preset", a.how.preset, "the encoder's preset: veryfast, slow ... or a number")
+      ->type_name("NAME");
+  renderApp->add_flag("--alpha", a.how.alpha, "keep transparency (vp9, ffv1, prores; png, tif, webp)");
+  renderApp->add_flag("--quiet,-q", a.quiet, "no progress bar");
+  CLI::App* infoApp = app.add_subcommand("info", "tell what a film holds");
+  infoApp->add_option("INPUT", a.input, inputHelp)->required();
+  infoApp->add_flag("--json", a.json, "as JSON");
+  CLI::App* effectsApp = app.add_subcommand("effects", "list the effects, or one with its tracks and checks");
+  effectsApp->add_option("NAME", a.effect, "name of an effect");
+  effectsApp->add_flag("--json", a.json, "as JSON");
+  CLI::App* convertApp = app.add_subcommand("convert", "write a film as another kind of file");
+  convertApp->add_option("INPUT", a.input, inputHelp)->required();
+  convertApp->add_option("OUTPUT", a.output, "likewise")->required();
+  std::vector<Command> commands{{renderApp, render}, {infoApp, info}, {effectsApp, effects}, {convertApp, convert}};
+  for (const Command& command : commands) addCommonOptions(command.app, a);
+  return commands;
+}
+
+int complain(const std::string& what, int status) {
+  std::cerr << "cinora: " << what << '\n';
+  return status;
+}
+
+}  // namespace
+
+std::optional<FrameRange> parseFrameRange(const std::string& text) {
+  FrameRange range;
+  const char* end = text.data() + text.size();
+  auto [behind, error] = std::from_chars(text.data(), end, range.first);
+  range.last = range.first;
+  if (error != std::errc{}) return {};
+  if (behind != end) {
+    if (*behind != '-') return {};
+    auto [last, lastError] = std::from_chars(behind + 1, end, range.last);
+    if (lastError != std::errc{} || last != end) return {};
+  }
+  return range.first >= 1 && range.last >= range.first ? std::optional(range) : std::nullopt;
+}
+
+int runCommandLine(int argc, const char* const* argv) {
+  Arguments arguments;
+  CLI::App app{"Renders, describes and converts films made with Zenlay."};
+  app.name("cinora");
+  app.set_version_flag("--version", version);
+  std::vector<Command> commands = addCommands(app, arguments);
+  app.add_option("FILE", arguments.file, "film to open in the editor");
+  app.require_subcommand(0, 1);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app.exit(error);
+    return complain(std::string(error.what()) + " (cinora --help tells more)", statusWrongUsage);
+  }
+  watchForInterruption();
+  captureFfmpegLog();
+  try {
+    for (const Command& command : commands)
+      if (command.app->parsed()) return command.run(arguments);
+    return openEditor(arguments);
+  } catch (const WrongUsage& error) {
+    return complain(error.what(), statusWrongUsage);
+  } catch (const std::bad_alloc&) {
+    return complain("out of memory", statusFailed);
+  } catch (const std::exception& error) {
+    return complain(error.what(), statusFailed);
+  }
+}
+
+}  // namespace cinora

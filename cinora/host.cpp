@@ -1,0 +1,122 @@
+#include "cinora/host.h"
+
+#include <algorithm>
+
+namespace cinora {
+namespace {
+
+constexpr int standardMaxWidth = 3840, standardMaxHeight = 2160;
+constexpr char fontFace[] = "sans-serif";
+constexpr int fontSize = 16, fontWeight = 400;
+constexpr uint32_t boxButtons = 0xF, boxYesNo = 4, boxYesNoCancel = 3;
+
+Host* livingHost = nullptr;
+
+int roundUpTo8(int value) { return (value + 7) & ~7; }
+
+/// 3840x2160 unless the editor's settings max_w and max_h say otherwise, and never less than the project needs.
+Limits chooseLimits(const Settings& settings, const char* section, const HostOptions& options) {
+  int width = section ? settings.getInt(section, "max_w", 0) : 0;
+  int height = section ? settings.getInt(section, "max_h", 0) : 0;
+  if (width < 1 || height < 1) {
+    width = standardMaxWidth;
+    height = standardMaxHeight;
+  }
+  Limits limits;
+  limits.maxWidth = roundUpTo8(std::clamp(std::max(width, options.wantedWidth), 1, maxSide));
+  limits.maxHeight = roundUpTo8(std::clamp(std::max(height, options.wantedHeight), 1, maxSide));
+  limits.rowPixels = limits.maxWidth + 8;
+  limits.rows = limits.maxHeight;
+  return limits;
+}
+
+std::string oneLine(const char* text) {
+  std::string line;
+  for (; text && *text; text++) {
+    bool blank = *text == '\n' || *text == '\r' || *text == ' ';
+    if (!blank)
+      line += *text;
+    else if (!line.empty() && line.back() != ' ')
+      line += ' ';
+  }
+  return line;
+}
+
+/// Boxes titled with a file's path speak of that file.
+int recordBox(platform::Window*, const char* text, const char* caption, uint32_t style) {
+  std::string title = oneLine(caption);
+  bool path = title.find_first_of("/\\.") != title.npos;
+  livingHost->addMessage((path ? title + ": " : "") + oneLine(text));
+  uint32_t buttons = style & boxButtons;
+  return buttons == boxYesNo || buttons == boxYesNoCancel ? platform::boxNo : platform::boxOk;
+}
+const platform::DesktopBackend commandLineDesktop{recordBox};
+
+}  // namespace
+
+Host& host() { return *livingHost; }
+
+Host::Host(const HostOptions& options) : settings(options.settingsFile), pool(options.threads) {
+  livingHost = this;
+  platform::setDesktopBackend(&commandLineDesktop);
+  plugins.load(options.pluginFolder.empty() ? PluginHost::defaultFolder() : options.pluginFolder);
+  Filter* editor = plugins.editor();
+  const char* section = editor ? editor->record->name : nullptr;
+  if (section)
+    for (const auto& [key, value] : options.overrides) settings.override(section, key, value);
+  limits = chooseLimits(settings, section, options);
+  plugins.start(&hostFunctions, &handle_, settings);
+}
+
+Host::~Host() {
+  closeEdit();
+  plugins.stop();
+  if (font_) platform::closeFont(font_);
+  platform::setDesktopBackend(nullptr);
+  livingHost = nullptr;
+}
+
+bool Host::openEdit(const std::string& name) {
+  std::optional<ClipFormat> format = formatFromName(name);
+  if (!format) {
+    addMessage("\"" + name + "\" names no clip format that can be opened");
+    return false;
+  }
+  if (format->width > limits.maxWidth || format->height > limits.maxHeight) {
+    addMessage("an image of " + std::to_string(format->width) + "x" + std::to_string(format->height) +
+               " is larger than the settings allow (" + std::to_string(limits.maxWidth) + "x" +
+               std::to_string(limits.maxHeight) + ")");
+    return false;
+  }
+  closeEdit();
+  openClip(edit, name, *format);
+  plugins.broadcast(zenlay::messageFileOpen);
+  return true;
+}
+
+void Host::closeEdit() {
+  if (!edit.open) return;
+  plugins.broadcast(zenlay::messageFileClose);
+  edit = {};
+}
+
+bool Host::setFrameCount(int32_t count) {
+  if (!resizeClip(edit, count)) return false;
+  plugins.broadcast(zenlay::messageUpdate);
+  return true;
+}
+
+zenlay::FramePixel* Host::image(int index) {
+  FrameImage& image = images_[index];
+  if (!image.pixels()) image = FrameImage(limits.rowPixels, limits.rows);
+  return image.pixels();
+}
+
+platform::Font* Host::hostFont() {
+  if (!font_) font_ = platform::openFont(fontFace, fontSize, fontWeight, false);
+  return font_;
+}
+
+std::vector<std::string> Host::takeMessages() { return std::exchange(messages_, {}); }
+
+}  // namespace cinora

@@ -1,0 +1,91 @@
+// The process-wide state of the host: what the operations handed to the plug-ins work on.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cinora/edit.h"
+#include "cinora/frame_image.h"
+#include "cinora/plugin_host.h"
+#include "cinora/settings.h"
+#include "cinora/worker_pool.h"
+#include "platform/font.h"
+#include "zenlay/host/host_interface.h"
+
+namespace cinora {
+
+inline constexpr int32_t hostBuild = 9933;
+
+struct HostOptions {
+  std::string settingsFile;                                    // empty: none
+  std::string pluginFolder;                                    // empty: PluginHost::defaultFolder
+  std::vector<std::pair<std::string, std::string>> overrides;  // settings of the editor's filter, for this run
+  int threads = 0;                                             // below 1: one a processor
+  int wantedWidth = 0, wantedHeight = 0;                       // what the project to be opened needs
+};
+
+/// Largest image, and the shape of the frame images. Fixed once the plug-ins have started.
+struct Limits {
+  int maxWidth, maxHeight;  // pixels
+  int rowPixels, rows;      // of a frame image
+};
+
+struct MenuItem {
+  zenlay::HostFilterRecord* filter;
+  std::string entry;
+  zenlay::WindowHandle window;
+  int32_t command, key, modifiers;
+};
+
+/// What the host's file dialogs answer; empty: cancelled.
+struct DialogAnswers {
+  std::string load, save;
+};
+
+/// One at a time: the operations of the function table find it as host().
+class Host {
+ public:
+  explicit Host(const HostOptions&);
+  ~Host();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  /// Opens a clip named after its format ("640x480_30fps_44100Hz.zenlay") and tells the filters; an open one is closed
+  /// first. False, with a message, when the name says no format or the image would be too large.
+  bool openEdit(const std::string& name);
+  void closeEdit();
+  bool setFrameCount(int32_t count);
+  zenlay::EditHandle editHandle() { return &edit; }
+
+  /// A frame image for `index` 0 and 1 (frames), 2 and 3 (getFrameBeforeFilter).
+  zenlay::FramePixel* image(int index);
+
+  /// The font of the host's notes, opened when first asked for; null when no font is installed.
+  platform::Font* hostFont();
+
+  /// Message boxes that were shown and not taken yet, one line each.
+  std::vector<std::string> takeMessages();
+  void addMessage(const std::string& line) { messages_.push_back(line); }
+
+  Settings settings;
+  WorkerPool pool;
+  zenlay::HostEdit edit;
+  Limits limits{};
+  std::string projectFile;  // full path of the file the edit came from or goes to
+  DialogAnswers dialogs;
+  std::vector<MenuItem> menuItems;
+  PluginHost plugins;
+
+ private:
+  FrameImage images_[4];
+  platform::Font* font_ = nullptr;
+  std::vector<std::string> messages_;
+  zenlay::EditHandle handle_ = &edit;
+};
+
+Host& host();  // the living one
+extern const zenlay::HostFunctionTable hostFunctions;
+
+}  // namespace cinora

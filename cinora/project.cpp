@@ -1,0 +1,211 @@
+#include "cinora/project.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "cinora/failure.h"
+#include "cinora/project_file.h"
+#include "platform/paths.h"
+
+namespace cinora {
+namespace {
+
+constexpr size_t fileNameBytes = 260;            // with the NUL, of the host's file dialogs
+constexpr int64_t maxImagePixels = 8192 * 8192;  // so that a few bytes cannot ask for gigabytes
+constexpr size_t headBytes = 1 << 16;
+constexpr int32_t backupWidthAt = 12;
+
+struct KindRow {
+  const char* extension;
+  ProjectKind kind;
+};
+constexpr KindRow kindTable[] = {
+    {".cnp", ProjectKind::project}, {".zlo", ProjectKind::objectFile}, {".zenlay_backup", ProjectKind::backup}};
+
+std::string fullPath(const std::string& path) {
+  std::error_code error;
+  std::filesystem::path full = std::filesystem::absolute(path, error);
+  return error ? path : full.lexically_normal().string();
+}
+
+/// The first bytes of a file.
+std::string readHead(const std::string& path) {
+  errno = 0;
+  std::FILE* file = platform::folderExists(path) ? nullptr : platform::openFile(path, "rb");
+  if (!file) throw Failure(path + ": " + (errno ? strerror(errno) : "cannot be read"));
+  std::string head(headBytes, '\0');
+  head.resize(fread(head.data(), 1, head.size(), file));
+  fclose(file);
+  return head;
+}
+
+ImageNeed needOfBackup(std::string_view head) {
+  ImageNeed need;
+  if (head.size() < backupWidthAt + 8) return need;
+  memcpy(&need.width, head.data() + backupWidthAt, 4);
+  memcpy(&need.height, head.data() + backupWidthAt + 4, 4);
+  return need;
+}
+
+ImageNeed needOfObjectFile(const std::string& head) {
+  size_t sectionEnd = head.find("\n[");
+  platform::IniFile ini = platform::IniFile::parse(std::string_view(head).substr(0, sectionEnd));
+  return {ini.getInt("zenlay", "width", 0), ini.getInt("zenlay", "height", 0)};
+}
+
+/// The message that tells most: filters speak first of the cause.
+[[noreturn]] void failWithMessage(Host& host, const std::string& path, const char* fallback) {
+  std::vector<std::string> messages = host.takeMessages();
+  const std::string message = messages.empty() ? fallback : messages.front();
+  throw Failure(message.starts_with(path) ? message : path + ": " + message);
+}
+
+Filter& editorOf(Host& host) {
+  Filter* editor = host.plugins.editor();
+  if (!editor) throw Failure("no editing plug-in was found in " + PluginHost::defaultFolder());
+  return *editor;
+}
+
+/// Gives the editor a command whose file dialog answers with the path.
+void commandWithFile(Host& host, int command, const std::string& path, std::string DialogAnswers::*dialog) {
+  if (path.size() >= fileNameBytes)
+    throw Failure(path + ": the path is longer than " + std::to_string(fileNameBytes - 1) + " bytes");
+  host.dialogs.*dialog = path;
+  platform::sendMessage(editorOf(host).window, zenlay::messageCommand, command, 0);
+  host.dialogs = {};
+}
+
+void openHostProject(Host& host, const std::string& path) {
+  ProjectFile project;
+  if (std::string reason = readProject(path, &project); !reason.empty()) throw Failure(path + ": " + reason);
+  if (!host.openEdit(project.clipName)) failWithMessage(host, path, "the clip cannot be opened");
+  host.setFrameCount(project.frameCount);
+  moveTo(host.edit, project.currentFrame);
+  selectFrames(host.edit, project.selectionFirst, project.selectionLast);
+  for (const FilterBlock& block : project.filters) {
+    const auto& filters = host.plugins.filters();
+    auto found = std::find_if(filters.begin(), filters.end(), [&](const auto& filter) {
+      return filter->record->name == block.name && filter->record->projectLoad;
+    });
+    if (found == filters.end()) {
+      host.addMessage("the project has data of a filter that is not loaded: " + block.name);
+      continue;
+    }
+    zenlay::HostFilterRecord* record = (*found)->record;
+    int size = static_cast<int>(std::min<size_t>(block.data.size(), INT32_MAX));
+    if (record->projectLoad(record, host.editHandle(), block.data.data(), size) != 1)
+      failWithMessage(host, path, "a filter's data in the project cannot be read");
+  }
+  host.plugins.broadcast(zenlay::messageUpdate);
+}
+
+void saveHostProject(Host& host, const std::string& path) {
+  ProjectFile project{.clipName = host.edit.name,
+                      .format = host.edit.format,
+                      .frameCount = host.edit.frameCount,
+                      .currentFrame = host.edit.currentFrame,
+                      .selectionFirst = host.edit.selectionFirst,
+                      .selectionLast = host.edit.selectionLast,
+                      .filters = {}};
+  for (const auto& filter : host.plugins.filters()) {
+    zenlay::HostFilterRecord* record = filter->record;
+    int32_t size = 0;
+    if (!record->projectSave || record->projectSave(record, host.editHandle(), nullptr, &size) != 1 || size < 0)
+      continue;
+    std::string data(size, '\0');
+    if (record->projectSave(record, host.editHandle(), data.data(), &size) != 1)
+      failWithMessage(host, path, "a filter could not save its data");
+    data.resize(std::min<size_t>(data.size(), size));
+    project.filters.push_back({record->name, std::move(data)});
+  }
+  if (std::string reason = writeProject(path, project); !reason.empty()) throw Failure(path + ": " + reason);
+}
+
+void saveBackup(Host& host, const std::string& path) {
+  platform::ReplacementFile file(path);
+  if (file.temporaryPath().empty()) throw Failure(path + ": " + strerror(errno));
+  zenlay::QueryRequest request{file.temporaryPath().c_str(), nullptr};
+  bool answered = platform::sendMessage(editorOf(host).window, zenlay::messageQuery, zenlay::queryWriteBackup,
+                                        reinterpret_cast<intptr_t>(&request)) == 1;
+  if (!answered) throw Failure(path + ": the editing plug-in writes no backups");
+  if (request.answer) throw Failure(path + ": " + request.answer);
+  if (!file.commit()) throw Failure(path + ": " + strerror(errno));
+}
+
+void saveObjectFile(Host& host, const std::string& path) {
+  platform::ReplacementFile file(path);
+  if (file.temporaryPath().empty()) throw Failure(path + ": " + strerror(errno));
+  host.takeMessages();
+  commandWithFile(host, zenlay::commandSaveObjectFile, fullPath(file.temporaryPath()), &DialogAnswers::save);
+  std::error_code error;
+  bool written = std::filesystem::file_size(file.temporaryPath(), error) > 0 && !error;
+  if (!written) failWithMessage(host, path, "the object file could not be written");
+  if (std::vector<std::string> messages = host.takeMessages(); !messages.empty())
+    throw Failure(path + ": " + messages.front());
+  if (!file.commit()) throw Failure(path + ": " + strerror(errno));
+}
+
+}  // namespace
+
+ProjectKind projectKind(const std::string& path) {
+  for (const KindRow& row : kindTable)
+    if (platform::equalNoCase(platform::extensionOf(path), row.extension)) return row.kind;
+  throw WrongUsage(path + ": a project (.cnp), an object file (.zlo) or a backup (.zenlay_backup) is wanted");
+}
+
+ImageNeed imageNeed(const std::string& path) {
+  ProjectKind kind = projectKind(path);
+  std::string head = readHead(path);
+  ImageNeed need;
+  if (kind == ProjectKind::backup) need = needOfBackup(head);
+  if (kind == ProjectKind::objectFile) need = needOfObjectFile(head);
+  if (kind == ProjectKind::project) {
+    ProjectFile project;
+    if (std::string reason = readProject(path, &project); !reason.empty()) throw Failure(path + ": " + reason);
+    need = {project.format.width, project.format.height};
+  }
+  if (need.width > maxSide || need.height > maxSide || int64_t{need.width} * need.height > maxImagePixels)
+    throw Failure(path + ": an image of " + std::to_string(need.width) + "x" + std::to_string(need.height) +
+                  " is larger than can be made");
+  return need;
+}
+
+void openProject(Host& host, const std::string& path) {
+  ProjectKind kind = projectKind(path);
+  host.closeEdit();
+  host.projectFile = fullPath(path);
+  if (kind == ProjectKind::project) {
+    openHostProject(host, path);
+  } else {
+    int command = kind == ProjectKind::backup ? zenlay::commandOpenBackup : zenlay::commandOpenObjectFile;
+    commandWithFile(host, command, host.projectFile, &DialogAnswers::load);
+  }
+  if (!host.edit.open) failWithMessage(host, path, "the file cannot be opened");
+}
+
+void saveProject(Host& host, const std::string& path) {
+  switch (projectKind(path)) {
+    case ProjectKind::project:
+      saveHostProject(host, path);
+      break;
+    case ProjectKind::backup:
+      saveBackup(host, path);
+      break;
+    case ProjectKind::objectFile:
+      saveObjectFile(host, path);
+      break;
+  }
+}
+
+std::string askEditor(Host& host, int query, const char* argument) {
+  zenlay::QueryRequest request{argument, nullptr};
+  if (platform::sendMessage(editorOf(host).window, zenlay::messageQuery, query, reinterpret_cast<intptr_t>(&request)) !=
+          1 ||
+      !request.answer)
+    throw Failure("the editing plug-in does not answer");
+  return request.answer;
+}
+
+}  // namespace cinora

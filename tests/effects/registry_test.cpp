@@ -1,0 +1,544 @@
+#include "zenlay/effects/registry.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+#include <string>
+
+#include "zenlay/effects/definitions.h"
+#include "zenlay/effects/effect_services.h"
+
+namespace zenlay {
+namespace {
+
+struct Entry {
+  const char* name;
+  uint32_t flag;
+};
+
+// The numbers that files and menus rely on.
+constexpr Entry entries[registryCount] = {
+    {"Video file", 0x48},  // 0
+    {"Image file", 0x8},
+    {"Audio file", 0x200008},
+    {"Text", 0x8},
+    {"Graphic", 0x8},
+    {"Frame buffer", 0x8},
+    {"Audio waveform display", 0x8},
+    {"Scene", 0x8},
+    {"Scene (audio)", 0x200008},
+    {"Previous object", 0x8},
+    {"Standard drawing", 0x400000D0},  // 10
+    {"Advanced drawing", 0x400000D0},
+    {"Standard playback", 0x200090},
+    {"Particle output", 0x40000050},
+    {"Scene change", 0x0},
+    {"Color compensation", 0x20},
+    {"Color compensation", 0x0},
+    {"Clipping", 0x20},
+    {"Blur", 0x20},
+    {"Boundary blurring", 0x20},
+    {"Blur", 0x0},  // 20
+    {"Mosaic", 0x20},
+    {"Mosaic", 0x0},
+    {"Emission", 0x20},
+    {"Emission", 0x0},
+    {"Flash", 0x20},
+    {"Diffusion light", 0x20},
+    {"Diffusion light", 0x0},
+    {"Glow", 0x20},
+    {"Glow", 0x0},
+    {"Chroma Key", 0x20},  // 30
+    {"Color Key", 0x20},
+    {"Luminance Key", 0x20},
+    {"Light", 0x20},
+    {"Shadow", 0x40000020},
+    {"Add border", 0x40000020},
+    {"Bevel", 0x20},
+    {"Edge extraction", 0x20},
+    {"Sharpen", 0x20},
+    {"Fade", 0x20},
+    {"Wipe", 0x20},  // 40
+    {"Mask", 0x220},
+    {"Diagonal clipping", 0x20},
+    {"Radial Blur", 0x20},
+    {"Radial Blur", 0x40000000},
+    {"Direction blur", 0x20},
+    {"Direction blur", 0x40000000},
+    {"Lens blur", 0x20},
+    {"Lens blur", 0x0},
+    {"Motion blur", 0x20},
+    {"Motion blur", 0x0},  // 50
+    {"Coordinate", 0x8020},
+    {"Zoom%", 0x8020},
+    {"Clearness", 0x8020},
+    {"Rotation", 0x8020},
+    {"Region expansion", 0x8020},
+    {"Resize", 0x8020},
+    {"Locked Rotation", 0x8020},
+    {"Vibration", 0x20},
+    {"Vibration", 0x0},
+    {"Reversal", 0x8020},  // 60
+    {"Reversal", 0x0},
+    {"Mirror", 0x20},
+    {"Raster", 0x20},
+    {"Raster", 0x0},
+    {"Ripple", 0x20},
+    {"Image tiling", 0x20},
+    {"Image tiling", 0x0},
+    {"Polar coordinate conversion", 0x20},
+    {"Displacement map", 0x220},
+    {"Noise", 0x20},  // 70
+    {"Color shift", 0x20},
+    {"Color shift", 0x0},
+    {"Monochromatic", 0x20},
+    {"Monochromatic", 0x0},
+    {"Gradient", 0x20},
+    {"Extended color setting", 0x220},
+    {"Extended color setting", 0x200},
+    {"Specific color gamut conversion", 0x20},
+    {"Animation effect", 0x20},
+    {"Custom object", 0x8},  // 80
+    {"Script control", 0x20},
+    {"Video files synthesis", 0x20},
+    {"Synthesis image file", 0x20},
+    {"De-interlacing", 0x20},
+    {"Camera control options", 0x20},
+    {"Off-screen drawing", 0x20},
+    {"Object split", 0x20},
+    {"Sub-filter", 0x40000100},
+    {"Volume fade", 0x200020},
+    {"Audio delay", 0x200020},  // 90
+    {"Audio delay", 0x200000},
+    {"Monaural", 0x200020},
+    {"Time control", 0x1000000},
+    {"Group control", 0x41000020},
+    {"Camera control", 0x41800000},
+    {"Camera control (advanced drawing)", 0x41800000},
+    {"Camera effect", 0x1000000},
+    {"Shadow (camera control)", 0x41000000},
+    {"Script (camera control)", 0x1000000},
+};
+
+const HostFunctionTable hostTable{};
+const EffectServiceTable serviceTable{};
+HostFilterRecord mainRecord{};
+
+struct Registry : testing::Test {
+  void SetUp() override { registerBuiltIns(&hostTable, &serviceTable, &mainRecord); }
+  void TearDown() override { exitEffects(); }
+};
+
+TEST_F(Registry, EntriesInOrder) {
+  ASSERT_EQ(effectCount, registryCount);
+  for (int i = 0; i < registryCount; i++) {
+    const EffectDefinition& d = *effectList[i];
+    EXPECT_STREQ(d.name, entries[i].name) << i;
+    EXPECT_EQ(d.flag & ~(effectBuiltIn | effectHasExtraData), entries[i].flag) << d.name;
+    EXPECT_TRUE(isBuiltIn(&d));
+    EXPECT_EQ((d.flag & effectHasExtraData) != 0, d.exdata_size > 0) << d.name;
+    EXPECT_EQ(extraDataBytes(&d), d.exdata_size) << d.name;
+    EXPECT_EQ(d.host_functions, &hostTable);
+    EXPECT_EQ(d.services, &serviceTable);
+    EXPECT_EQ(d.main_filter, &mainRecord);
+    EXPECT_EQ(d.category, nullptr);
+    bool target = d.x & cameraTargetByDefault;
+    EXPECT_EQ(target, &d == &advancedDrawing || &d == &groupControl) << d.name;
+  }
+}
+
+TEST_F(Registry, TracksAreConsistent) {
+  for (const EffectDefinition* d : registry) {
+    ASSERT_LE(d->track_count, maxTracks);
+    std::set<std::string> names;
+    for (int t = 0; t < d->track_count; t++) {
+      SCOPED_TRACE(std::string(d->name) + " / " + d->track_names[t]);
+      EXPECT_TRUE(names.insert(d->track_names[t]).second);
+      EXPECT_NE(d->track_names[t][0], 0);
+      EXPECT_LE(d->track_min[t], d->track_defaults[t]);
+      EXPECT_LE(d->track_defaults[t], d->track_max[t]);
+      EXPECT_LE(d->track_min[t], d->track_bar_min[t]);
+      EXPECT_LE(d->track_bar_min[t], d->track_bar_max[t]);
+      EXPECT_LE(d->track_bar_max[t], d->track_max[t]);
+      EXPECT_EQ(d->track_bar_min[t] == d->track_bar_max[t], d->track_min[t] == d->track_max[t]);
+      EXPECT_TRUE((std::set{0, 1, 10, 100, 1000}.count(d->track_scale[t])));
+      EXPECT_EQ(trackScale(d, t), std::max(d->track_scale[t], 1));
+      // Following the links comes back after two or three tracks with the same limits.
+      int next = t, steps = 0;
+      do {
+        next += d->track_link[next];
+        ASSERT_TRUE(next >= 0 && next < d->track_count);
+        EXPECT_EQ(d->track_max[next], d->track_max[t]);
+        EXPECT_EQ(d->track_scale[next], d->track_scale[t]);
+        ASSERT_LE(++steps, 3);
+      } while (next != t);
+    }
+    for (int i = 0; d->coordinate_map && i < coordinateSlots; i++) {
+      EXPECT_GE(d->coordinate_map[i], -1);
+      EXPECT_LT(d->coordinate_map[i], d->track_count) << d->name;
+    }
+  }
+}
+
+/// Items of a drop-down list; -1 when it does not end.
+int listItems(const char* list) {
+  constexpr int bytes = 4096;
+  int items = 0;
+  for (const char* item = list; item - list < bytes; item += strlen(item) + 1, items++) {
+    if (!*item) return items;
+  }
+  return -1;
+}
+
+TEST_F(Registry, ChecksAreConsistent) {
+  for (const EffectDefinition* d : registry) {
+    ASSERT_LE(d->check_count, maxChecks);
+    std::set<std::string> names;
+    for (int c = 0; c < d->check_count; c++) {
+      SCOPED_TRACE(std::string(d->name) + " / " + d->check_names[c]);
+      EXPECT_TRUE(names.insert(d->check_names[c]).second);
+      EXPECT_TRUE((std::set{0, 1, int(checkButton), int(checkDropDown), int(checkToggle)}.count(d->check_defaults[c])));
+      if (d->check_defaults[c] != checkDropDown) continue;
+      EXPECT_GE(listItems(d->check_names[c]), 0);
+      EXPECT_GT(d->exdata_size, 0) << "nowhere to keep the choice";
+    }
+  }
+  const struct {
+    const EffectDefinition& effect;
+    int check, items;
+    const char* last;
+  } lists[] = {
+      {glowEffect, 0, 6, "Line-V"},
+      {glowObject, 0, 6, "Line-V"},
+      {flashEffect, 0, 3, "Only light"},
+      {luminanceKeyEffect, 0, 4, "Through Contrast(No Blur)"},
+      {wipeEffect, 2, 5, "Wipe(V)"},
+      {mirrorEffect, 0, 4, "Right"},
+      {noiseEffect, 0, 2, "Multiply with luminance"},
+      {noiseEffect, 1, 6, "Type6"},
+      {colorShiftEffect, 0, 6, "Green-Blue B"},
+      {colorShiftObject, 0, 3, "Green-Blue A"},
+      {gradientEffect, 1, 4, "Convex"},
+      {deInterlacingEffect, 0, 3, "BOB"},
+      {sceneChangeObject, 2, 22, "Random line"},
+      {audioWaveformDisplayMedia, 0, 5, "Type5"},
+      {maskEffect, 0, 8, "(Select from file)"},
+      {displacementMapEffect, 1, 3, "Spin transform"},
+      {animationEffect, 0, 0, ""},
+      {gradientEffect, 0, 13, "Difference"},
+      {particleOutputDrawing, 3, 13, "Difference"},
+
+      {standardDrawing, 0, 13, "Difference"},
+  };
+  for (auto& row : lists) {
+    const char* item = row.effect.check_names[row.check];
+    ASSERT_EQ(listItems(item), row.items) << row.effect.name;
+    for (int i = 1; i < row.items; i++) item += strlen(item) + 1;
+    EXPECT_STREQ(item, row.last);
+  }
+}
+
+TEST_F(Registry, ExtraDataFieldsFillTheirBytes) {
+  for (const EffectDefinition* d : registry) {
+    SCOPED_TRACE(d->name);
+    ASSERT_TRUE(d->exdata_size >= 0 && d->exdata_size <= maxExtraData);
+    if (d->exdata_size == 0) continue;
+    ASSERT_NE(d->exdata_fields, nullptr);
+    std::set<std::string> names;
+    int bytes = 0;
+    for (const ExdataField* field = d->exdata_fields; bytes < d->exdata_size; field++) {
+      ASSERT_GT(field->size, 0);
+      ASSERT_LE(field->type, exdataBytes);
+      EXPECT_EQ(field->name == nullptr, field->type == exdataReserved);
+      if (field->name) {
+        EXPECT_TRUE(names.insert(field->name).second) << field->name;
+      }
+      if (field->type == exdataInteger) {
+        EXPECT_TRUE(field->size == 1 || field->size == 2 || field->size == 4);
+        EXPECT_EQ(bytes % field->size, 0) << field->name;
+      }
+      bytes += field->size;
+    }
+    EXPECT_EQ(bytes, d->exdata_size);
+  }
+  const struct {
+    const EffectDefinition& effect;
+    int bytes;
+    const char* first;
+  } sizes[] = {
+      {videoFileMedia, 284, "file"},
+      {imageFileMedia, 260, "mode"},
+      {audioFileMedia, 280, "file"},
+      {textMedia, 2096, "type"},
+      {graphicMedia, 264, "type"},
+      {audioWaveformDisplayMedia, 304, "file"},
+      {sceneMedia, 4, "scene"},
+      {sceneAudioMedia, 4, "scene"},
+      {standardDrawing, 4, "blend"},
+      {particleOutputDrawing, 4, "blend"},
+      {sceneChangeObject, 516, "type"},
+      {glowEffect, 8, "color"},
+      {emissionEffect, 4, "color"},
+      {chromaKeyEffect, 12, "color_yc"},
+      {colorKeyEffect, 12, "color_yc"},
+      {shadowEffect, 260, "color"},
+      {addBorderEffect, 260, "color"},
+      {maskEffect, 264, "type"},
+      {noiseEffect, 16, "type"},
+      {gradientEffect, 16, "blend"},
+      {monochromaticEffect, 4, "color"},
+      {animationEffect, 516, "type"},
+      {customObjectMedia, 516, "type"},
+      {cameraEffectControl, 516, "type"},
+      {scriptControlEffect, 2048, "text"},
+      {scriptCameraControl, 2048, "text"},
+      {timeControl, 20, "range"},
+      {groupControl, 20, "range"},
+      {cameraControl, 20, "range"},
+      {cameraControlAdvanced, 4, "target"},
+  };
+  for (auto& row : sizes) {
+    ASSERT_EQ(row.effect.exdata_size, row.bytes) << row.effect.name;
+    EXPECT_STREQ(row.effect.exdata_fields[0].name, row.first) << row.effect.name;
+  }
+}
+
+TEST_F(Registry, DefaultExtraData) {
+  auto bytes = [](const EffectDefinition& effect, int at) {
+    return static_cast<const uint8_t*>(effect.exdata_default)[at];
+  };
+  const uint8_t text[] = {0, 0, 1, 0, 0, 0, 0, 1, 255, 255, 255, 0, 0, 0, 0, 0, 'M', 'S', ' ', 'U', 'I'};
+  EXPECT_EQ(memcmp(textMedia.exdata_default, text, sizeof text), 0);
+  EXPECT_STREQ(static_cast<const char*>(textMedia.exdata_default) + 16, "MS UI Gothic");
+  EXPECT_EQ(bytes(sceneMedia, 0), 1);
+  for (const EffectDefinition* effect : {&glowEffect, &emissionObject}) {
+    EXPECT_EQ(bytes(*effect, 0), 255);
+    EXPECT_EQ(bytes(*effect, 3), 1) << "own colour until one is chosen";
+  }
+  EXPECT_EQ(bytes(gradientEffect, 4), 255);
+  EXPECT_EQ(bytes(gradientEffect, 7), 0);
+  EXPECT_EQ(bytes(gradientEffect, 8), 0);
+  EXPECT_EQ(bytes(monochromaticObject, 2), 255);
+  EXPECT_EQ(shadowEffect.exdata_default, nullptr);  // black, no file
+}
+
+TEST_F(Registry, TwinsShareTheirTables) {
+  int twins = 0;
+  for (const EffectDefinition* object : registry) {
+    if (object->flag & (effectMedia | effectDrawing | effectFilter | effectControl)) continue;
+    int index = findEffect(object->name, (object->flag & effectAudio) != 0, 1);
+    if (index < 0) continue;
+    const EffectDefinition* effect = effectList[index];
+    SCOPED_TRACE(object->name);
+    twins++;
+    EXPECT_EQ(object->proc, effect->proc);
+    EXPECT_EQ(object->exdata_size, effect->exdata_size);
+    EXPECT_EQ(object->exdata_fields, effect->exdata_fields);
+    EXPECT_EQ(object->exdata_default, effect->exdata_default);
+    ASSERT_EQ(object->track_count, effect->track_count);
+    for (int t = 0; t < object->track_count; t++) {
+      EXPECT_STREQ(object->track_names[t], effect->track_names[t]);
+      EXPECT_EQ(object->track_defaults[t], effect->track_defaults[t]);
+      EXPECT_EQ(object->track_scale[t], effect->track_scale[t]);
+    }
+    int c = 0;  // the object's checks are the effect's, in order, some left out
+    for (int e = 0; c < object->check_count && e < effect->check_count; e++) {
+      if (strcmp(object->check_names[c], effect->check_names[e]) != 0) continue;
+      EXPECT_EQ(object->check_defaults[c], effect->check_defaults[e]);
+      c++;
+    }
+    EXPECT_EQ(c, object->check_count);
+    for (int i = 0; i < object->check_count; i++) EXPECT_STRNE(object->check_names[i], "Fixed Size");
+  }
+  EXPECT_EQ(twins, 18);
+}
+
+struct TrackValue {
+  const EffectDefinition& effect;
+  int track;
+  TrackRow row;
+};
+
+TEST_F(Registry, TrackValues) {
+  const TrackValue values[] = {
+      {videoFileMedia, 0, {"Playback position", 1, 1, 800000, 0, 1, 800000}},
+      {videoFileMedia, 1, {"vPlay", 1000, -20000, 20000, 10, -8000, 8000}},
+      {audioFileMedia, 1, {"vPlay", 1000, 100, 20000, 10, 100, 8000}},
+      {textMedia, 0, {"Size", 34, 1, 1000, 0, 1, 256}},
+      {textMedia, 1, {"vDisplay", 0, 0, 8000, 10, 0, 1000}},
+      {sceneMedia, 1, {"vPlay", 1000, -20000, 20000, 10, -8000, 8000}},
+      {standardDrawing, 2, {"Z", 0, -999999, 999999, 10, -20000, 20000, -2}},
+      {standardDrawing, 3, {"Zoom%", 10000, 0, 500000, 100, 0, 80000}},
+      {advancedDrawing, 9, {"Center X", 0, -20000, 20000, 10, -10000, 10000, -1000}},
+      {standardPlayback, 0, {"Volume", 1000, 0, 5000, 10, 0, 5000}},
+      {particleOutputDrawing, 3, {"fOutput", 200, 0, 5000, 10, 0, 1000}},
+      {particleOutputDrawing, 6, {"Output>>", 0, -36000, 36000, 10, -3600, 3600}},
+      {particleOutputDrawing, 12, {"<Rotate", 0, -360000, 360000, 100, -36000, 36000}},
+      {colorCompensationObject, 2, {"Hue", 0, -36000, 36000, 10, -3600, 3600}},
+      {blurEffect, 0, {"Range", 5, 0, 1000, 1, 0, 300}},
+      {emissionEffect, 1, {"Diffusion", 250, 10, 2000, 1, 10, 500}},
+      {shadowEffect, 0, {"X", -40, -1000, 1000, 1, -200, 200, 1}},
+      {maskEffect, 1, {"Y", 0, -40000, 40000, 10, -20000, 20000, -1}},
+      {radialBlurEffect, 0, {"Range", 200, 0, 750, 10, 0, 750}},
+      {radialBlurObject, 0, {"Range", 200, 0, 1000, 10, 0, 1000}},
+      {noiseEffect, 4, {"Cycle X", 100, 0, 10000, 100, 0, 2000}},
+      {timeControl, 0, {"Position", 0, 0, 10000, 100, 0, 10000}},
+      {cameraControl, 2, {"Z", -10240, -999999, 999999, 10, -20000, 20000, -2}},
+      {cameraControl, 9, {"<View", 0, 0, 12000, 100, 100, 9000}},
+      {cameraControlAdvanced, 5, {"LoS Z", 0, -200000, 200000, 10, -20000, 20000, -2}},
+      {shadowCameraControl, 4, {"Accuracy", 50, 20, 100, 1, 20, 100}},
+      {animationEffect, 3, {"track3", 0, 0, 0, 100, 0, 0}},
+  };
+  constexpr int anyLink = -1000;
+  for (auto& [effect, track, row] : values) {
+    SCOPED_TRACE(std::string(effect.name) + " / " + row.name);
+    ASSERT_LT(track, effect.track_count);
+    EXPECT_STREQ(effect.track_names[track], row.name);
+    EXPECT_EQ(effect.track_defaults[track], row.value);
+    EXPECT_EQ(effect.track_min[track], row.min);
+    EXPECT_EQ(effect.track_max[track], row.max);
+    EXPECT_EQ(trackScale(&effect, track), std::max(row.scale, 1));
+    EXPECT_EQ(effect.track_bar_min[track], row.barMin);
+    EXPECT_EQ(effect.track_bar_max[track], row.barMax);
+    if (row.link != anyLink) {
+      EXPECT_EQ(effect.track_link[track], row.link);
+    }
+  }
+}
+
+TEST_F(Registry, CheckDefaults) {
+  const struct {
+    const EffectDefinition& effect;
+    int check;
+    const char* name;
+    int value;
+  } rows[] = {
+      {textMedia, 3, "B", checkToggle},
+      {textMedia, 4, "I", checkToggle},
+      {audioFileMedia, 1, "Sync with video files", 1},
+      {audioFileMedia, 2, "Reference file", checkButton},
+      {sceneAudioMedia, 1, "Sync with the scene", 1},
+      {audioWaveformDisplayMedia, 3, "Restore original sound", 1},
+      {particleOutputDrawing, 4, "Adjusted to fully disappear at end point", 1},
+      {lensBlurEffect, 0, "Fixed Size", 1},
+      {monochromaticEffect, 1, "Keep luminance", 1},
+      {cameraControl, 0, "Enable Z-buffer / shadow map", 1},
+      {cameraControlAdvanced, 0, "Coordinate of origin", checkDropDown},
+      {groupControl, 1, "Apply to objects in the same group", 1},
+      {blurEffect, 0, "Fixed Size", 0},
+      {extendedColorSettingObject, 0, "RGB\xE2\x87\x94HSV", 0},
+  };
+  for (auto& row : rows) {
+    ASSERT_LT(row.check, row.effect.check_count) << row.effect.name;
+    EXPECT_STREQ(row.effect.check_names[row.check], row.name);
+    EXPECT_EQ(row.effect.check_defaults[row.check], row.value) << row.effect.name << " / " << row.name;
+  }
+  EXPECT_EQ(blurObject.check_count, 0);
+  EXPECT_EQ(imageTilingObject.check_count, 0);
+  EXPECT_EQ(glowObject.check_count, 2);
+}
+
+TEST_F(Registry, NamesAreFoundByKind) {
+  for (int i = 0; i < registryCount; i++) {
+    const EffectDefinition* d = effectList[i];
+    bool objectLevel = d->flag & (effectMedia | effectDrawing | effectFilter);
+    EXPECT_EQ(findEffect(d->name, (d->flag & effectAudio) != 0, objectLevel), i) << d->name;
+  }
+  EXPECT_EQ(findEffect("Blur", 0, 1), 18);
+  EXPECT_EQ(findEffect("Blur", 0, 0), 20);
+  EXPECT_EQ(findEffect("Audio delay", 1, 0), 91);
+  EXPECT_EQ(findEffect("Blur", 1, 1), -1);
+  EXPECT_EQ(findEffect("blur", 0, 1), -1);
+  EXPECT_EQ(findEffect("", 0, 0), -1);
+}
+
+int acceptFrame(HostFilterRecord*, FrameProcessInfo*) { return 1; }
+
+TEST_F(Registry, HostFiltersQualifyWithinTheLimits) {
+  const std::string longest(62, 'n'), tooLong(63, 'n');
+  const struct {
+    const char* name;
+    uint32_t flags;
+    int tracks, checks, bytes;
+    bool proc, taken;
+  } rows[] = {
+      {"Plain", 0, 0, 0, 0, true, true},
+      {"Tracks", 0, 64, 0, 0, true, true},
+      {"Tracks", 0, 65, 0, 0, true, false},
+      {"Tracks", 0, -1, 0, 0, true, false},
+      {"Checks", 0, 0, 48, 0, true, true},
+      {"Checks", 0, 0, 49, 0, true, false},
+      {"Data", 0x400, 0, 0, 1000, true, true},
+      {"Data", 0x400, 0, 0, 1001, true, false},
+      {"Data", 0x400, 0, 0, -1, true, false},
+      {"Undeclared", 0, 0, 0, 1001, true, true},
+      {"No process", 0, 0, 0, 0, false, false},
+      {longest.c_str(), 0, 0, 0, 0, true, true},
+      {tooLong.c_str(), 0, 0, 0, 0, true, false},
+      {nullptr, 0, 0, 0, 0, true, false},
+      {"Zenlay", 0, 0, 0, 0, true, false},
+      {"Zenlay(Audio)", 0, 0, 0, 0, true, false},
+      {"Denoise (temporal) filter", 0, 0, 0, 0, true, false},
+      {"Maximize volume", 0, 0, 0, 0, true, false},
+      {"Maximize volume 2", 0x200000, 0, 0, 0, true, true},
+  };
+  for (auto& row : rows) {
+    HostFilterRecord filter{};
+    filter.flags = row.flags;
+    filter.name = row.name;
+    filter.trackCount = row.tracks;
+    filter.checkCount = row.checks;
+    filter.extraDataSize = row.bytes;
+    filter.process = row.proc ? acceptFrame : nullptr;
+    EXPECT_EQ(adoptHostFilter(&filter), row.taken) << (row.name ? row.name : "no name") << " " << row.tracks;
+    ASSERT_EQ(effectCount, registryCount + row.taken);
+    effectCount = registryCount;
+  }
+  constexpr uint32_t refused = 0x05C08038;
+  for (int bit = 0; bit < 32; bit++) {
+    HostFilterRecord filter{};
+    filter.flags = uint32_t{1} << bit;
+    filter.name = "Flags";
+    filter.process = acceptFrame;
+    EXPECT_EQ(qualifiesAsEffect(&filter), !(filter.flags & refused)) << bit;
+  }
+  EXPECT_FALSE(qualifiesAsEffect(nullptr));
+}
+
+TEST_F(Registry, TheListHasAnEnd) {
+  HostFilterRecord filter{};
+  filter.name = "Filter";
+  filter.process = acceptFrame;
+  int taken = 0;
+  while (taken <= maxEffects && adoptHostFilter(&filter)) taken++;
+  EXPECT_EQ(taken, maxEffects - registryCount);
+  EXPECT_EQ(findEffect("Filter", 0, 0), registryCount);
+  EXPECT_EQ(trackScale(effectList[registryCount], 0), 1);
+}
+
+int initialised, exited;
+
+TEST(RegistryLifetime, InitAndExitRunOnce) {
+  EffectDefinition kept = monauralEffect;
+  monauralEffect.init = [](EffectDefinition* effect) {
+    initialised += effect == &monauralEffect && effect->services == &serviceTable;
+    return 1;
+  };
+  monauralEffect.exit = [](EffectDefinition* effect) {
+    exited += effect == &monauralEffect;
+    return 1;
+  };
+  registerBuiltIns(&hostTable, &serviceTable, &mainRecord);
+  EXPECT_EQ(initialised, 1);
+  exitEffects();
+  exitEffects();
+  EXPECT_EQ(exited, 1);
+  EXPECT_EQ(effectCount, 0);
+  EXPECT_EQ(findEffect("Blur", 0, 1), -1);
+  monauralEffect = kept;
+}
+
+}  // namespace
+}  // namespace zenlay

@@ -1,0 +1,272 @@
+// Small films through the real program and plug-in, looked at pixel by pixel.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <nlohmann/json.hpp>
+
+#include "tests/end_to_end/run_program.h"
+
+namespace cinora::test {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr int width = 64, height = 48;
+constexpr size_t frameBytes = width * height * 6;
+
+struct Pixel {
+  int y, cb, cr;
+};
+// What the plug-in makes of ff0000: 4080 times 4918, -2775 and 8224, each >> 14.
+constexpr Pixel red{1224, -692, 2047}, black{0, 0, 0};
+
+std::string header(int length = 10) {
+  return "[zenlay]\r\nwidth=64\r\nheight=48\r\nrate=30\r\nscale=1\r\nlength=" + std::to_string(length) +
+         "\r\naudio_rate=44100\r\naudio_ch=2\r\n";
+}
+
+/// An object on a layer of its own: `media` and `drawing` are the lines of its two effects behind their names.
+std::string object(int number, const std::string& media, const std::string& drawing = "", int start = 1, int end = 10,
+                   const std::string& more = "") {
+  std::string n = std::to_string(number);
+  return "[" + n + "]\r\nstart=" + std::to_string(start) + "\r\nend=" + std::to_string(end) +
+         "\r\nlayer=" + std::to_string(number + 1) + "\r\noverlay=1\r\ncamera=0\r\n" + more + "[" + n +
+         ".0]\r\n_name=" + media + "\r\n[" + n + ".1]\r\n_name=Standard drawing\r\n" + drawing + "\r\n";
+}
+
+const std::string redSquare = "Graphic\r\nSize=16\r\ntype=2\r\ncolor=ff0000";
+
+class Film : public ::testing::Test {
+ protected:
+  Outcome run(const std::vector<std::string>& arguments) { return runCinora(arguments, {.folder = folder.path()}); }
+
+  /// Renders a film and keeps its frames. Empty when it failed.
+  std::string render(const std::string& text, const std::vector<std::string>& options = {}) {
+    folder.write("film.zlo", text);
+    std::vector<std::string> arguments{"render", "film.zlo", "-o", "film.raw"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    return contentsOf(folder / "film.raw");
+  }
+
+  platform::test::ScratchFolder folder;
+};
+
+Pixel pixelAt(const std::string& raw, int frame, int x, int y) {
+  int16_t values[3] = {-1, -1, -1};
+  size_t at = frame * frameBytes + (static_cast<size_t>(y) * width + x) * 6;
+  if (at + 6 <= raw.size()) memcpy(values, &raw[at], 6);
+  return {values[0], values[1], values[2]};
+}
+
+/// The pass that keeps frames within RGB may move a component by a few steps of 4096.
+void expectPixel(const std::string& raw, int frame, int x, int y, Pixel expected, int tolerance = 4) {
+  Pixel found = pixelAt(raw, frame, x, y);
+  EXPECT_NEAR(found.y, expected.y, tolerance) << "frame " << frame << " at " << x << ',' << y;
+  EXPECT_NEAR(found.cb, expected.cb, tolerance) << "frame " << frame << " at " << x << ',' << y;
+  EXPECT_NEAR(found.cr, expected.cr, tolerance) << "frame " << frame << " at " << x << ',' << y;
+}
+
+/// The 16x16 square with its top left corner at (left, top): red inside its corners, black around them.
+void expectSquare(const std::string& raw, int frame, int left, int top) {
+  for (int x : {left, left + 15})
+    for (int y : {top, top + 15}) expectPixel(raw, frame, x, y, red);
+  expectPixel(raw, frame, left - 1, top, black);
+  expectPixel(raw, frame, left + 16, top + 15, black);
+  expectPixel(raw, frame, left, top - 1, black);
+  expectPixel(raw, frame, left + 15, top + 16, black);
+}
+
+TEST_F(Film, AFigureLiesWhereItsDrawingSays) {
+  std::string raw = render(header() + object(0, redSquare, "X=10.0\r\nY=-4.0", 3, 5));
+  ASSERT_EQ(raw.size(), 10 * frameBytes);
+  for (int frame : {2, 3, 4}) expectSquare(raw, frame, 34, 12);
+  for (int frame : {0, 1, 5, 9}) expectPixel(raw, frame, 40, 20, black, 0);
+}
+
+TEST_F(Film, MovementGoesFromStartToEnd) {
+  std::string raw = render(header() + object(0, redSquare, "X=-10.0,8.0,1"));
+  for (int frame = 0; frame < 10; frame++) expectSquare(raw, frame, 24 - 10 + 2 * frame, 16);
+}
+
+TEST_F(Film, ChainsPassThroughTheirSections) {
+  std::string first = object(0, redSquare, "X=-12.0,0.0,1", 1, 4);
+  auto section = [](int number, const char* x, int start, int end) {
+    std::string n = std::to_string(number);
+    return "[" + n + "]\r\nstart=" + std::to_string(start) + "\r\nend=" + std::to_string(end) +
+           "\r\nlayer=1\r\noverlay=1\r\ncamera=0\r\nchain=1\r\n[" + n + ".0]\r\n_name=Graphic\r\nSize=16\r\n[" + n +
+           ".1]\r\n_name=Standard drawing\r\nX=" + x + "\r\n";
+  };
+  std::string raw = render(header(12) + first + section(1, "0.0,12.0,1", 5, 8) + section(2, "12.0,-6.0,1", 9, 12));
+  // A section with another behind it takes one step a frame; the last one arrives at its last frame.
+  const int x[] = {-12, -9, -6, -3, 0, 3, 6, 9, 12, 6, 0, -6};
+  for (int frame = 0; frame < 12; frame++) expectSquare(raw, frame, 24 + x[frame], 16);
+}
+
+TEST_F(Film, LaterLayersCoverEarlierOnesByTheirClearness) {
+  std::string white = "Graphic\r\nSize=16\r\ntype=2\r\ncolor=ffffff";
+  std::string raw =
+      render(header(1) + object(0, white, "", 1, 1) + object(1, redSquare, "X=8.0\r\nClearness=50.0", 1, 1));
+  expectPixel(raw, 0, 25, 24, {4095, 0, 0});
+  expectPixel(raw, 0, 45, 24, {612, -346, 1023});
+  expectPixel(raw, 0, 36, 24, {(4095 + 1224) / 2, -346, 1023});
+}
+
+TEST_F(Film, SettingsReachThePlugInForOneRun) {
+  std::string grey = "Graphic\r\nSize=16\r\ntype=2\r\ncolor=c0c0c0";  // Y 192 * 16 * 16448 / 16384 = 3084
+  std::string film = header(1) + object(0, grey, "", 1, 1) + object(1, grey, "blend=1", 1, 1);
+  EXPECT_LE(pixelAt(render(film), 0, 32, 24).y, 4100);
+  EXPECT_NEAR(pixelAt(render(film, {"--set", "saturation=0"}), 0, 32, 24).y, 6168, 2);
+}
+
+TEST_F(Film, VideosAreFrameExact) {
+  Outcome made = runProgram({"ffmpeg",
+                             "-v",
+                             "error",
+                             "-f",
+                             "lavfi",
+                             "-i",
+                             "color=black:s=64x48:r=30",
+                             "-vf",
+                             "geq=lum=16+10*N:cb=128:cr=128",
+                             "-frames:v",
+                             "20",
+                             "-c:v",
+                             "libx264",
+                             "-qp",
+                             "0",
+                             "-g",
+                             "8",
+                             "-bf",
+                             "2",
+                             folder / "ramp.mp4"});
+  ASSERT_EQ(made.status, 0) << made.errors;
+  std::string raw = render(header(20) + object(0, "Video file\r\nfile=ramp.mp4", "", 1, 20));
+  ASSERT_EQ(raw.size(), 20 * frameBytes);
+  for (int frame = 0; frame < 20; frame++) expectPixel(raw, frame, 11, 33, {10 * frame * 4096 / 219, 0, 0}, 2);
+
+  raw = render(header(20) + object(0, "Video file\r\nvPlay=-100.0\r\nfile=ramp.mp4", "", 1, 20));
+  EXPECT_GT(pixelAt(raw, 0, 11, 33).y, pixelAt(raw, 1, 11, 33).y);
+  EXPECT_GT(pixelAt(raw, 1, 11, 33).y, pixelAt(raw, 12, 11, 33).y);
+}
+
+TEST_F(Film, FilesAreFoundFromTheCurrentFolderAndBesideTheProject) {
+  runProgram({"ffmpeg", "-v", "error", "-f", "lavfi", "-i", "color=0x00ff00:s=16x16,format=rgb24", "-frames:v", "1",
+              folder / "green.png"});
+  std::filesystem::create_directory(folder / "elsewhere");
+  folder.write("film.zlo", header(1) + object(0, "Image file\r\nfile=green.png", "", 1, 1));
+  for (const std::string& from : {folder.path(), folder / "elsewhere"}) {
+    ASSERT_EQ(runCinora({"render", folder / "film.zlo", "-o", folder / "a.raw"}, {.folder = from}).status, 0);
+    expectPixel(contentsOf(folder / "a.raw"), 0, 32, 24, {9655 * 4080 >> 14, -5449 * 4080 >> 14, -6887 * 4080 >> 14});
+  }
+}
+
+TEST_F(Film, AlphaIsThatOfTheObjects) {
+  folder.write("film.zlo", header(1) + object(0, redSquare, "X=-16.0", 1, 1) +
+                               object(1, redSquare, "X=16.0\r\nClearness=50.0", 1, 1));
+  ASSERT_EQ(run({"render", "film.zlo", "-o", "film.png", "--alpha"}).status, 0);
+  std::string pixels = decodeFilm(folder / "film.png", "rgba", width * height * 4).at(0);
+  auto expect = [&](int x, int y, std::vector<int> rgba) {
+    for (int i = 0; i < 4; i++) EXPECT_NEAR(static_cast<uint8_t>(pixels[(y * width + x) * 4 + i]), rgba[i], 1) << x;
+  };
+  expect(16, 24, {255, 0, 0, 255});
+  expect(48, 24, {255, 0, 0, 128});
+  EXPECT_EQ(pixels[(5 * width + 5) * 4 + 3], 0);
+}
+
+TEST_F(Film, EveryKindOfProjectRendersTheSame) {
+  std::string direct = render(header() + object(0, redSquare, "X=-10.0,8.0,1") +
+                              object(1, "Graphic\r\nSize=30\r\ntype=6\r\ncolor=00ff80", "Y=5.0\r\nRotation=33.00"));
+  const char* names[] = {"film.zlo", "a.cnp", "b.zenlay_backup", "c.zlo", "d.cnp"};
+  for (int i = 1; i < 5; i++) {
+    Outcome outcome = run({"convert", names[i - 1], names[i]});
+    ASSERT_EQ(outcome.status, 0) << names[i] << outcome.errors;
+    ASSERT_EQ(run({"render", names[i], "-o", "other.raw"}).status, 0) << names[i];
+    EXPECT_TRUE(contentsOf(folder / "other.raw") == direct) << names[i];
+  }
+  ASSERT_EQ(run({"convert", "film.zlo", "again.zlo"}).status, 0);
+  ASSERT_EQ(run({"convert", "again.zlo", "twice.zlo"}).status, 0);
+  EXPECT_TRUE(contentsOf(folder / "again.zlo") == contentsOf(folder / "twice.zlo"));
+}
+
+TEST_F(Film, LookingChangesNothing) {
+  std::string text =
+      header() + object(0, "Video file\r\nfile=C:\\clips\\gone.avi") + object(1, "Image file\r\nfile=gone.png");
+  folder.write("film.zlo", text);
+  ASSERT_EQ(run({"convert", "film.zlo", "a.cnp"}).status, 0);
+  Outcome outcome = run({"info", "a.cnp", "--json"});
+  ASSERT_EQ(outcome.status, 0) << outcome.errors;
+  EXPECT_EQ(outcome.errors, "");
+  Json info = Json::parse(outcome.output);
+  ASSERT_EQ(info["objects"].size(), 2u);
+  EXPECT_EQ(info["objects"][0]["slots"][0]["exdata"]["file"], "C:\\clips\\gone.avi");
+  EXPECT_EQ(info["objects"][1]["slots"][0]["exdata"]["file"], "gone.png");
+  EXPECT_EQ(info["clip"]["width"], 64);
+  EXPECT_EQ(info["clip"]["length"], 10);
+  ASSERT_EQ(run({"convert", "a.cnp", "b.zlo"}).status, 0);
+  EXPECT_NE(contentsOf(folder / "b.zlo").find("file=C:\\clips\\gone.avi\r\n"), std::string::npos);
+  EXPECT_EQ(contentsOf(folder / "film.zlo"), text);
+}
+
+TEST_F(Film, MissingMediaIsSaidOnceAndTheRestIsDrawn) {
+  folder.write("film.zlo", header() + object(0, "Video file\r\nfile=gone.avi") + object(1, redSquare));
+  Outcome outcome = run({"render", "film.zlo", "-o", "film.raw"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_NE(outcome.errors.find("gone.avi"), std::string::npos);
+  EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome.errors;
+  expectSquare(contentsOf(folder / "film.raw"), 9, 24, 16);
+}
+
+TEST_F(Film, FilmsWithoutObjectsKeepTheirHeaderAndMakeNoBackup) {
+  folder.write("empty.zlo", header());
+  ASSERT_EQ(run({"convert", "empty.zlo", "again.zlo"}).status, 0);
+  EXPECT_EQ(contentsOf(folder / "again.zlo"), header());
+  Outcome outcome = run({"convert", "empty.zlo", "empty.zenlay_backup"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome.errors;
+  EXPECT_FALSE(std::filesystem::exists(folder / "empty.zenlay_backup"));
+}
+
+TEST_F(Film, DamagedFilesEndInOneLineOrWhatCouldBeRead) {
+  folder.write("film.zlo", header() + object(0, redSquare, "X=-10.0,8.0,1") + object(1, redSquare));
+  for (const char* name : {"film.cnp", "film.zenlay_backup"}) ASSERT_EQ(run({"convert", "film.zlo", name}).status, 0);
+  uint32_t random = 1;
+  for (const char* name : {"film.zlo", "film.cnp", "film.zenlay_backup"}) {
+    std::string whole = contentsOf(folder / name), extension = strchr(name, '.');
+    for (int round = 0; round < 12; round++) {
+      std::string damaged = whole;
+      for (int i = 0; i < 4; i++) {
+        random = random * 1664525 + 1013904223;
+        damaged[random % damaged.size()] = static_cast<char>(random >> 24);
+      }
+      if (round % 2) damaged.resize(random % damaged.size());
+      folder.write("bad" + extension, damaged);
+      Outcome outcome = run({"info", "bad" + extension});
+      EXPECT_TRUE(outcome.status == 0 || outcome.status == 1) << outcome.status << name << round;
+      auto lines = std::count(outcome.errors.begin(), outcome.errors.end(), '\n');
+      EXPECT_TRUE(outcome.status == 0 || lines == 1) << outcome.errors;
+    }
+  }
+}
+
+TEST_F(Film, EffectsAreListedInRegistryOrder) {
+  Outcome outcome = run({"effects", "--json"});
+  ASSERT_EQ(outcome.status, 0) << outcome.errors;
+  Json effects = Json::parse(outcome.output);
+  ASSERT_EQ(effects.size(), 100u);
+  for (int i = 0; i < 100; i++) EXPECT_EQ(effects[i]["index"], i);
+  Json graphic = Json::parse(run({"effects", "Graphic", "--json"}).output);
+  ASSERT_EQ(graphic.size(), 1u);
+  EXPECT_EQ(graphic[0]["tracks"][0]["name"], "Size");
+  EXPECT_EQ(graphic[0]["tracks"][0]["default"], 100);
+  EXPECT_EQ(graphic[0]["tracks"][0]["max"], 4000);
+  EXPECT_EQ(graphic[0]["exdata_size"], 264);
+  std::string table = run({"effects"}).output;
+  EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 100);
+  EXPECT_NE(run({"effects", "Graphic"}).output.find("rAspect"), std::string::npos);
+  EXPECT_EQ(run({"effects", "No such effect"}).status, 1);
+}
+
+}  // namespace
+}  // namespace cinora::test

@@ -1,0 +1,60 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/fake_host.h"
+#include "zenlay/host/preferences.h"
+
+namespace zenlay {
+namespace {
+
+struct WorkSizeCase {
+  int maxW, maxH, hostW, hostH, expectedW, expectedH;
+};
+
+TEST(WorkSize, FollowsSettingsAndHostLimits) {
+  constexpr WorkSizeCase cases[] = {
+      {1000, 0, 640, 480, 640, 480},                                        // both keys must be set
+      {0, 1000, 640, 480, 640, 480},     {1001, 600, 800, 480, 1008, 600},  // rounded up to 8
+      {1001, 600, 1280, 720, 1280, 720},                                    // never below the host's
+      {1, 1, 643, 481, 643, 481},
+  };
+  for (const WorkSizeCase& c : cases) {
+    Environment e{};
+    e.maxWidth = c.hostW;
+    e.maxHeight = c.hostH;
+    deriveWorkSize(e, c.maxW, c.maxH);
+    EXPECT_EQ(e.workW, c.expectedW) << c.maxW;
+    EXPECT_EQ(e.workH, c.expectedH) << c.maxH;
+    EXPECT_EQ(e.workStride, e.workW + 8);
+    EXPECT_EQ(e.workLineBytes, e.workStride * 8);
+  }
+}
+
+TEST(WorkSize, WorkBufferIsNeverBelowOneMebibyte) {
+  Environment e{};
+  e.maxWidth = 16;
+  e.maxHeight = 16;
+  deriveWorkSize(e, 0, 0);
+  EXPECT_EQ(e.workBufferBytes, 1048576);
+  e.maxWidth = 1920;
+  e.maxHeight = 1080;
+  deriveWorkSize(e, 0, 0);
+  EXPECT_EQ(e.workBufferBytes, int64_t{1928} * 1088 * 8 + 16);
+}
+
+TEST(Preferences, ReadDefaultsAndComeBackAsWritten) {
+  test::resetFakeHost();
+  readPreferences();
+  EXPECT_EQ(preferences.grid.grid_tempo, 1000000);
+  EXPECT_EQ(preferences.auto_save_num, 10);
+  EXPECT_STREQ(preferences.new_fps, "30");
+  preferences.grid.grid2d_w = 77;
+  preferences.pair_move = 0;
+  writePreferences();
+  resetPreferences();
+  readPreferences();
+  EXPECT_EQ(preferences.grid.grid2d_w, 77);
+  EXPECT_EQ(preferences.pair_move, 0);
+}
+
+}  // namespace
+}  // namespace zenlay

@@ -1,0 +1,49 @@
+// "Camera control (advanced drawing)": a camera with a line of sight in place of a target.
+#include "zenlay/effects/definitions.h"
+
+namespace zenlay {
+
+namespace {
+
+enum CameraAdvancedTrack { trackX, trackY, trackZ, trackSightX, trackSightY, trackSightZ, trackSlope, trackDepthBlur };
+enum CameraAdvancedCheck { checkOrigin, checkZBuffer };
+
+struct CameraAdvancedData {
+  int32_t target;  // index into originList
+};
+static_assert(sizeof(CameraAdvancedData) == 4);
+
+constexpr char originList[] = "Coordinate of origin\0";
+
+constexpr TrackColumns tracks({
+    {"X", 0, -999999, 999999, 10, -20000, 20000, 1},
+    {"Y", 0, -999999, 999999, 10, -20000, 20000, 1},
+    {"Z", -10240, -999999, 999999, 10, -20000, 20000, -2},
+    {"LoS X", 0, -200000, 200000, 10, -20000, 20000, 1},
+    {"LoS Y", 0, -200000, 200000, 10, -20000, 20000, 1},
+    {"LoS Z", 0, -200000, 200000, 10, -20000, 20000, -2},
+    {"Slope", 0, -360000, 360000, 100, -36000, 36000},
+    {"Depth blur", 0, 0, 100, 10, 0, 100},
+});
+constexpr CheckColumns checks({
+    {originList, checkDropDown},
+    {"Enable Z-buffer / shadow map", 1},
+});
+constexpr ExdataField fields[] = {
+    {exdataInteger, sizeof(CameraAdvancedData::target), "target"},
+};
+constexpr int32_t coordinateMap[coordinateSlots] = {0, 1, 2, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+
+}  // namespace
+
+constinit EffectDefinition cameraControlAdvanced = defineEffect({
+    .flag = effectControl | effectCamera | effectPreview,
+    .name = "Camera control (advanced drawing)",
+    .tracks = tracks,
+    .checks = checks,
+    .exdata_size = sizeof(CameraAdvancedData),
+    .exdata_fields = fields,
+    .coordinate_map = coordinateMap,
+});
+
+}  // namespace zenlay

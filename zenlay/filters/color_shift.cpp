@@ -1,0 +1,64 @@
+// "Color shift": moves two of the three primaries apart.
+#include "zenlay/effects/definitions.h"
+
+namespace zenlay {
+
+namespace {
+
+enum ColorShiftTrack { trackGap, trackAngle, trackStrength };
+enum ColorShiftCheck { checkPlanes };
+enum ColorShiftObjectCheck { objectPlanes };
+
+struct ColorShiftData {
+  int32_t type;  // index into the list
+};
+static_assert(sizeof(ColorShiftData) == 4);
+
+constexpr char planeList[] =
+    "Red-Green A\0"
+    "Red-Blue A\0"
+    "Green-Blue A\0"
+    "Red-Green B\0"
+    "Red-Blue B\0"
+    "Green-Blue B\0";
+constexpr char objectPlaneList[] =
+    "Red-Green A\0"
+    "Red-Blue A\0"
+    "Green-Blue A\0";
+
+// The gap in pixels, the angle in tenths of a degree, the strength in percent.
+constexpr TrackColumns tracks({
+    {"Gap width", 5, 0, 2000, 1, 0, 200},
+    {"Angle", 0, -36000, 36000, 10, -3600, 3600},
+    {"Strength", 100, 0, 100, 1, 0, 100},
+});
+constexpr CheckColumns checks({
+    {planeList, checkDropDown},
+});
+constexpr CheckColumns objectChecks({
+    {objectPlaneList, checkDropDown},
+});
+constexpr ExdataField fields[] = {
+    {exdataInteger, sizeof(ColorShiftData::type), "type"},
+};
+
+}  // namespace
+
+constinit EffectDefinition colorShiftEffect = defineEffect({
+    .flag = effectFilter,
+    .name = "Color shift",
+    .tracks = tracks,
+    .checks = checks,
+    .exdata_size = sizeof(ColorShiftData),
+    .exdata_fields = fields,
+});
+
+constinit EffectDefinition colorShiftObject = defineEffect({
+    .name = "Color shift",
+    .tracks = tracks,
+    .checks = objectChecks,
+    .exdata_size = sizeof(ColorShiftData),
+    .exdata_fields = fields,
+});
+
+}  // namespace zenlay

@@ -1,0 +1,45 @@
+// "Luminance Key": dark or bright parts, or both, become transparent.
+#include "zenlay/effects/definitions.h"
+
+namespace zenlay {
+
+namespace {
+
+enum LuminanceKeyTrack { trackReference, trackBlur };
+enum LuminanceKeyCheck { checkKey };
+
+struct LuminanceKeyData {
+  int32_t type;  // index into keyList
+};
+static_assert(sizeof(LuminanceKeyData) == 4);
+
+constexpr char keyList[] =
+    "Through Dark\0"
+    "Through Bright\0"
+    "Through Contrast\0"
+    "Through Contrast(No Blur)\0";
+
+// Luma units, 4096 = white.
+constexpr TrackColumns tracks({
+    {"RefLuminance", 2048, -4096, 8192, 1, 0, 4096},
+    {"Blur", 512, 0, 4096, 1, 0, 4096},
+});
+constexpr CheckColumns checks({
+    {keyList, checkDropDown},
+});
+constexpr ExdataField fields[] = {
+    {exdataInteger, sizeof(LuminanceKeyData::type), "type"},
+};
+
+}  // namespace
+
+constinit EffectDefinition luminanceKeyEffect = defineEffect({
+    .flag = effectFilter,
+    .name = "Luminance Key",
+    .tracks = tracks,
+    .checks = checks,
+    .exdata_size = sizeof(LuminanceKeyData),
+    .exdata_fields = fields,
+});
+
+}  // namespace zenlay

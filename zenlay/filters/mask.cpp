@@ -1,0 +1,28 @@
+// "Mask": a figure limits what is seen of the object.
+#include "zenlay/effects/definitions.h"
+#include "zenlay/filters/figure_mask.h"
+
+namespace zenlay {
+
+namespace {
+
+enum MaskCheck { checkFigure, checkInvert, checkOriginalSize };
+
+constexpr CheckColumns checks({
+    {figureList, checkDropDown},
+    {"Invert mask", 0},
+    {"Match with original size", 0},
+});
+
+}  // namespace
+
+constinit EffectDefinition maskEffect = defineEffect({
+    .flag = effectFilter | effectPreparatory,
+    .name = "Mask",
+    .tracks = figureMaskTracks,
+    .checks = checks,
+    .exdata_size = sizeof(FigureMask),
+    .exdata_fields = figureMaskFields,
+});
+
+}  // namespace zenlay

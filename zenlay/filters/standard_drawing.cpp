@@ -1,0 +1,52 @@
+// "Standard drawing": places the object's image into the scene, turned about the view axis only.
+#include "zenlay/effects/effect_services.h"
+#include "zenlay/filters/placement_tracks.h"
+#include "zenlay/media/effect_messages.h"
+#include "zenlay/render/blend.h"
+
+namespace zenlay {
+
+namespace {
+
+constexpr uint32_t standardOptions = 0x111;
+
+struct DrawingData {
+  int32_t blend;  // BlendMode
+};
+
+int processStandardDrawing(EffectDefinition* effect, EffectProcessInfo* info) {
+  uint32_t options = standardOptions | blendFlags(extraData<DrawingData>(effect).blend & 31);
+  return effect->services->placeObject(effect, info, options);
+}
+
+int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
+  return takeDropDown(effect, message, wparam, lparam, &extraData<DrawingData>(effect).blend);
+}
+
+constinit TrackColumns tracks({
+    positionTrack("X", 1),
+    positionTrack("Y", 1),
+    positionTrack("Z", -2),
+    zoomTrack("Zoom%"),
+    clearnessTrack(),
+    angleTrack("Rotation", 0),
+});
+constinit CheckColumns checks({{blendModeList, checkDropDown}});
+constexpr ExdataField fields[] = {{exdataInteger, sizeof(DrawingData::blend), "blend"}};
+constexpr int32_t coordinates[coordinateSlots] = {0, 1, 2, -1, -1, 5, -1, -1, -1, 3, -1, 4};
+
+}  // namespace
+
+constinit EffectDefinition standardDrawing = defineEffect({
+    .flag = effectDrawing | effectTakesOpaque | effectNotListed | effectPreview,
+    .name = "Standard drawing",
+    .tracks = tracks,
+    .checks = checks,
+    .proc = processStandardDrawing,
+    .window_proc = handleMessage,
+    .exdata_size = sizeof(DrawingData),
+    .exdata_fields = fields,
+    .coordinate_map = coordinates,
+});
+
+}  // namespace zenlay

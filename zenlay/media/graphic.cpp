@@ -1,0 +1,95 @@
+// "Graphic": a figure of one colour.
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/figures.h"
+
+namespace zenlay {
+
+namespace {
+
+enum GraphicTrack { trackSize, trackAspect, trackLineWidth };
+
+struct GraphicData {
+  int32_t type;      // Figure; 0 when `name` is set
+  uint8_t color[3];  // red, green, blue
+  uint8_t reserved;
+  char name[256];  // figure picture, "*" and a path, or ":" and a scene number
+};
+static_assert(sizeof(GraphicData) == 264);
+
+int processGraphic(EffectDefinition* effect, EffectProcessInfo* info) {
+  GraphicData& data = extraData<GraphicData>(effect);
+  data.name[sizeof data.name - 1] = 0;
+  FigureRequest request{};
+  request.name = data.name;
+  request.type = data.type;
+  memcpy(request.color, data.color, sizeof request.color);
+  request.size = effect->track[trackSize];
+  request.aspect = effect->track[trackAspect];
+  request.lineWidth = effect->track[trackLineWidth];
+  request.colourise = true;
+  return effect->services->drawFigure(effect, info, &request);
+}
+
+/// The index is one of the figure list; the last item keeps an earlier path.
+void chooseFigure(GraphicData* data, intptr_t index) {
+  if (index >= figureCount()) {
+    data->type = 0;
+    if (data->name[0] != '*') strcpy(data->name, "*");
+    return;
+  }
+  bool builtIn = index < builtInFigures;
+  data->type = builtIn ? static_cast<int32_t>(std::max<intptr_t>(index, 0)) : 0;
+  snprintf(data->name, sizeof data->name, "%s", builtIn ? "" : figureName(static_cast<int>(index)));
+}
+
+int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
+  if (!isCommand(message, wparam, commandDropDown)) return 0;
+  effect->services->recordUndo(effect->object_ref);
+  chooseFigure(&extraData<GraphicData>(effect), lparam);
+  effect->services->objectChanged(effect->object_ref);
+  return 1;
+}
+
+constinit TrackColumns tracks({
+    {"Size", 100, 0, 4000, 1, 0, 1000},
+    {"rAspect", 0, -1000, 1000, 10, -1000, 1000},
+    {"Line width", 4000, 0, 4000, 1, 0, 4000},
+});
+constinit CheckColumns checks({
+    {"Background\0Circle\0Square\0Triangle\0Pentagon\0Hexagon\0Star\0(Select from file)\0", checkDropDown},
+    {"Color settings", checkButton},
+});
+/// The list holds the figure pictures beside the plug-in.
+int listFigures(EffectDefinition*) {
+  checks.names[0] = figureDropDown();
+  return 1;
+}
+
+constexpr ExdataField fields[] = {
+    {exdataInteger, sizeof(GraphicData::type), "type"},
+    {exdataBytes, sizeof(GraphicData::color), "color"},
+    {exdataReserved, sizeof(GraphicData::reserved), nullptr},
+    {exdataString, sizeof(GraphicData::name), "name"},
+};
+constexpr GraphicData white = {0, {255, 255, 255}, 0, {}};
+
+}  // namespace
+
+constinit EffectDefinition graphicMedia = defineEffect({
+    .flag = effectMedia,
+    .name = "Graphic",
+    .tracks = tracks,
+    .checks = checks,
+    .proc = processGraphic,
+    .init = listFigures,
+    .window_proc = handleMessage,
+    .exdata_size = sizeof(GraphicData),
+    .exdata_default = &white,
+    .exdata_fields = fields,
+});
+
+}  // namespace zenlay

@@ -1,0 +1,74 @@
+#include "zenlay/media/playback_time.h"
+
+#include <algorithm>
+
+namespace zenlay {
+
+constinit int lastVideoFrame = 0;
+
+namespace {
+
+constexpr int32_t movementMode = 0xF;  // of a mode word; 0 = static
+constexpr int64_t maxPlayed = int64_t{1} << 40;
+
+int64_t wrapInto(int64_t frame, int64_t first, int64_t last) {
+  int64_t length = last - first + 1;
+  int64_t rest = (frame - first) % length;
+  return first + (rest < 0 ? rest + length : rest);
+}
+
+bool beginsBackward(EffectDefinition* effect) {
+  const EffectServiceTable* services = effect->services;
+  ObjectData head;
+  if (services->getObjectData(services->chainHead(effect->object_ref), &head)) return head.startValues[playSpeed] < 0;
+  return effect->track_begin_values[playSpeed] < 0;
+}
+
+}  // namespace
+
+int64_t playedFrames(const PlaybackTime& time) {
+  if (time.rate <= 0 || time.scale <= 0 || time.videoRate <= 0 || time.videoScale <= 0) return 0;
+  constexpr int64_t speedUnit = normalSpeed * 100;  // tenths of a percent x hundredths of a frame
+  constexpr int64_t correction = 20;                // 1 / 0.05
+  __int128 above = static_cast<__int128>(time.played) * time.scale * time.videoRate;
+  __int128 below = static_cast<__int128>(speedUnit) * time.rate * time.videoScale;
+  __int128 frames = (above * correction + (above < 0 ? -below : below)) / (below * correction);
+  return static_cast<int64_t>(std::clamp<__int128>(frames, -maxPlayed, maxPlayed));
+}
+
+int playbackFrame(const PlaybackTime& time) {
+  int64_t last = std::max(time.frameCount, 1) - 1;
+  if (time.moving && !time.loop) return static_cast<int>(std::clamp<int64_t>(int64_t{time.position} - 1, 0, last));
+
+  int64_t offset = playedFrames(time);
+  if (time.loop && time.moving) {
+    int64_t a = std::clamp<int64_t>(int64_t{time.sectionStart} - 1, 0, last);
+    int64_t b = std::clamp<int64_t>(int64_t{time.sectionEnd} - 1, 0, last);
+    auto [low, high] = std::minmax(a, b);
+    return static_cast<int>(wrapInto((time.backward ? high : low) + offset, low, high));
+  }
+  int64_t position = int64_t{time.position} - 1;
+  int64_t frame = (time.backward ? last - position : position) + offset;
+  return static_cast<int>(time.loop ? wrapInto(frame, 0, last) : std::clamp<int64_t>(frame, 0, last));
+}
+
+int playbackFrameOf(EffectDefinition* effect, EffectProcessInfo* info, const HostFileInfo& video) {
+  PlaybackTime time{};
+  time.moving = effect->track_modes[playPosition] & movementMode;
+  time.loop = effect->check[playLoop] != 0;
+  time.position = effect->track[playPosition];
+  time.sectionStart = effect->track_begin_values[playPosition];
+  time.sectionEnd = effect->track_end_values[playPosition];
+  time.frameCount = video.frameCount;
+  if (!time.moving || time.loop) {
+    time.played = effect->services->trackIntegral(effect, info, playSpeed);
+    time.backward = beginsBackward(effect);
+    time.rate = info->rate;
+    time.scale = info->scale;
+    time.videoRate = video.rate;
+    time.videoScale = video.scale;
+  }
+  return playbackFrame(time);
+}
+
+}  // namespace zenlay

@@ -1,0 +1,105 @@
+#include "zenlay/model/extra_data.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "zenlay/model/objects.h"
+
+namespace zenlay {
+
+bool refuseGrowth;
+
+namespace {
+
+uint8_t* region;
+uint32_t regionBytes;
+uint32_t firstFree;  // every unit below is allocated, so that a search may start here
+
+uint32_t lengthAt(uint32_t offset) {
+  uint32_t length;
+  memcpy(&length, region + offset, sizeof length);
+  return length;
+}
+void setLength(uint32_t offset, uint32_t length) { memcpy(region + offset, &length, sizeof length); }
+
+uint32_t bytesNeeded(uint32_t size) { return (size + extraDataUnit + 3) / extraDataUnit * extraDataUnit; }
+
+/// First fit: offset of `bytes` consecutive free bytes, or regionBytes.
+uint32_t findRun(uint32_t bytes) {
+  uint32_t run = firstFree;
+  bool sawFree = false;
+  for (uint32_t at = firstFree; at < regionBytes;) {
+    uint32_t length = lengthAt(at);
+    if (length) {
+      at += length;
+      run = at;
+      if (!sawFree) firstFree = at;
+      continue;
+    }
+    sawFree = true;
+    at += extraDataUnit;
+    if (at - run >= bytes) return run;
+  }
+  return regionBytes;
+}
+
+bool growRegion() {
+  if (refuseGrowth || regionBytes > UINT32_MAX - extraDataGrowth) return false;
+  void* grown = realloc(region, regionBytes + extraDataGrowth);
+  if (!grown) return false;
+  region = static_cast<uint8_t*>(grown);
+  memset(region + regionBytes, 0, extraDataGrowth);
+  regionBytes += extraDataGrowth;
+  return true;
+}
+
+}  // namespace
+
+int reserveExtraData(int object, uint32_t size) {
+  ObjectRecord& o = objects[object];
+  if (o.extraDataSize == size) return 1;
+  if (size == 0) {
+    releaseExtraData(object);
+    return 1;
+  }
+  uint32_t bytes = bytesNeeded(size);
+  if (o.extraDataSize && lengthAt(o.extraDataBlock) >= bytes) {
+    o.extraDataSize = size;
+    return 1;
+  }
+  uint32_t at;
+  while ((at = findRun(bytes)) == regionBytes)
+    if (!growRegion()) return 0;
+  releaseExtraData(object);
+  objects[object].extraDataBlock = at;
+  objects[object].extraDataSize = size;
+  memset(region + at, 0, bytes);
+  setLength(at, bytes);
+  return 1;
+}
+
+void releaseExtraData(int object) {
+  ObjectRecord& o = objects[object];
+  if (o.extraDataSize) {
+    uint32_t end = o.extraDataBlock + lengthAt(o.extraDataBlock);
+    for (uint32_t at = o.extraDataBlock; at < end; at += extraDataUnit) setLength(at, 0);
+    firstFree = std::min(firstFree, o.extraDataBlock);
+  }
+  o.extraDataSize = 0;
+}
+
+uint8_t* extraDataBlockOf(int object) {
+  const ObjectRecord& o = objects[object];
+  return o.extraDataSize ? region + o.extraDataBlock + sizeof(uint32_t) : nullptr;
+}
+
+ExtraDataRegion extraDataRegion() { return {region, regionBytes}; }
+
+void freeExtraData() {
+  free(region);
+  region = nullptr;
+  regionBytes = firstFree = 0;
+}
+
+}  // namespace zenlay

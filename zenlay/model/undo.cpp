@@ -1,0 +1,239 @@
+#include "zenlay/model/undo.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "zenlay/model/extra_data.h"
+#include "zenlay/model/objects.h"
+#include "zenlay/model/order.h"
+#include "zenlay/model/scenes.h"
+
+namespace zenlay {
+namespace {
+
+constexpr int areaBytes = 3840000;
+constexpr int maxRecords = 15000;
+
+/// Records lie back to back in the area; their size tells the kinds apart when they are put back.
+struct UndoRecord {
+  int32_t step, target, size;  // size in bytes, header included
+  uint32_t flags;
+  int32_t layer, start, end;  // of a position record, otherwise 0
+};
+static_assert(sizeof(UndoRecord) == 28);
+struct LayerPayload {
+  uint32_t flags;
+  int32_t name;  // offset in the name pool or -1
+};
+constexpr int headerSize = sizeof(UndoRecord);
+constexpr int layerSize = headerSize + sizeof(LayerPayload);
+constexpr int snapshotSize = headerSize + sizeof(ObjectRecord);
+
+struct UndoLog {
+  uint8_t* area;
+  int starts[maxRecords];
+  int used, count;  // -1 while disabled
+  int step;
+  bool batch;
+};
+constinit UndoLog undoLog{nullptr, {}, -1, -1, 0, false};
+
+UndoRecord headerAt(int record) {
+  UndoRecord header;
+  memcpy(&header, undoLog.area + undoLog.starts[record], sizeof header);
+  return header;
+}
+
+void disable() { undoLog.used = undoLog.count = -1; }
+
+/// Drops the oldest step; when it is all there is, the history is disabled.
+bool dropOldestStep() {
+  int kept = 0;
+  if (undoLog.count > 0)
+    for (int step = headerAt(0).step; kept < undoLog.count && headerAt(kept).step == step;) kept++;
+  if (kept >= undoLog.count) {
+    disable();
+    return false;
+  }
+  int cut = undoLog.starts[kept];
+  memmove(undoLog.area, undoLog.area + cut, static_cast<size_t>(undoLog.used - cut));
+  undoLog.used -= cut;
+  undoLog.count -= kept;
+  for (int i = 0; i < undoLog.count; i++) undoLog.starts[i] = undoLog.starts[i + kept] - cut;
+  return true;
+}
+
+bool makeRoom(int size) {
+  if (!undoLog.area) undoLog.area = static_cast<uint8_t*>(malloc(areaBytes));
+  if (!undoLog.area) {
+    disable();
+    return false;
+  }
+  while (undoLog.count >= maxRecords || undoLog.used + size > areaBytes)
+    if (!dropOldestStep()) return false;
+  return true;
+}
+
+uint8_t* append(const UndoRecord& header) {
+  if (!makeRoom(header.size)) return nullptr;
+  uint8_t* at = undoLog.area + undoLog.used;
+  memcpy(at, &header, sizeof header);
+  undoLog.starts[undoLog.count++] = undoLog.used;
+  undoLog.used += header.size;
+  return at + headerSize;
+}
+
+void recordSnapshot(int object) {
+  const ObjectRecord& o = objects[object];
+  int size = snapshotSize + static_cast<int>(o.extraDataSize);
+  uint8_t* payload = append({undoLog.step, object, size, 0, 0, 0, 0});
+  if (!payload) return;
+  memcpy(payload, &o, sizeof o);
+  if (o.extraDataSize) memcpy(payload + sizeof o, extraDataBlockOf(object), o.extraDataSize);
+}
+
+void recordLayer(int target) {
+  int layer = target & ~undoLayerTarget;
+  if (layer < 0 || layer >= layersPerScene) return;
+  LayerPayload saved{layers[layer].flags, nameOffset(layers[layer].name)};
+  if (uint8_t* payload = append({undoLog.step, layer | undoLayerTarget, layerSize, 0, 0, 0, 0}))
+    memcpy(payload, &saved, sizeof saved);
+}
+
+void restoreLayer(const UndoRecord& header, const uint8_t* payload) {
+  LayerPayload saved;
+  memcpy(&saved, payload, sizeof saved);
+  layers[header.target & ~undoLayerTarget] = {saved.flags, nameAt(saved.name)};
+}
+
+bool sameEffects(const ObjectRecord& a, const ObjectRecord& b) {
+  for (int k = 0; k < maxSlots; k++)
+    if (a.slots[k].effect != b.slots[k].effect) return false;
+  return true;
+}
+
+/// Deletes without recording and without a new order.
+void drop(int object) {
+  const ObjectRecord& o = objects[object];
+  if (o.chainHead < 0 || o.chainHead == object) notifyEffects(object, objectDeleted);
+  if (currentObject == object) {
+    if (modelHooks.objectReleased) modelHooks.objectReleased(object);
+    currentObject = -1;
+  }
+  if (objectUnderEdit == object) objectUnderEdit = -1;
+  releaseObject(object);
+}
+
+/// 0 when the extra data cannot be had.
+int restoreSnapshot(const UndoRecord& header, const uint8_t* payload) {
+  int object = header.target;
+  ObjectRecord saved;
+  memcpy(&saved, payload, sizeof saved);
+  bool taken = objects[object].flags && sameEffects(objects[object], saved);
+  if (objects[object].flags && !taken) drop(object);
+  objects[object].flags = saved.flags;  // the slot is taken before anything else can have it
+  if (!reserveExtraData(object, saved.extraDataSize)) {
+    if (!taken) releaseObject(object);
+    return 0;
+  }
+  uint32_t block = objects[object].extraDataBlock;
+  objects[object] = saved;
+  objects[object].extraDataBlock = block;
+  if (saved.extraDataSize) memcpy(extraDataBlockOf(object), payload + sizeof saved, saved.extraDataSize);
+  return taken ? 1 : 2;
+}
+
+}  // namespace
+
+void beginUndoStep() {
+  if (undoLog.count <= 0) undoLog.used = undoLog.count = 0;
+  undoLog.step++;
+}
+
+void recordUndo(int target, int kind) {
+  if (undoLog.count < 0 || (undoLog.batch && !(kind & undoCreated))) return;
+  if (kind & undoLayer) {
+    recordLayer(target);
+    return;
+  }
+  if (target < 0 || target >= objectCapacity || (!(kind & undoCreated) && !objects[target].flags)) return;
+  const ObjectRecord& o = objects[target];
+  if (kind & undoChain && o.chainHead >= 0) {
+    for (int section = headOf(target); section >= 0; section = nextSection(section))
+      recordUndo(section, kind & ~undoChain);
+    return;
+  }
+  if (kind & undoCreated)
+    append({undoLog.step, target, headerSize, 0, 0, 0, 0});
+  else if (kind & undoPosition)
+    append({undoLog.step, target, headerSize, o.flags, o.layer, o.start, o.end});
+  else
+    recordSnapshot(target);
+}
+
+void beginUndoBatch() { undoLog.batch = true; }
+void endUndoBatch() { undoLog.batch = false; }
+
+void undo() {
+  if (undoLog.count <= 0) return;
+  bool batch = undoLog.batch;
+  undoLog.batch = true;
+  int record = undoLog.count, restored = -1;
+  std::vector<int> reloaded;
+  auto note = [&](int object) {
+    if (currentObject < 0 || object == currentObject || restored < 0) restored = object;
+  };
+  while (record > 0 && headerAt(record - 1).step == undoLog.step) {
+    UndoRecord header = headerAt(--record);
+    const uint8_t* payload = undoLog.area + undoLog.starts[record] + headerSize;
+    if (header.target & undoLayerTarget) {
+      restoreLayer(header, payload);
+    } else if (header.size > headerSize) {
+      int result = restoreSnapshot(header, payload);
+      if (!result) break;
+      if (result == 2) reloaded.push_back(header.target);
+      note(header.target);
+    } else if (!objects[header.target].flags) {
+      continue;
+    } else if (header.flags == 0) {
+      drop(header.target);
+    } else {
+      ObjectRecord& o = objects[header.target];
+      o.flags = header.flags;
+      o.layer = header.layer;
+      if (header.layer >= 0) o.homeLayer = header.layer;
+      o.start = header.start;
+      o.end = header.end;
+      note(header.target);
+    }
+  }
+  while (record > 0 && headerAt(record - 1).step == undoLog.step) record--;
+  if (record < undoLog.count) undoLog.used = undoLog.starts[record];
+  undoLog.count = record;
+  undoLog.step--;
+  undoLog.batch = batch;
+  rebuildOrder();
+  for (int object : reloaded)
+    if (objects[object].flags && headOf(object) == object) notifyEffects(object, objectLoaded);
+  if (restored >= 0 && modelHooks.objectChanged && objects[restored].flags) {
+    if (currentObject < 0) currentObject = restored;
+    if (restored == currentObject) modelHooks.objectChanged(restored);
+  }
+}
+
+void resetUndo() { disable(); }
+
+void moveUndoNames(int (*newOffset)(int oldOffset)) {
+  for (int record = 0; record < undoLog.count; record++) {
+    if (!(headerAt(record).target & undoLayerTarget)) continue;
+    uint8_t* at = undoLog.area + undoLog.starts[record] + headerSize;
+    LayerPayload saved;
+    memcpy(&saved, at, sizeof saved);
+    if (saved.name < 0) continue;
+    saved.name = newOffset(saved.name);
+    memcpy(at, &saved, sizeof saved);
+  }
+}
+
+}  // namespace zenlay

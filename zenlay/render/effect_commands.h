@@ -1,0 +1,12 @@
+// Command messages from the model to the effects of an object.
+#pragma once
+
+#include <cstdint>
+
+namespace zenlay {
+
+/// Sends messageEffectCommand to the built-in effect of the slot, bound as for rendering but without evaluated tracks.
+/// For ModelHooks::sendCommand.
+void sendEffectCommand(int object, int slot, int command, intptr_t value);
+
+}  // namespace zenlay

@@ -1,0 +1,13 @@
+// Time control: the time at which the layers below are evaluated.
+#pragma once
+
+#include "zenlay/model/records.h"
+
+namespace zenlay {
+
+extern EffectDefinition timeControl;
+
+/// Scene time, in hundredths of a frame, that the time control (the section alive at `frame`) shows at that frame.
+int32_t controlledTime(const ObjectRecord*, int frame, int subFrame);
+
+}  // namespace zenlay

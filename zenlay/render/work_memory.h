@@ -1,0 +1,16 @@
+// Memory that effects keep from frame to frame, owned by an effect slot of an object (of its chain head).
+#pragma once
+
+#include <cstddef>
+
+#include "zenlay/effects/effect_definition.h"
+
+namespace zenlay {
+
+/// `size` bytes of the slot, zeroed (and *created set) when new or of another size; null when out of memory or ref 0.
+void* workMemory(ObjectRef, size_t size, bool* created);
+/// The object is gone: so is its memory.
+void freeWorkMemoryOf(int object);
+void freeWorkMemory();
+
+}  // namespace zenlay

@@ -1,0 +1,23 @@
+// Backups: the whole project with the clip's format, in time-stamped files beside the module.
+#pragma once
+
+#include <string>
+
+namespace zenlay {
+
+/// Takes the number and interval from the preferences and restarts the interval.
+void configureBackups();
+/// Deletes what exceeds `auto_save_num`, the oldest first.
+void pruneBackups();
+bool backupIsDue();
+/// Writes a backup into the backup folder; `force` disregards the interval. Failures show a message.
+void writeAutomaticBackup(bool force);
+/// Path of the newest backup, or the folder when there is none.
+std::string newestBackup();
+
+/// Writes the project to `path`. Null when written, otherwise why not (static text).
+const char* writeBackup(const char* path, bool replace);
+/// New project from a backup; failures show a message. 1 when a project is open afterwards.
+int restoreBackup(const char* path);
+
+}  // namespace zenlay
