@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "zenlay/effects/effect_definition.h"
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/filters/box_blur.h"
 #include "zenlay/filters/light_domain.h"
