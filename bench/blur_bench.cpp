@@ -4,16 +4,12 @@
 
 #include "bench/ratio.h"
 #include "bench/workers.h"
-#include "zenlay/effects/effect_definition.h"
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
 
 #ifdef HAVE_OPENCV
 #include <opencv2/imgproc.hpp>
 #endif
-
-namespace zenlay {
-extern EffectDefinition blurEffect;
-}
 
 namespace {
 

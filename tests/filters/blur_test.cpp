@@ -5,13 +5,11 @@
 #include <random>
 
 #include "tests/render/drawing_pictures.h"
+#include "zenlay/effects/definitions.h"
 #include "zenlay/filters/box_blur.h"
 #include "zenlay/filters/light_domain.h"
 
 namespace zenlay {
-
-extern EffectDefinition blurEffect, blurObject;
-
 namespace {
 
 using test::FramePicture;
@@ -70,6 +68,7 @@ struct Blurred {
     info.objectWidth = width;
     info.objectHeight = height;
     info.bufferLine = line;
+    info.bufferHeight = lines;
     info.maxWidth = info.maxHeight = 64;
     effect.track = tracks;
     effect.check = checks;

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "zenlay/effects/effect_definition.h"
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/filters/box_blur.h"
 #include "zenlay/filters/light_domain.h"
@@ -30,7 +30,7 @@ struct Radii {
 
 /// The aspect takes from the vertical radius when positive, from the horizontal one when negative.
 Radii readRadii(const EffectDefinition* effect) {
-  int range = std::max(effect->track[trackRange], 0);
+  int range = std::clamp(effect->track[trackRange], 0, maxBoxRadius);
   int aspect = std::clamp(effect->track[trackAspect], -1000, 1000);
   return {aspect < 0 ? (1000 + aspect) * range / 1000 : range, aspect > 0 ? (1000 - aspect) * range / 1000 : range};
 }
@@ -104,7 +104,7 @@ int blurObjectImage(EffectDefinition* effect, EffectProcessInfo* info) {
 int blurFrame(EffectDefinition* effect, EffectProcessInfo* info) {
   const FrameProcessInfo& host = info->host;
   const Radii radii = limited(readRadii(effect), host.width / 2, host.height / 2);
-  if (radii.x == 0 && radii.y == 0) return 1;
+  if ((radii.x == 0 && radii.y == 0) || host.width > info->bufferLine || host.height > info->bufferHeight) return 1;
   ImageTarget frame{host.frame, host.width, host.height, host.lineBytes};
   const ImageTarget work{info->workImage, 0, 0, info->bufferLine * static_cast<int>(sizeof(ObjectPixel))};
   blurTwice(effect->host_functions, &frame, work, radii, boxKeep, effect->track[trackLight], false);

@@ -130,15 +130,17 @@ struct Weigher {
 };
 
 /// sum x 4096 / alpha sum, truncated, and alpha sum / count: in the alpha's lane the divisor is count x 4096. The
-/// quotient in floats is made a little too small, never by more than one, and put right by its remainder.
+/// quotient in floats is made a little too small, its integer is never more than one too small (adding 1.5 x 2^23
+/// leaves it in the low bits), and the remainder puts it right.
 V32 quotient(V32 sum, V32 alphaSum, V32 scaledCount) {
   const hn::RebindToFloat<D32> df;
   const auto alphaLane = hn::MaskFromVec(blocks32(0, -1));
   const V32 divisor = hn::IfThenElse(alphaLane, scaledCount, hn::Max(alphaSum, hn::Set(d32, 1)));
   const V32 size = hn::Abs(sum);
-  const auto guess = hn::Mul(hn::Div(hn::ConvertTo(df, size), hn::ConvertTo(df, divisor)),
-                             hn::Set(df, 4096.0f * (1 - 1.0f / (1 << 21))));
-  V32 q = hn::ConvertTo(d32, guess);
+  const auto integerBits = hn::Set(df, 12582912.0f);
+  const auto guess = hn::MulSub(hn::Div(hn::ConvertTo(df, size), hn::ConvertTo(df, divisor)),
+                                hn::Set(df, 4096.0f * (1 - 1.0f / (1 << 21))), hn::Set(df, 0.5f));
+  V32 q = hn::Sub(hn::BitCast(d32, hn::Add(guess, integerBits)), hn::BitCast(d32, integerBits));
   const V32 rest = hn::Sub(hn::ShiftLeft<12>(size), hn::Mul(q, divisor));
   q = hn::Sub(q, hn::VecFromMask(d32, hn::Gt(rest, hn::Sub(divisor, hn::Set(d32, 1)))));
   const V32 sign = hn::ShiftRight<31>(sum);

@@ -18,7 +18,7 @@ enum BoxEdge : int {
   boxGrow,  // the picture grows by the radius on every side; count = the window, what lies outside is transparent
 };
 
-inline constexpr int maxBoxRadius = 16000;
+inline constexpr int maxBoxRadius = 16000;  // radii are 0 to this: sums stay within 32 bits
 
 /// `to` must be another buffer than `from`; with boxGrow it is larger by twice the radii, else of the same size. Pixels
 /// are ObjectPixels with `alpha`, else FramePixels. Each worker runs down its own rows with one sum a column, so the
