@@ -67,7 +67,7 @@ TEST(ProjectFileTest, EveryCutAndEveryFlippedByteIsNoticed) {
   ProjectFile read;
   for (size_t length = 0; length < whole.size(); length++)
     EXPECT_NE(decodeProject(whole.substr(0, length), &read), "") << length;
-  const size_t endKind = whole.size() - 12, filterKind = 8 + 12 + 48 + sample().clipName.size() - 4;
+  const size_t endKind = whole.size() - 12, filterKind = 8 + 12 + 44 + sample().clipName.size();
   for (size_t i = 0; i < whole.size(); i++) {
     std::string damaged = whole;
     damaged[i] ^= 0x40;
@@ -109,7 +109,7 @@ TEST(ProjectFileTest, HostileClipsAndLengthsAreRefused) {
 TEST(ProjectFileTest, AnyContentsAreReadOrRefused) {
   std::mt19937 random(7);
   const std::string whole = encodeProject(sample());
-  const size_t clipAt = 8 + 12, clipBytes = 48 + sample().clipName.size();
+  const size_t clipAt = 8 + 12, clipBytes = 44 + sample().clipName.size();
   int accepted = 0;
   for (int round = 0; round < 20000; round++) {
     std::string clip = whole.substr(clipAt, clipBytes), filter = whole.substr(clipAt + clipBytes + 12, 16);
