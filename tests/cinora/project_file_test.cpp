@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "tests/platform/scratch_folder.h"
 
 namespace cinora {
@@ -22,6 +24,15 @@ std::string block(const char* kind, const std::string& contents, uint32_t crc) {
   for (uint32_t value : {static_cast<uint32_t>(contents.size()), crc})
     for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift);
   return bytes + contents;
+}
+
+uint32_t crc32(const std::string& bytes) {
+  uint32_t crc = ~0u;
+  for (char byte : bytes) {
+    crc ^= static_cast<uint8_t>(byte);
+    for (int bit = 0; bit < 8; bit++) crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
+  }
+  return ~crc;
 }
 
 TEST(ProjectFileTest, ReadsWhatItWrote) {
@@ -56,7 +67,7 @@ TEST(ProjectFileTest, EveryCutAndEveryFlippedByteIsNoticed) {
   ProjectFile read;
   for (size_t length = 0; length < whole.size(); length++)
     EXPECT_NE(decodeProject(whole.substr(0, length), &read), "") << length;
-  const size_t endKind = whole.size() - 12, filterKind = 8 + 12 + 48 + sample().clipName.size() - 4;
+  const size_t endKind = whole.size() - 12, filterKind = 8 + 12 + 44 + sample().clipName.size();
   for (size_t i = 0; i < whole.size(); i++) {
     std::string damaged = whole;
     damaged[i] ^= 0x40;
@@ -92,6 +103,32 @@ TEST(ProjectFileTest, HostileClipsAndLengthsAreRefused) {
   ProjectFile nameless = sample();
   nameless.filters[0].name.clear();
   EXPECT_NE(decodeProject(encodeProject(nameless), &read), "");
+}
+
+// Damage behind right checksums: what a hostile writer, not a failing disk, would make.
+TEST(ProjectFileTest, AnyContentsAreReadOrRefused) {
+  std::mt19937 random(7);
+  const std::string whole = encodeProject(sample());
+  const size_t clipAt = 8 + 12, clipBytes = 44 + sample().clipName.size();
+  int accepted = 0;
+  for (int round = 0; round < 20000; round++) {
+    std::string clip = whole.substr(clipAt, clipBytes), filter = whole.substr(clipAt + clipBytes + 12, 16);
+    for (std::string* contents : {&clip, &filter}) {
+      for (uint32_t i = random() % 3; i > 0; i--)
+        (*contents)[random() % contents->size()] = static_cast<char>(random());
+      if (random() % 8 == 0) contents->resize(random() % (contents->size() + 1));
+    }
+    std::string bytes = "CINORA\x1A\n";
+    for (auto [kind, contents] : {std::pair{"CLIP", clip}, {"FLTR", filter}, {"END.", std::string()}})
+      bytes += block(kind, contents, crc32(contents));
+    ProjectFile read;
+    if (!decodeProject(bytes, &read).empty()) continue;
+    accepted++;
+    EXPECT_TRUE(validFormat(read.format));
+    EXPECT_TRUE(read.frameCount >= 1 && read.frameCount <= maxFrameCount);
+    EXPECT_LE(read.filters.at(0).name.size() + read.filters[0].data.size(), filter.size());
+  }
+  EXPECT_GT(accepted, 1000);
 }
 
 TEST(ProjectFileTest, FilesAreReplacedAndReasonsGiven) {
