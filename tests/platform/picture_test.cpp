@@ -22,7 +22,7 @@ Pixel pixelAt(const Picture& p, int x, int y) {
   return {at[2], at[1], at[0], at[3]};
 }
 
-void append(std::string& out, uint32_t value, int bytes) {
+void append(std::string& out, uint64_t value, int bytes) {
   for (int i = 0; i < bytes; i++) out += static_cast<char>(value >> (8 * i));
 }
 
