@@ -9,7 +9,7 @@
 #include "cinora/failure.h"
 #include "cinora/frame_renderer.h"
 #include "cinora/project.h"
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace cinora {
 namespace {
@@ -115,7 +115,7 @@ TEST_F(HostTest, EditsAreOpenedByNameAndTold) {
 }
 
 TEST_F(HostTest, SettingsBelongToTheirFilter) {
-  platform::test::ScratchFolder folder;
+  ::test::ScratchFolder folder;
   folder.write("a.ini", "[Lift]\nname=from the file\nlarge=99999999999\n");
   Host& host = start({.settingsFile = folder / "a.ini", .overrides = {{"key", "41"}}});
   HostFilterRecord *editor = host.plugins.editor()->record, *lift = f->getFilterRecord(2);
@@ -134,7 +134,7 @@ TEST_F(HostTest, SettingsBelongToTheirFilter) {
 
 // The editor makes half of (256 frame + what is below); Lift adds its track to the luma.
 TEST_F(HostTest, FiltersProcessInOrderWhenTheyAreOn) {
-  platform::test::ScratchFolder folder;
+  ::test::ScratchFolder folder;
   folder.write("a.ini", "[Lift]\nactive=1\ntrack0=300\n");
   folder.write("a.zlo", "64 48 25 1 9");
   for (bool lifted : {false, true}) {
@@ -210,7 +210,7 @@ TEST_F(HostTest, DialogsAnswerOnlyWhatFits) {
 }
 
 TEST_F(HostTest, TheSelectionIsExported) {
-  platform::test::ScratchFolder folder, out;
+  ::test::ScratchFolder folder, out;
   folder.write("a.zlo", "16 16 25 1 9");
   Host& host = start();
   EXPECT_EQ(f->exportEdit(host.editHandle(), (out / "a.raw").c_str(), 0, ""), 0);
@@ -226,7 +226,7 @@ TEST_F(HostTest, TheSelectionIsExported) {
 }
 
 TEST_F(HostTest, ProjectsSayWhatIsWrongWithThem) {
-  platform::test::ScratchFolder folder;
+  ::test::ScratchFolder folder;
   Host& host = start();
   auto complaint = [&](const std::string& name) -> std::string {
     try {

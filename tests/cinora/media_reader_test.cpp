@@ -11,12 +11,12 @@
 
 #include "cinora/av_handles.h"
 #include "platform/paths.h"
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace cinora {
 namespace {
 
-using platform::test::ScratchFolder;
+using ::test::ScratchFolder;
 using zenlay::FramePixel;
 
 constexpr int blocks = 10, blockSize = 16;  // a block per bit of the frame number, lowest first

@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace cinora {
 namespace {
@@ -132,7 +132,7 @@ TEST(ProjectFileTest, AnyContentsAreReadOrRefused) {
 }
 
 TEST(ProjectFileTest, FilesAreReplacedAndReasonsGiven) {
-  platform::test::ScratchFolder folder;
+  ::test::ScratchFolder folder;
   ProjectFile read;
   EXPECT_EQ(writeProject(folder / "a.cnp", sample()), "");
   EXPECT_EQ(readProject(folder / "a.cnp", &read), "");

@@ -4,13 +4,13 @@
 
 #include <cstdlib>
 
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace cinora {
 namespace {
 
 TEST(SettingsTest, OverridesWinAndNeverReachTheFile) {
-  platform::test::ScratchFolder folder;
+  ::test::ScratchFolder folder;
   folder.write("a.ini", "[Zenlay]\nmax_w=1280\nkeep=7\n[Other]\nmax_w=5\n");
   Settings settings(folder / "a.ini");
   settings.override("zenlay", "MAX_W", "0x780");
@@ -29,7 +29,7 @@ TEST(SettingsTest, OverridesWinAndNeverReachTheFile) {
 }
 
 TEST(SettingsTest, SavingMakesTheFolderOnceSomethingChanged) {
-  platform::test::ScratchFolder folder;
+  ::test::ScratchFolder folder;
   std::string path = folder / "deep/er/a.ini";
   Settings settings(path);
   EXPECT_TRUE(settings.save());

@@ -19,7 +19,7 @@ class CommandLine : public ::testing::Test {
   }
   void film(const char* name, const char* text) { folder.write(name, text); }
 
-  platform::test::ScratchFolder folder;
+  ::test::ScratchFolder folder;
 };
 
 /// Errors without the lines about the modules that are broken on purpose.
@@ -131,7 +131,7 @@ TEST_F(CommandLine, AlphaIsTakenFromTwoBackgrounds) {
 
 TEST_F(CommandLine, SequencesAreNumberedByTheFilm) {
   film("a.zlo", "16 16 25 1 12");
-  platform::test::ScratchFolder out;
+  ::test::ScratchFolder out;
   ASSERT_EQ(run({"render", "a.zlo", "-o", out / "f%03d.png", "--frames", "9-11"}).status, 0);
   EXPECT_EQ(namesIn(out.path()), (std::vector<std::string>{"f009.png", "f010.png", "f011.png"}));
   ASSERT_EQ(run({"render", "a.zlo", "-o", out / "one.bmp", "--frames", "12"}).status, 0);
@@ -225,7 +225,7 @@ TEST_F(CommandLine, FullDisksLeaveNothingUnderTheFinalName) {
 
 TEST_F(CommandLine, InterruptedItCleansUp) {
   film("a.zlo", "1280 720 25 1 100000");
-  platform::test::ScratchFolder out;
+  ::test::ScratchFolder out;
   for (int signal : {SIGINT, SIGTERM}) {
     for (const char* name : {"a.mp4", "a.raw"}) {
       RunOptions options{.signal = signal, .signalAfter = 150, .until = out.path()};

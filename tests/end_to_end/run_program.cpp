@@ -50,7 +50,7 @@ bool holdsHiddenFile(const std::string& folder) {
 }  // namespace
 
 Outcome runProgram(const std::vector<std::string>& words, const RunOptions& options) {
-  platform::test::ScratchFolder outputs;
+  ::test::ScratchFolder outputs;
   pid_t child = fork();
   if (child == 0) becomeProgram(words, options, outputs.path());
   if (options.signal) {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace cinora::test {
 

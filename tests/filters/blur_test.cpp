@@ -166,7 +166,7 @@ TEST(Blur, FrameIsAveragedInsideItself) {
     for (int x = 0; x < width; x++) frame.at(x, y) = {static_cast<int16_t>(x < 6 ? 0 : 3000), -300, 300};
   }
   Blurred blur(1, 1, 2, 1000);  // horizontally only
-  blur.effect.proc = blurObject.proc;
+  blur.effect.flag = blurObject.flag;
   blur.info.host.frame = frame.pixels.data();
   blur.info.host.width = width;
   blur.info.host.height = height;
@@ -211,7 +211,7 @@ TEST(Light, BrightAreasSpreadFurther) {
     FramePicture frame(width, height);
     for (int i = 0; i < width * height; i++) frame.pixels[i] = {static_cast<int16_t>(i % width < 20 ? 0 : 4096), 0, 0};
     Blurred blur(1, 1, 10, 1000, light);
-    blur.effect.proc = blurObject.proc;
+    blur.effect.flag = blurObject.flag;
     blur.info.host.frame = frame.pixels.data();
     blur.info.host.width = width;
     blur.info.host.height = height;

@@ -7,6 +7,7 @@
 
 #include "platform/paths.h"
 #include "tests/support/fake_host.h"
+#include "tests/support/scratch_folder.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/plugin.h"
 #include "zenlay/host/preferences.h"
@@ -19,14 +20,15 @@ namespace {
 using test::fakeHost;
 
 struct Backup : testing::Test {
+  ::test::ScratchFolder scratch;
+
   void SetUp() override {
     test::resetFakeHost();
     mainFilterRecord.functions = &fakeHost.functions;
     ASSERT_EQ(mainFilterRecord.initialise(&mainFilterRecord), 1);
     environment.projectOpen = true;
     environment.clip = fakeHost.clip;
-    environment.backupDirectory = testing::TempDir() + "zenlay_backups/";
-    for (const std::string& name : names()) platform::removeFile(environment.backupDirectory + name);
+    environment.backupDirectory = scratch / "backup/";
     environment.hostFunctions->setFrameCount(nullptr, 300);
   }
   void TearDown() override { mainFilterRecord.exit(&mainFilterRecord); }
@@ -34,7 +36,7 @@ struct Backup : testing::Test {
 };
 
 TEST_F(Backup, RefusesAnEmptyProjectAndForeignFiles) {
-  std::string path = testing::TempDir() + "empty.zenlay_backup";
+  std::string path = scratch / "empty.zenlay_backup";
   EXPECT_NE(writeBackup(path.c_str(), true), nullptr);
   struct Case {
     std::string bytes;

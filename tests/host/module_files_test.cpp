@@ -3,18 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <fstream>
 #include <string>
+
+#include "tests/support/scratch_folder.h"
 
 namespace zenlay {
 namespace {
 
 /// Reads the module files of a module whose ini and colour file hold these texts.
 void readFrom(const std::string& ini, const std::string& colours) {
-  std::string base = testing::TempDir() + "module_files";
-  std::ofstream(base + ".ini") << ini;
-  std::ofstream(base + ".col") << colours;
-  readModuleFiles(base + ".cnf");
+  ::test::ScratchFolder folder;
+  folder.write("module.ini", ini);
+  folder.write("module.col", colours);
+  readModuleFiles(folder / "module.cnf");
 }
 
 std::string table() {

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "tests/media/effect_stage.h"
+#include "tests/support/scratch_folder.h"
 #include "zenlay/media/polygon_figures.h"
 #include "zenlay/render/convert.h"
 
@@ -250,8 +251,8 @@ TEST_F(Figures, AScenesPictureIsAFigure) {
 
 TEST_F(Figures, TheListHoldsBuiltInFiguresThenPictures) {
   namespace fs = std::filesystem;
-  fs::path plugin = fs::path(testing::TempDir()) / "figures_list";
-  fs::remove_all(plugin);
+  ::test::ScratchFolder scratch;
+  fs::path plugin = scratch.path();
   fs::create_directories(plugin / "figure");
   for (const char* name : {"b.png", "a.PNG", "c.jpg"}) std::ofstream(plugin / "figure" / name) << "x";
   buildFigureList((plugin.string() + "/").c_str());

@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "tests/media/effect_stage.h"
+#include "tests/support/scratch_folder.h"
 #include "zenlay/media/bmp_reader.h"
 #include "zenlay/render/convert.h"
 #include "zenlay/render/image_cache.h"
@@ -62,16 +63,14 @@ const Bytes rows16(
     16);
 
 struct ImageLoading : testing::Test {
-  fs::path folder;
+  ::test::ScratchFolder scratch;
+  fs::path folder = scratch.path();
   std::vector<ObjectPixel> image;
   int32_t width = -1, height = -1;
 
   void SetUp() override {
     resetFakeHost(64, 48);
     initialiseImageCache(4);
-    folder = fs::path(testing::TempDir()) / "image_loading";
-    fs::remove_all(folder);
-    fs::create_directories(folder);
     image.assign(static_cast<size_t>(environment.workStride) * environment.workRows, ObjectPixel{-1, -1, -1, -1});
   }
   void TearDown() override {

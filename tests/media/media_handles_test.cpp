@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "tests/media/fake_media.h"
+#include "tests/support/scratch_folder.h"
 #include "zenlay/host/preferences.h"
 
 namespace zenlay::test {
@@ -23,15 +24,13 @@ MediaReference reference(const std::string& path) {
 }
 
 struct MediaHandles : testing::Test {
-  fs::path folder;
+  ::test::ScratchFolder scratch;
+  fs::path folder = scratch.path();
 
   void SetUp() override {
     resetFakeHost(1920, 1080);
     installFakeMedia();
     setHandleLimit(8);
-    folder = fs::path(testing::TempDir()) / "media_handles";
-    fs::remove_all(folder);
-    fs::create_directories(folder);
     for (char c = 'a'; c <= 'j'; c++) fakeMedia.files[std::string(1, c)] = videoInfo(64, 48);
   }
   void TearDown() override { closeAllMedia(); }

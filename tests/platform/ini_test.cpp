@@ -6,12 +6,12 @@
 
 #include "platform/paths.h"
 #include "platform/text.h"
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace platform {
 namespace {
 
-using test::ScratchFolder;
+using ::test::ScratchFolder;
 
 TEST(Ini, ReadsNamesWithoutRegardToCase) {
   IniFile ini = IniFile::parse(

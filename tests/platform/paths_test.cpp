@@ -12,12 +12,12 @@
 #include <fstream>
 
 #include "platform/text.h"
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace platform {
 namespace {
 
-using test::ScratchFolder;
+using ::test::ScratchFolder;
 
 TEST(Paths, PartsSplitAtBothSeparators) {
   struct Row {

@@ -8,12 +8,12 @@
 #include <string>
 
 #include "platform/paths.h"
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace platform {
 namespace {
 
-using test::ScratchFolder;
+using ::test::ScratchFolder;
 using Pixel = std::array<int, 4>;  // red, green, blue, alpha
 
 /// Rows count from the top.
@@ -123,7 +123,8 @@ TEST(Pictures, GreyAndDeepComponentsRound) {
   for (int i = 0; i < 256; i++) {
     grey += char(i);
     greyAlpha += {char(i), char(255 - i)};
-    for (int c : {i * 257, std::min(65535, i * 257 + 128), std::max(0, i * 257 - 128)}) append(deep, c, 2);  // all nearest to i
+    for (int c : {i * 257, std::min(65535, i * 257 + 128), std::max(0, i * 257 - 128)})
+      append(deep, c, 2);  // all nearest to i
   }
   struct Row {
     const char* format;

@@ -111,6 +111,10 @@ int blurFrame(EffectDefinition* effect, EffectProcessInfo* info) {
   return 1;
 }
 
+int blur(EffectDefinition* effect, EffectProcessInfo* info) {
+  return effect->flag & effectFilter ? blurObjectImage(effect, info) : blurFrame(effect, info);
+}
+
 }  // namespace
 
 constinit EffectDefinition blurEffect = defineEffect({
@@ -118,13 +122,13 @@ constinit EffectDefinition blurEffect = defineEffect({
     .name = "Blur",
     .tracks = tracks,
     .checks = checks,
-    .proc = blurObjectImage,
+    .proc = blur,
 });
 
 constinit EffectDefinition blurObject = defineEffect({
     .name = "Blur",
     .tracks = tracks,
-    .proc = blurFrame,
+    .proc = blur,
 });
 
 }  // namespace zenlay

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int serviceNumber = 12337;
 constexpr int64_t minServiceBuffer = 2097152;
-constexpr uint32_t serviceFrameFlags = 0x100;
+constexpr uint32_t serviceFrameFlags = processFlattening;  // onto an empty frame with alpha
 
 platform::SharedMemory* serviceMapping;
 FramePixel* buffers[2];
@@ -48,15 +48,14 @@ int beginRender(int32_t values[6]) {
   return 0;
 }
 
-/// Bottom-up 24-bit rows padded to 4 bytes.
+/// Bottom-up 32-bit rows.
 void convertFrame(const FrameProcessInfo& info) {
-  size_t rowBytes = (static_cast<size_t>(info.width) * 3 + 3) / 4 * 4;
-  uint8_t* out = static_cast<uint8_t*>(environment.workBuffer);
+  Bgra* out = static_cast<Bgra*>(environment.workBuffer);
   overRows(environment.hostFunctions, info.height, [&](int first, int last) {
     for (int y = first; y < last; y++) {
-      const uint8_t* row = reinterpret_cast<const uint8_t*>(info.frame) + static_cast<size_t>(info.lineBytes) * y;
-      frameToBgrRow(reinterpret_cast<Bgr*>(out + rowBytes * (info.height - 1 - y)),
-                    reinterpret_cast<const FramePixel*>(row), info.width);
+      const char* row = reinterpret_cast<const char*>(info.frame) + int64_t{environment.workLineBytes} * y;
+      objectToBgraRow(out + int64_t{info.width} * (info.height - 1 - y), reinterpret_cast<const ObjectPixel*>(row),
+                      info.width);
     }
   });
 }
@@ -78,7 +77,7 @@ void* renderFrame(int32_t frame) {
   info.edit = environment.edit;
   info.pixelBytes = sizeof(FramePixel);
   info.lineBytes = environment.bufferWidth * static_cast<int>(sizeof(FramePixel));
-  memset(info.frame, 0, static_cast<size_t>(info.lineBytes) * info.height);
+  memset(info.frame, 0, static_cast<size_t>(environment.workLineBytes) * info.height);
   renderSceneFrame(&info, layersPerScene, 0, 0, 0);
   convertFrame(info);
   return environment.workBuffer;

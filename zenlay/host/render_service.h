@@ -13,7 +13,7 @@ struct RenderService {
   /// project has no frames or memory is short.
   int (*beginRender)(int32_t values[6]);
   int (*endRender)();
-  /// The frame as 24-bit bottom-up rows padded to 4 bytes, in the work buffer; null outside begin and end.
+  /// The frame as 32-bit bottom-up rows with straight alpha, in the work buffer; null outside begin and end.
   void* (*renderFrame)(int32_t frame);
 };
 

@@ -21,8 +21,10 @@
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/render/draw.h"
+#include "zenlay/render/effect_commands.h"
 #include "zenlay/render/image_cache.h"
 #include "zenlay/render/pipeline.h"
+#include "zenlay/render/work_memory.h"
 
 namespace zenlay {
 namespace {
@@ -140,6 +142,7 @@ int startUp(HostFilterRecord* filter) {
   readModuleFiles(environment.modulePath);
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
+  modelHooks = {.objectDeleted = freeWorkMemoryOf, .sendCommand = sendEffectCommand};
   registerBuiltIns(filter->functions, &effectServices, filter);
   linkHostFilters(system.filterCount);
   publishRenderService();
@@ -152,7 +155,9 @@ int shutDown(HostFilterRecord*) {
   keyboardHook = nullptr;
   closeRenderService();
   exitEffects();
+  modelHooks = {};
   freeRenderBuffers();
+  freeWorkMemory();
   unloadImagePlugins();
   freeFigureList();
   freeImageCache();

@@ -95,6 +95,7 @@ void forget(int object) {
 void deleteRecord(int object) {
   recordUndo(object, undoSnapshot);
   if (objects[object].chainHead < 0 || objects[object].chainHead == object) notifyEffects(object, objectDeleted);
+  if (modelHooks.objectDeleted) modelHooks.objectDeleted(object);
   forget(object);
   releaseObject(object);
 }

@@ -48,6 +48,7 @@ int sectionAt(int object, int frame);
 struct ModelHooks {
   void (*objectReleased)(int object);  // the current object is about to be deleted
   void (*objectChanged)(int object);   // settings window and timeline refresh
+  void (*objectDeleted)(int object);   // its record is about to be freed
   /// Sends messageEffectCommand to the effect of a slot, bound as for rendering (see render/effect_commands.h).
   void (*sendCommand)(int object, int slot, int command, intptr_t value);
 };

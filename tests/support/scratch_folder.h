@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform::test {
+namespace test {
 
 class ScratchFolder {
  public:
@@ -33,4 +33,4 @@ class ScratchFolder {
   std::string path_;
 };
 
-}  // namespace platform::test
+}  // namespace test
