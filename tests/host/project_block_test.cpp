@@ -7,6 +7,7 @@
 #include "platform/window.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/test_effects.h"
+#include "zenlay/effects/evaluation.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/host/project_layout.h"
 #include "zenlay/model/chains.h"
@@ -69,8 +70,10 @@ void poke(std::vector<uint8_t>& data, size_t at, T value) {
   memcpy(data.data() + at, &value, sizeof value);
 }
 
-constexpr size_t layersAt = 256, scenesAt = layersAt + 3 * 76, effectsAt = scenesAt + 2 * 220;
-constexpr size_t objectsAt = effectsAt + testEffectCount * 112;
+constexpr size_t layersAt = 256, scenesAt = layersAt + 3 * 76, scriptsAt = scenesAt + 2 * 220;
+/// The names of movement scripts stay registered from test to test.
+size_t effectsAt() { return scriptsAt + static_cast<size_t>(movementScriptCount()) * 128; }
+size_t objectsAt() { return effectsAt() + testEffectCount * 112; }
 
 TEST_F(ProjectBlock, NothingToSaveWithoutObjects) {
   int32_t size = 5;
@@ -83,7 +86,7 @@ TEST_F(ProjectBlock, ComesBackBitForBit) {
   nearDistancePercentage = 8;
   timelineView.topLayer = 6;
   std::vector<uint8_t> first = saved();
-  EXPECT_EQ(first.size(), objectsAt + 4 * 1480 + 288 + 6 + 24) << "video + blend, host filter, graphic + blend";
+  EXPECT_EQ(first.size(), objectsAt() + 4 * 1480 + 288 + 6 + 24) << "video + blend, host filter, graphic + blend";
   EXPECT_EQ(memcmp(first.data(), "80ZL", 4), 0);
   EXPECT_EQ(first[0x64], 3) << "current scene";
   EXPECT_EQ(first[0x68], 2) << "scenes with objects";
@@ -144,7 +147,7 @@ TEST_F(ProjectBlock, EffectsAreMappedByNameAndKind) {
 TEST_F(ProjectBlock, AnEffectThatGainedATrackKeepsTheOldOnes) {
   build();
   std::vector<uint8_t> data = saved();
-  poke<int32_t>(data, effectsAt + testVideo * 112 + 4, 1);
+  poke<int32_t>(data, effectsAt() + testVideo * 112 + 4, 1);
   EXPECT_EQ(load(data), 1);
   switchScene(0, nullptr, nullptr);
   const ObjectRecord& video = objects[objectAt(0, 4)];
@@ -185,8 +188,8 @@ TEST_F(ProjectBlock, TruncatedBlocksGiveWhatIsWhole) {
   const std::vector<uint8_t> good = saved();
   for (size_t size = 0; size < good.size(); size += 61) {
     std::vector<uint8_t> cut(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size));
-    EXPECT_EQ(load(cut), size >= objectsAt);
-    if (size >= objectsAt) {
+    EXPECT_EQ(load(cut), size >= objectsAt());
+    if (size >= objectsAt()) {
       EXPECT_LT(objectCount, 4);
     }
   }
@@ -195,7 +198,7 @@ TEST_F(ProjectBlock, TruncatedBlocksGiveWhatIsWhole) {
 TEST_F(ProjectBlock, DamagedObjectsAreLeftOut) {
   build();
   const std::vector<uint8_t> good = saved();
-  const size_t video = objectsAt + 1480 + 24;
+  const size_t video = objectsAt() + 1480 + 24;
   const struct {
     size_t at;
     int32_t value;
