@@ -17,6 +17,7 @@
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/render/draw.h"
 
 namespace zenlay::test {
 namespace {
@@ -83,7 +84,7 @@ TEST_F(ProjectBlock, NothingToSaveWithoutObjects) {
 TEST_F(ProjectBlock, ComesBackBitForBit) {
   build();
   preferences.grid.grid_tempo = 1234567;
-  nearDistancePercentage = 8;
+  nearPercent = 8;
   timelineView.topLayer = 6;
   std::vector<uint8_t> first = saved();
   EXPECT_EQ(first.size(), objectsAt() + 4 * 1480 + 288 + 6 + 24) << "video + blend, host filter, graphic + blend";
@@ -95,7 +96,7 @@ TEST_F(ProjectBlock, ComesBackBitForBit) {
   EXPECT_EQ(first[0x18], 0) << "the current scene's objects are stored first";
 
   preferences.grid = {};
-  nearDistancePercentage = 5;
+  nearPercent = 5;
   currentObject = -1;
   timelineView.topLayer = 0;
   EXPECT_EQ(load(first), 1);
@@ -104,7 +105,7 @@ TEST_F(ProjectBlock, ComesBackBitForBit) {
   EXPECT_EQ(currentScene, 3);
   EXPECT_STREQ(sceneName(3), "Third");
   EXPECT_EQ(preferences.grid.grid_tempo, 1234567);
-  EXPECT_EQ(nearDistancePercentage, 8);
+  EXPECT_EQ(nearPercent, 8);
   EXPECT_EQ(timelineView.topLayer, 6);
   EXPECT_EQ(currentObject, objectAt(10, 2));
   std::vector<uint8_t> second = saved();

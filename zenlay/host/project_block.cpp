@@ -18,10 +18,9 @@
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
+#include "zenlay/render/draw.h"
 
 namespace zenlay {
-
-int32_t nearDistancePercentage = initialNearDistance;
 
 namespace {
 
@@ -323,8 +322,7 @@ int objectAtPosition(const Load& l, int position) {
 
 void restoreView(const Load& l) {
   const ProjectHeader& h = l.header;
-  nearDistancePercentage =
-      h.version >= versionWithNear ? std::max(h.nearDistance, initialNearDistance) : oldNearDistance;
+  nearPercent = h.version >= versionWithNear ? std::max(h.nearDistance, defaultNearPercent) : oldNearDistance;
   if (h.version >= versionWithGrid) preferences.grid = h.grid;
   setZoomLevel(h.zoomLevel);
   timelineView.topLayer = std::clamp(h.topLayer, 0, layersPerScene - 1);

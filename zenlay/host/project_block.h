@@ -7,10 +7,6 @@ namespace zenlay {
 
 inline constexpr int projectVersion = 9200;
 
-/// The camera's near distance as a percentage of the eye distance, kept with the project.
-extern int32_t nearDistancePercentage;
-inline constexpr int32_t initialNearDistance = 5;
-
 /// Callbacks of the main filter record (see HostFilterRecord).
 int saveProject(HostFilterRecord*, EditHandle, void* data, int32_t* size);
 int loadProject(HostFilterRecord*, EditHandle, const void* data, int32_t size);

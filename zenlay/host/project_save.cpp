@@ -12,6 +12,7 @@
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/render/draw.h"
 
 namespace zenlay {
 namespace {
@@ -68,7 +69,7 @@ ProjectHeader headerOf(const Census& c) {
   h.slots = maxSlots;
   h.version = projectVersion;
   h.grid = preferences.grid;
-  h.nearDistance = nearDistancePercentage;
+  h.nearDistance = nearPercent;
   h.currentScene = currentScene;
   h.sceneCount = c.scenes;
   h.layerCount = c.layers;

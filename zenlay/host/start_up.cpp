@@ -70,7 +70,7 @@ void resetState(HostFilterRecord* filter, const HostSystemInfo& system) {
   resetPreferences();
   resetTimelineView();
   clearScenes();
-  nearPercent = 5;
+  nearPercent = defaultNearPercent;
   resetProjection(cameraViewWidth, cameraViewHeight);
   rebuildOrder();
 }

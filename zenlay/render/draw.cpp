@@ -9,7 +9,7 @@
 namespace zenlay {
 
 constinit Projection projection{0, 0, defaultEyeDistance, defaultEyeDistance / 20};
-constinit int32_t nearPercent = 5;
+constinit int32_t nearPercent = defaultNearPercent;
 
 void resetProjection(int frameWidth, int frameHeight) {
   projection.centreX = frameWidth * (subPixel / 2);

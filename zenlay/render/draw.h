@@ -19,6 +19,7 @@ struct Projection {
   int32_t nearDistance;
 };
 extern Projection projection;
+inline constexpr int32_t defaultNearPercent = 5;
 extern int32_t nearPercent;  // near distance in percent of the eye distance, 5 after start-up
 
 void resetProjection(int frameWidth, int frameHeight);
