@@ -1,16 +1,12 @@
 // "De-interlacing": rebuilds the picture from one field.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/shared_extra_data.h"
 
 namespace zenlay {
 
 namespace {
 
 enum DeInterlacingCheck { checkMethod };
-
-struct DeInterlacingData {
-  int32_t type;  // index into methodList
-};
-static_assert(sizeof(DeInterlacingData) == 4);
 
 constexpr char methodList[] =
     "Remove Odd\0"
@@ -20,9 +16,6 @@ constexpr char methodList[] =
 constexpr CheckColumns checks({
     {methodList, checkDropDown},
 });
-constexpr ExdataField fields[] = {
-    {exdataInteger, sizeof(DeInterlacingData::type), "type"},
-};
 
 }  // namespace
 
@@ -30,8 +23,8 @@ constinit EffectDefinition deInterlacingEffect = defineEffect({
     .flag = effectFilter,
     .name = "De-interlacing",
     .checks = checks,
-    .exdata_size = sizeof(DeInterlacingData),
-    .exdata_fields = fields,
+    .exdata_size = sizeof(ListChoice),
+    .exdata_fields = listChoiceFields,
 });
 
 }  // namespace zenlay

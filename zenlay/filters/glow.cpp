@@ -24,7 +24,7 @@ constexpr char shapeList[] =
     "Line-V\0";
 
 constexpr TrackColumns tracks({
-    {"Strength", 400, 0, 4000, 10, 0, 1000},
+    {"Strength", 400, 0, 4000, 10, 0, 2000},
     {"Diffusion", 30, 0, 200, 1, 0, 200},
     {"Threshold", 400, 0, 2000, 10, 0, 2000},
     {"Blur", 1, 0, 50, 1, 0, 50},
