@@ -242,6 +242,43 @@ TEST_F(Registry, ChecksAreConsistent) {
   }
 }
 
+TEST(RegistryCommands, AListStoresItsChoiceAfterOneUndoStep) {
+  static int undone, changed;
+  undone = changed = 0;
+  EffectServiceTable services{};
+  services.recordUndo = [](ObjectRef) { undone++; };
+  services.objectChanged = [](ObjectRef) { changed += undone; };
+  const struct {
+    EffectDefinition& effect;
+    int at;  // byte of the extra data
+  } rows[] = {
+      {standardDrawing, 0},    {advancedDrawing, 0},     {particleOutputDrawing, 0},
+      {luminanceKeyEffect, 0}, {mirrorEffect, 0},        {colorShiftEffect, 0},
+      {colorShiftObject, 0},   {deInterlacingEffect, 0}, {flashEffect, 0},
+      {glowEffect, 4},         {glowObject, 4},
+  };
+  for (auto& row : rows) {
+    SCOPED_TRACE(row.effect.name);
+    const EffectDefinition kept = row.effect;
+    alignas(int32_t) uint8_t data[16] = {}, expected[16] = {};
+    expected[row.at] = 2;
+    row.effect.services = &services;
+    row.effect.exdata = data;
+    undone = changed = 0;
+    auto send = [&](uint32_t message, intptr_t command) {
+      return row.effect.window_proc(nullptr, message, command, 2, nullptr, &row.effect);
+    };
+    EXPECT_EQ(send(messageEffectCommand, commandCheckFile), 0);
+    EXPECT_EQ(send(messageEffectCommand + 1, commandDropDown), 0);
+    EXPECT_EQ(undone, 0);
+    EXPECT_EQ(send(messageEffectCommand, commandDropDown), 1);
+    EXPECT_EQ(memcmp(data, expected, sizeof data), 0);
+    EXPECT_EQ(undone, 1);
+    EXPECT_EQ(changed, 1);
+    row.effect = kept;
+  }
+}
+
 TEST(RegistryFigures, EveryFigureListShowsThePicturesOfTheFolder) {
   const ::test::ScratchFolder plugin;
   std::filesystem::create_directory(plugin / "figure");

@@ -1,6 +1,7 @@
 // "Color shift": moves two of the three primaries apart.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -42,6 +43,7 @@ constinit EffectDefinition colorShiftEffect = defineEffect({
     .name = "Color shift",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
     .exdata_size = sizeof(ListChoice),
     .exdata_fields = listChoiceFields,
 });
@@ -50,6 +52,7 @@ constinit EffectDefinition colorShiftObject = defineEffect({
     .name = "Color shift",
     .tracks = tracks,
     .checks = objectChecks,
+    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
     .exdata_size = sizeof(ListChoice),
     .exdata_fields = listChoiceFields,
 });

@@ -1,6 +1,7 @@
 // "De-interlacing": rebuilds the picture from one field.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -23,6 +24,7 @@ constinit EffectDefinition deInterlacingEffect = defineEffect({
     .flag = effectFilter,
     .name = "De-interlacing",
     .checks = checks,
+    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
     .exdata_size = sizeof(ListChoice),
     .exdata_fields = listChoiceFields,
 });

@@ -1,6 +1,7 @@
 // "Luminance Key": dark or bright parts, or both, become transparent.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -31,6 +32,7 @@ constinit EffectDefinition luminanceKeyEffect = defineEffect({
     .name = "Luminance Key",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
     .exdata_size = sizeof(ListChoice),
     .exdata_fields = listChoiceFields,
 });

@@ -2,6 +2,7 @@
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/placement_tracks.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -33,6 +34,7 @@ constinit EffectDefinition mirrorEffect = defineEffect({
     .name = "Mirror",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
     .exdata_size = sizeof(ListChoice),
     .exdata_fields = listChoiceFields,
 });

@@ -3,6 +3,7 @@
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/placement_tracks.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -64,6 +65,7 @@ constinit EffectDefinition particleOutputDrawing = defineEffect({
     .name = "Particle output",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = storeDropDown<BlendChoice, &BlendChoice::blend>,
     .exdata_size = sizeof(BlendChoice),
     .exdata_fields = blendChoiceFields,
     .coordinate_map = coordinateMap,

@@ -17,10 +17,6 @@ int processStandardDrawing(EffectDefinition* effect, EffectProcessInfo* info) {
   return effect->services->placeObject(effect, info, options);
 }
 
-int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
-  return takeDropDown(effect, message, wparam, lparam, &extraData<BlendChoice>(effect).blend);
-}
-
 constinit TrackColumns tracks({
     positionTrack("X", 1),
     positionTrack("Y", 1),
@@ -40,7 +36,7 @@ constinit EffectDefinition standardDrawing = defineEffect({
     .tracks = tracks,
     .checks = checks,
     .proc = processStandardDrawing,
-    .window_proc = handleMessage,
+    .window_proc = storeDropDown<BlendChoice, &BlendChoice::blend>,
     .exdata_size = sizeof(BlendChoice),
     .exdata_fields = blendChoiceFields,
     .coordinate_map = coordinates,
