@@ -129,7 +129,7 @@ struct EffectServiceTable {
   int (*loadImage)(ObjectPixel*, const char* path, int32_t* width, int32_t* height, const ImageClip*, uint32_t flags);
   const char* (*imageFileFilter)();                                                          // 15
   /// drawText, getSettingsControl, setTrackRange and chooseColour are 0 until their rooms install themselves in
-  /// effects/service_hooks.h.
+  /// effects/service_hooks.h, as media/ does at start-up.
   int (*drawText)(const struct TextRequest*);
   /// Destination geometry: the current frame, or the maximum image with blendDestinationAlpha.
   void (*blendCopy)(void* destination, int x, int y, const void* source, int sx, int sy, int w, int h,

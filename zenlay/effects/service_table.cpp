@@ -4,9 +4,6 @@
 #include "zenlay/effects/object_services.h"
 #include "zenlay/effects/service_hooks.h"
 #include "zenlay/host/environment.h"
-#include "zenlay/media/figures.h"
-#include "zenlay/media/image_loading.h"
-#include "zenlay/media/media_handles.h"
 #include "zenlay/render/blend.h"
 #include "zenlay/render/convert.h"
 #include "zenlay/render/draw.h"
@@ -105,7 +102,15 @@ const int32_t* drawImage3d(const ImageTarget* target, const ImageRegion* region,
   return drawn;
 }
 
-int drawText(const TextRequest* request) { return serviceHooks.drawText ? serviceHooks.drawText(request) : 0; }
+/// Calls what a room has installed; 0 until then.
+template <auto hook>
+struct Installed;
+template <class Result, class... Arguments, Result (*ServiceHooks::*hook)(Arguments...)>
+struct Installed<hook> {
+  static Result call(Arguments... arguments) {
+    return serviceHooks.*hook ? (serviceHooks.*hook)(arguments...) : Result();
+  }
+};
 
 void blendCopyAt(void* destination, int x, int y, const void* source, int sx, int sy, int w, int h, int transparency,
                  uint32_t flags) {
@@ -234,9 +239,9 @@ const EffectServiceTable effectServices = {
     .addHandle3d = addHandle3d,
     .setTransform3d = setTransform3d,
     .drawImage3d = drawImage3d,
-    .loadImage = loadImage,
-    .imageFileFilter = imageFileFilter,
-    .drawText = drawText,
+    .loadImage = Installed<&ServiceHooks::loadImage>::call,
+    .imageFileFilter = Installed<&ServiceHooks::imageFileFilter>::call,
+    .drawText = Installed<&ServiceHooks::drawText>::call,
     .blendCopy = blendCopyAt,
     .fill = fill,
     .getSettingsControl = getSettingsControl,
@@ -264,10 +269,10 @@ const EffectServiceTable effectServices = {
     .placeObject = placeObject,
     .renderScene = renderScenePicture,
     .previousObject = previousObject,
-    .drawFigure = drawFigure,
-    .openMedia = openMedia,
-    .openMediaByPath = openMediaByPath,
-    .releaseMedia = releaseMedia,
+    .drawFigure = Installed<&ServiceHooks::drawFigure>::call,
+    .openMedia = Installed<&ServiceHooks::openMedia>::call,
+    .openMediaByPath = Installed<&ServiceHooks::openMediaByPath>::call,
+    .releaseMedia = Installed<&ServiceHooks::releaseMedia>::call,
 };
 
 }  // namespace zenlay

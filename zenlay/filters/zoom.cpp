@@ -1,6 +1,7 @@
 // "Zoom%": enlarges or shrinks the object, evenly and along its axes.
 #include <algorithm>
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/process_info.h"
 #include "zenlay/filters/placement_tracks.h"
 

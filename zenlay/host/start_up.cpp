@@ -16,6 +16,7 @@
 #include "zenlay/media/figures.h"
 #include "zenlay/media/image_loading.h"
 #include "zenlay/media/media_handles.h"
+#include "zenlay/media/media_services.h"
 #include "zenlay/model/extra_data.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
@@ -144,6 +145,7 @@ int startUp(HostFilterRecord* filter) {
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
   modelHooks = {.objectDeleted = freeWorkMemoryOf, .sendCommand = sendEffectCommand};
+  installMediaServices();
   registerBuiltIns(filter->functions, &effectServices, filter);
   linkHostFilters(system.filterCount);
   publishRenderService();
