@@ -41,6 +41,30 @@ TEST_F(Clipping, PixelArithmetic) {
   }
 }
 
+TEST_F(Clipping, PixelsOnAFrameWithAlpha) {
+  struct Row {
+    ObjectPixel frame, clip;
+    int a;
+    ObjectPixel expected;
+  };
+  for (const Row& row : {// The source alone made the frame: taken back whole, nothing is left of it.
+                         Row{{4000, 10, -10, 2048}, {0, 0, 0, 2048}, 4096, {0, 0, 0, 0}},
+                         // By half (w = 2048): its colour stays, with half of its alpha.
+                         Row{{4000, 10, -10, 2048}, {0, 0, 0, 2048}, 3072, {4000, 10, -10, 1024}},
+                         // Over a half covered frame (1000): 1/2 + 1/2 * 1/2 = 3/4, and back to 1/2 of 1000.
+                         Row{{3000, 0, 0, 3072}, {1000, 20, 0, 2048}, 4096, {1000, 20, 0, 2048}},
+                         // Over an opaque frame as without alpha.
+                         Row{{2548, 0, 0, 4096}, {1000, 0, 0, 2048}, 3072, {1774, 0, 0, 4096}},
+                         // A source that is opaque takes nothing back, whatever the object's alpha.
+                         Row{{2548, 0, 0, 4096}, {1000, 0, 0, 4096}, 5000, {2548, 0, 0, 4096}}}) {
+    ObjectPixel o{3000, 0, 0, static_cast<int16_t>(row.a)}, frame = row.frame;
+    clipPixel(o, row.clip, frame);
+    EXPECT_EQ(std::tuple(frame.y, frame.cb, frame.cr, frame.a),
+              std::tuple(row.expected.y, row.expected.cb, row.expected.cr, row.expected.a))
+        << row.a << " " << row.frame.a;
+  }
+}
+
 TEST_F(Clipping, LimitsTheObjectToTheOneAbove) {
   for (int slots : {4, 0}) {  // also without a cache to keep the clip source in
     initialiseImageCache(slots);
