@@ -78,6 +78,20 @@ TEST_F(Clipping, LimitsTheObjectToTheOneAbove) {
   }
 }
 
+TEST_F(Clipping, TheSourceOutlastsThePicturesOfTheClippedObject) {
+  objects[object].flags = 0;
+  addObject({.layer = 2, .effects = {solid, recorder, placing}});
+  recorderAction = [](EffectDefinition* d, EffectProcessInfo*) {
+    bool found;
+    EXPECT_NE(d->services->effectCache(1, 200, 150, 64, 0, &found), nullptr);  // 240,000 of a slot's 262,144 bytes
+    return 1;
+  };
+  for (int slots : {4, 2, 1, 0}) {
+    initialiseImageCache(slots);
+    for (int frame : {0, 1}) EXPECT_EQ(renderFrame(frame, 1000).bounds(1000), (Bounds{28, 21, 36, 27})) << slots;
+  }
+}
+
 TEST_F(Clipping, FollowsMovingObjectsWithoutLeavingTraces) {
   moveTrack(source, 1, placingX, -200, 200);
   setTrack(object, 0, solidWidth, 64);

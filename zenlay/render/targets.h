@@ -42,7 +42,7 @@ struct RenderLevel {
   int32_t layerTime[layersPerScene];
   PreviousObject previous;
   bool previousWanted;    // an object of the frame shows the previous one again, whose picture has to stay until then
-  WorkImage clipImage;    // only where the image cache has no slots
+  WorkImage clipImage;    // where the image cache has too few slots
   PixelRect clipArea;     // of the clip source, outside of which it counts as transparent
   bool individualsDrawn;  // an effect has drawn the current object in pieces (drawObject)
   ObjectRecord* runningObject;  // whose slot is being called, null outside calls
