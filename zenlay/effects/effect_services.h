@@ -41,6 +41,7 @@ enum BlendFlag : uint32_t {
   blendClipSecondary = 0x10,     // clip to the secondary drawing area
   drawHideBack = 0x100000,       // drawImage3d: an image seen from behind is not drawn
 };
+inline constexpr uint32_t blendModeBits = 31u << 24;
 constexpr uint32_t blendFlags(int mode) { return static_cast<uint32_t>(mode) << 24; }
 constexpr int blendModeOf(uint32_t flags) { return static_cast<int>(flags >> 24 & 31); }
 
