@@ -8,9 +8,11 @@ extern "C" {
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "cinora/picture_decoder.h"
+#include "cinora/picture_turn.h"
 #include "cinora/planes.h"
 #include "platform/paths.h"
 
@@ -61,6 +63,24 @@ Source sourceFor(AVPixelFormat format) {
   if (!alpha && d->log2_chroma_w == 1 && d->log2_chroma_h == 0)
     return {AV_PIX_FMT_YUV422P, Layout::planes8, Chroma::halfWide};
   return {alpha ? AV_PIX_FMT_YUVA444P : AV_PIX_FMT_YUV444P, Layout::planes8, Chroma::full};
+}
+
+/// The 8-bit format of the same planes without narrower chroma.
+Source fullChroma(const Source& source) {
+  return {hasAlphaChannel(source.format) ? AV_PIX_FMT_YUVA444P : AV_PIX_FMT_YUV444P, Layout::planes8, Chroma::full};
+}
+
+/// Makes `frame` one of that format and size, keeping it when it is.
+bool reserveFrame(AvFrame& frame, AVPixelFormat format, int width, int height) {
+  if (frame && frame->format == format) return true;  // a file has one size
+  frame.reset(av_frame_alloc());
+  if (!frame) return false;
+  frame->format = format;
+  frame->width = width;
+  frame->height = height;
+  if (av_frame_get_buffer(frame.get(), 0) >= 0) return true;
+  frame.reset();
+  return false;
 }
 
 bool isFullRange(const AVFrame& frame) {
@@ -123,7 +143,10 @@ void describeSound(const AVFormatContext& container, const AVStream& stream, Med
 struct MediaReader::State {
   MediaInfo info;
   PictureDecoder decoder;
-  AvFrame converted;  // to `source.format`, when that is not the decoder's own
+  int codedWidth = 0, codedHeight = 0;  // as decoded; `info` has them as shown
+  int turns = 0;                        // quarters, clockwise
+  AvFrame converted;                    // to `source.format`, when that is not the decoder's own
+  AvFrame turned;
   AvScaler scaler;
   // The prepared frame.
   const AVFrame* frame = nullptr;
@@ -135,6 +158,7 @@ struct MediaReader::State {
   std::vector<ObjectPixel> objectRows;
 
   bool convert(const AVFrame& decoded);
+  bool turn();
   bool prepare(const AVFrame& decoded);
   PlanesIn planesFrom(int row) const;
   void writePackedRow(int row, uint8_t* out) const;
@@ -143,21 +167,11 @@ struct MediaReader::State {
 
 /// Brings the picture to `source.format` and the file's size. Range and matrix stay as they are.
 bool MediaReader::State::convert(const AVFrame& decoded) {
-  if (!converted || converted->format != source.format) {
-    converted.reset(av_frame_alloc());
-    if (!converted) return false;
-    converted->format = source.format;
-    converted->width = info.width;
-    converted->height = info.height;
-    if (av_frame_get_buffer(converted.get(), 0) < 0) {
-      converted.reset();
-      return false;
-    }
-  }
-  bool sameSize = decoded.width == info.width && decoded.height == info.height;
+  if (!reserveFrame(converted, source.format, codedWidth, codedHeight)) return false;
+  bool sameSize = decoded.width == codedWidth && decoded.height == codedHeight;
   int method = sameSize ? SWS_POINT : SWS_BICUBIC;
   scaler.reset(sws_getCachedContext(scaler.release(), decoded.width, decoded.height,
-                                    static_cast<AVPixelFormat>(decoded.format), info.width, info.height, source.format,
+                                    static_cast<AVPixelFormat>(decoded.format), codedWidth, codedHeight, source.format,
                                     method | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP, nullptr,
                                     nullptr, nullptr));
   if (!scaler) return false;
@@ -167,20 +181,26 @@ bool MediaReader::State::convert(const AVFrame& decoded) {
   sws_setColorspaceDetails(scaler.get(), coefficients, full || fromColour, coefficients, full || fromColour, 0, 1 << 16,
                            1 << 16);
   return sws_scale(scaler.get(), decoded.data, decoded.linesize, 0, decoded.height, converted->data,
-                   converted->linesize) == info.height;
+                   converted->linesize) == codedHeight;
+}
+
+bool MediaReader::State::turn() {
+  if (!reserveFrame(turned, source.format, info.width, info.height)) return false;
+  turnPicture(*turned, *frame, turns);
+  frame = turned.get();
+  return true;
 }
 
 bool MediaReader::State::prepare(const AVFrame& decoded) {
   auto format = static_cast<AVPixelFormat>(decoded.format);
   source = sourceFor(format);
-  bool sameSize = decoded.width == info.width && decoded.height == info.height;
+  if (turns % 2 && !canQuarterTurn(source.format)) source = fullChroma(source);
+  bool sameSize = decoded.width == codedWidth && decoded.height == codedHeight;
   frame = &decoded;
-  if (source.format != format || !sameSize) {
-    if (!convert(decoded)) {
-      frame = nullptr;
-      return false;
-    }
-    frame = converted.get();
+  if (source.format != format || !sameSize) frame = convert(decoded) ? converted.get() : nullptr;
+  if (!frame || (turns != 0 && !turn())) {
+    frame = nullptr;
+    return false;
   }
   space = decoded.colorspace;
   bool alpha = source.layout != Layout::bgra && hasAlphaChannel(source.format);
@@ -228,8 +248,10 @@ bool MediaReader::open(const std::string& path, bool wantAlpha, std::string& err
     const AVCodecTag* const tables[] = {avformat_get_riff_video_tags(), nullptr};
     const AVStream& stream = *container->streams[video];
     info.videoTag = tagOf(*stream.codecpar, tables);
-    info.width = stream.codecpar->width;
-    info.height = stream.codecpar->height;
+    info.width = state->codedWidth = stream.codecpar->width;
+    info.height = state->codedHeight = stream.codecpar->height;
+    state->turns = quarterTurns(stream);
+    if (state->turns % 2) std::swap(info.width, info.height);
     info.hasVideo =
         info.width > 0 && info.height > 0 && reader.select(video) && state->decoder.open(std::move(reader), wantAlpha);
   }

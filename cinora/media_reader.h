@@ -14,7 +14,7 @@ namespace cinora {
 
 struct MediaInfo {
   bool hasVideo = false, hasSound = false;
-  int32_t width = 0, height = 0;  // pixels
+  int32_t width = 0, height = 0;  // pixels, turned as the file asks
   int32_t frameCount = 0;
   int32_t rate = 0, scale = 0;  // frames per second = rate / scale
   bool hasAlpha = false;

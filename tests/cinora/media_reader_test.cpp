@@ -335,6 +335,47 @@ TEST(MediaReaderTest, AlphaComesStraight) {
   EXPECT_EQ(opaque.reader.info().bits, 24);
 }
 
+TEST(MediaReaderTest, PicturesStandUprightHoweverTheCameraWasHeld) {
+  ScratchFolder scratch;
+  // Clockwise from the left top: red, green, blue, white.
+  std::string source =
+      "-f lavfi -i \"color=s=48x32:r=5:d=1,format=gbrp,geq=r='if(lt(X,24),255,0)':"
+      "g='255*eq(lt(X,24),gte(Y,16))':b='255*gte(Y,16)'\" ";
+  const std::array<int, 3> colours[4] = {{0, 0, 255}, {0, 255, 0}, {255, 0, 0}, {255, 255, 255}};
+  const Format stored[] = {
+      {"half.mov", "-c:v libx264 -qp 0 -pix_fmt yuv420p"},
+      {"wide.mov", "-c:v mjpeg -q:v 1 -pix_fmt yuvj422p"},
+      {"deep.mov", "-c:v prores_ks -pix_fmt yuv422p10le"},
+      {"packed.mov", "-c:v png -pix_fmt rgb24"},
+      {"alpha.mov", "-c:v png -pix_fmt rgba"},
+  };
+  for (const Format& format : stored) {
+    ASSERT_TRUE(ffmpeg(source + format.options + " " + (scratch / format.name)));
+    for (int turns = 0; turns < 4; turns++) {
+      SCOPED_TRACE(format.name + std::string(" turned by ") + std::to_string(turns));
+      std::string path = scratch / "turned.mov";
+      // Written this way, the angle goes counter-clockwise.
+      ASSERT_TRUE(ffmpeg("-i " + (scratch / format.name) +
+                         " -c copy -metadata:s:v rotate=" + std::to_string(360 - 90 * turns) + " " + path));
+      Film film;
+      ASSERT_TRUE(film.open(path, true)) << film.error;
+      int width = turns % 2 ? 32 : 48, height = 80 - width;
+      ASSERT_EQ(film.reader.info().width, width);
+      ASSERT_EQ(film.reader.info().height, height);
+      ASSERT_TRUE(film.reader.readVideo(1, film.rows.data(), width));
+      const int places[4][2] = {{5, 3}, {width - 5, 3}, {width - 5, height - 3}, {5, height - 3}};
+      for (int i = 0; i < 4; i++) {
+        auto [x, y] = places[i];
+        std::array<int, 3> expected = colours[(i - turns) & 3];
+        std::array<int, 4> found = film.bgraAt(2, x, y);
+        for (int c = 0; c < 3; c++) EXPECT_NEAR(found[c], expected[c], 6) << "corner " << i << " component " << c;
+        double luma = (0.114 * expected[0] + 0.587 * expected[1] + 0.299 * expected[2]) / 255 * 4096;
+        EXPECT_NEAR(film.rows[size_t(y) * width + x].y, luma, 60) << "corner " << i;
+      }
+    }
+  }
+}
+
 TEST(MediaReaderTest, ColourMatricesAndRanges) {
   ScratchFolder scratch;
   struct Row {

@@ -184,6 +184,28 @@ TEST(Blur, FrameIsAveragedInsideItself) {
   EXPECT_EQ(frame.at(5, 4).cr, 300);
 }
 
+TEST(Blur, FrameWithAlphaIsBlurredAsAnObjectImageOfFixedSize) {
+  constexpr int width = 24, height = 16;
+  ObjectPicture frame = noisy<ObjectPicture>(width, height, 5);
+  Blurred onFrame(1, 1, 7, 300), onObject(width, height, 7, 300, 0, true);
+  for (int y = 0; y < height; y++)
+    for (int x = 0; x < width; x++) onObject.at(x, y) = frame.at(x, y);
+  ASSERT_EQ(onObject.run(), 1);
+  onFrame.effect.flag = blurObject.flag;
+  onFrame.info.host.flags = processFlattening;
+  onFrame.info.host.frame = reinterpret_cast<FramePixel*>(frame.pixels.data());
+  onFrame.info.host.width = width;
+  onFrame.info.host.height = height;
+  onFrame.info.host.lineBytes = frame.lineBytes();
+  ASSERT_EQ(onFrame.run(), 1);
+  for (int y = 0; y < height; y++) {
+    for (int x = 0; x < width; x++) {
+      ObjectPixel found = frame.at(x, y), expected = onObject.at(x, y);
+      EXPECT_EQ(memcmp(&found, &expected, sizeof found), 0) << x << ',' << y;
+    }
+  }
+}
+
 TEST(Light, ConvertsThereAndBack) {
   for (int strength : {0, 1, 30, 60, 100, 999}) {
     ObjectPicture picture(64, 65);

@@ -243,7 +243,7 @@ TEST_F(Figures, AScenesPictureIsAFigure) {
   ASSERT_TRUE(draw());
   EXPECT_EQ(parts(stage.pixel(0, 0)), (std::vector<int>{34, 12, 0, 4096}));
   EXPECT_EQ(parts(stage.pixel(2, 1)), (std::vector<int>{49, 12, 0, 4096}));
-  for (const char* name : {":0", ":50", ":-3", ":x", ":", ":7"}) {
+  for (const char* name : {":0", ":50", ":-3", ":x", ":", ":7", ":4294967298"}) {
     request.name = name;
     EXPECT_FALSE(draw()) << name;
   }

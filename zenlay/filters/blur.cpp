@@ -104,11 +104,12 @@ int blurObjectImage(EffectDefinition* effect, EffectProcessInfo* info) {
 
 int blurFrame(EffectDefinition* effect, EffectProcessInfo* info) {
   const FrameProcessInfo& host = info->host;
+  const bool alpha = host.flags & processFlattening;  // the frame of a scene with an alpha channel
   const Radii radii = limited(readRadii(effect), host.width / 2, host.height / 2);
   if ((radii.x == 0 && radii.y == 0) || host.width > info->bufferLine || host.height > info->bufferHeight) return 1;
   ImageTarget frame{host.frame, host.width, host.height, host.lineBytes};
   const ImageTarget work{info->workImage, 0, 0, info->bufferLine * static_cast<int>(sizeof(ObjectPixel))};
-  blurTwice(effect->host_functions, &frame, work, radii, boxKeep, effect->track[trackLight], false);
+  blurTwice(effect->host_functions, &frame, work, radii, boxKeep, effect->track[trackLight], alpha);
   return 1;
 }
 

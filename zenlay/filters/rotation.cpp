@@ -1,6 +1,7 @@
 // "Rotation": turns the object about its three axes.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/effects/process_info.h"
+#include "zenlay/effects/scales_and_turns.h"
 #include "zenlay/filters/placement_tracks.h"
 
 namespace zenlay {
@@ -9,14 +10,10 @@ namespace {
 
 enum RotationTrack { trackX, trackY, trackZ };
 
-int32_t turn(int32_t hundredths) {
-  return static_cast<int32_t>(int64_t{hundredths % degreesPerTurn} * fullTurn / degreesPerTurn);
-}
-
 int processRotation(EffectDefinition* effect, EffectProcessInfo* info) {
-  info->rx += turn(effect->track[trackX]);
-  info->ry += turn(effect->track[trackY]);
-  info->rz += turn(effect->track[trackZ]);
+  info->rx += turnUnits(effect->track[trackX]);
+  info->ry += turnUnits(effect->track[trackY]);
+  info->rz += turnUnits(effect->track[trackZ]);
   return 1;
 }
 

@@ -1,8 +1,7 @@
 // "Zoom%": enlarges or shrinks the object, evenly and along its axes.
-#include <algorithm>
-
 #include "zenlay/effects/definitions.h"
 #include "zenlay/effects/process_info.h"
+#include "zenlay/effects/scales_and_turns.h"
 #include "zenlay/filters/placement_tracks.h"
 
 namespace zenlay {
@@ -11,19 +10,11 @@ namespace {
 
 enum ZoomTrack { trackZoom, trackX, trackY };
 
-int64_t scaled(int64_t scale, int32_t zoom) { return scale * zoom / fullZoom; }
-
 int processZoom(EffectDefinition* effect, EffectProcessInfo* info) {
-  // zoom and aspect as a horizontal and a vertical scale
-  int64_t sx = info->zoom, sy = info->zoom;
-  if (info->aspect > 0) sx = sx * (zoomOne - info->aspect) / zoomOne;
-  if (info->aspect < 0) sy = sy * (zoomOne + info->aspect) / zoomOne;
-  sx = scaled(scaled(sx, effect->track[trackZoom]), effect->track[trackX]);
-  sy = scaled(scaled(sy, effect->track[trackZoom]), effect->track[trackY]);
-  int64_t zoom = std::min<int64_t>(std::max(sx, sy), INT32_MAX);
-  info->zoom = static_cast<int32_t>(zoom);
-  info->aspect =
-      zoom == 0 ? 0 : static_cast<int32_t>(std::clamp<int64_t>((sy - sx) * zoomOne / zoom, -zoomOne, zoomOne));
+  auto zoomed = [&](int32_t scale, int track) { return scaled(scale, effect->track[track], fullZoom); };
+  Scales s = decodeZoom(info->zoom, info->aspect);
+  encodeZoom({zoomed(zoomed(s.x, trackZoom), trackX), zoomed(zoomed(s.y, trackZoom), trackY)}, &info->zoom,
+             &info->aspect);
   return 1;
 }
 

@@ -178,12 +178,13 @@ int drawBuiltIn(EffectDefinition* effect, EffectProcessInfo* info, const FigureS
   }
 }
 
-int loadScene(EffectDefinition* effect, EffectProcessInfo* info, int scene) {
+int loadScene(EffectDefinition* effect, EffectProcessInfo* info, const char* number) {
+  long scene = strtol(number, nullptr, 10);  // a number too long for it ends at its limit
   if (scene < 1 || scene > lastScene) return 0;
   int32_t width, height, lineBytes;
   bool alpha;
-  const void* picture = effect->services->renderScene(info, scene, info->absoluteFrame, info->subFrame, &width, &height,
-                                                      &lineBytes, &alpha);
+  const void* picture = effect->services->renderScene(info, static_cast<int>(scene), info->absoluteFrame,
+                                                      info->subFrame, &width, &height, &lineBytes, &alpha);
   if (!picture) return 0;
   setSize(info, std::min(width, info->maxWidth), std::min(height, info->maxHeight));
   overRows(effect->host_functions, info->objectHeight, [&](int first, int last) {
@@ -199,7 +200,7 @@ int loadScene(EffectDefinition* effect, EffectProcessInfo* info, int scene) {
 }
 
 int loadFigurePicture(EffectDefinition* effect, EffectProcessInfo* info, const char* name) {
-  if (name[0] == ':') return loadScene(effect, info, atoi(name + 1));
+  if (name[0] == ':') return loadScene(effect, info, name + 1);
   bool chosen = name[0] == '*';
   const char* chosenPath = name + 1;
   if (chosen && strcmp(chosenPath, temporaryBuffer) == 0) return 0;  // the scripts' picture: there is none yet

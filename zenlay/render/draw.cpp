@@ -114,8 +114,9 @@ int drawImageInSpace(const HostFunctionTable* host, const ImageTarget* target, c
   if (region.width <= 0 || region.height <= 0) return 0;
   RasterVertex vertices[4];
   bool upright = isUpright(at, group), back = false;
+  Offset offset{};
   if (upright) {
-    Offset offset = uprightOffset(region, at);
+    offset = uprightOffset(region, at);
     double x = static_cast<double>(offset.x), y = static_cast<double>(offset.y);
     double right = x + double{subPixel} * region.width, bottom = y + double{subPixel} * region.height;
     const double places[4][2] = {{x, y}, {right, y}, {right, bottom}, {x, bottom}};
@@ -132,14 +133,11 @@ int drawImageInSpace(const HostFunctionTable* host, const ImageTarget* target, c
   }
   if ((flags & drawHideBack) && back) return 0;
   if (!target || at.zoom == 0 || at.transparency >= fullAlpha) return 1;
-  if (upright) {
-    Offset offset = uprightOffset(region, at);
-    if (offset.x % subPixel == 0 && offset.y % subPixel == 0) {
-      int64_t x = offset.x / subPixel, y = offset.y / subPixel;
-      if (x <= -region.width || y <= -region.height || x >= target->width || y >= target->height) return 1;
-      blendCopy(host, *target, static_cast<int>(x), static_cast<int>(y), region, at.transparency, flags);
-      return 1;
-    }
+  if (upright && offset.x % subPixel == 0 && offset.y % subPixel == 0) {
+    int64_t x = offset.x / subPixel, y = offset.y / subPixel;
+    if (x <= -region.width || y <= -region.height || x >= target->width || y >= target->height) return 1;
+    blendCopy(host, *target, static_cast<int>(x), static_cast<int>(y), region, at.transparency, flags);
+    return 1;
   }
   for (int i = 0; i < 4; i++) {
     vertices[i].x /= subPixel;

@@ -14,8 +14,7 @@ namespace zenlay {
 
 namespace {
 
-constexpr int wholeAngle = 36000;  // hundredths of a degree in a turn
-constexpr int wholeZoom = 10000;   // Zoom% of 100.00
+constexpr int wholeZoom = 10000;  // Zoom% of 100.00
 constexpr int wholeClearness = 1000;
 constexpr int wholeAspect = 1000;
 constexpr uint32_t drawnOptions = blendModeBits | drawHideBack;
@@ -27,7 +26,6 @@ struct Placed {
 };
 
 int32_t saturated(double v) { return static_cast<int32_t>(std::clamp(v, -2147483648.0, 2147483647.0)); }
-int32_t saturated(int64_t v) { return static_cast<int32_t>(std::clamp<int64_t>(v, INT32_MIN, INT32_MAX)); }
 
 Placed combine(const EffectDefinition* effect, const EffectProcessInfo* info) {
   Placed p{};
@@ -41,7 +39,7 @@ Placed combine(const EffectDefinition* effect, const EffectProcessInfo* info) {
   at.ry = info->ry + slots.ry;
   at.rz = info->rz + slots.rz;
   Scales a = decodeZoom(info->zoom, info->aspect), b = decodeZoom(slots.zoom, slots.aspect);
-  encodeZoom({saturated(int64_t{a.x} * b.x / zoomOne), saturated(int64_t{a.y} * b.y / zoomOne)}, &at.zoom, &at.aspect);
+  encodeZoom({scaled(a.x, b.x, zoomOne), scaled(a.y, b.y, zoomOne)}, &at.zoom, &at.aspect);
   at.transparency = combineTransparency(info->transparency, slots.transparency);
   if (info->state & stateFlat) {
     at.rx = at.ry = at.rz = 0;
@@ -65,22 +63,6 @@ Placed combine(const EffectDefinition* effect, const EffectProcessInfo* info) {
 }
 
 }  // namespace
-
-Scales decodeZoom(int zoom, int aspect) {
-  auto scaled = [zoom](int by) { return static_cast<int32_t>(int64_t{zoom} * by / zoomOne); };
-  if (aspect > 0) return {scaled(zoomOne - aspect), zoom};
-  if (aspect < 0) return {zoom, scaled(zoomOne + aspect)};
-  return {zoom, zoom};
-}
-
-void encodeZoom(Scales s, int32_t* zoom, int32_t* aspect) {
-  *zoom = std::max(s.x, s.y);
-  *aspect = *zoom == 0 || s.x == s.y ? 0 : static_cast<int32_t>((int64_t{s.y} - s.x) * zoomOne / *zoom);
-}
-
-int32_t turnUnits(int32_t hundredths) {
-  return static_cast<int32_t>(int64_t{hundredths % wholeAngle} * fullTurn / wholeAngle);
-}
 
 int32_t combineTransparency(int32_t a, int32_t b) { return fullAlpha - ((fullAlpha - a) * (fullAlpha - b) >> 12); }
 

@@ -2,17 +2,10 @@
 #pragma once
 
 #include "zenlay/effects/effect_services.h"
+#include "zenlay/effects/scales_and_turns.h"
 
 namespace zenlay {
 
-struct Scales {
-  int32_t x, y;  // 16.16
-};
-/// Zoom and aspect as a horizontal and a vertical scale, and back (products in 64 bits, truncated).
-Scales decodeZoom(int zoom, int aspect);
-void encodeZoom(Scales, int32_t* zoom, int32_t* aspect);
-/// (v rem 36000) x 65536 / 36000, truncated; the remainder keeps the sign. Degrees x 100 to turn units.
-int32_t turnUnits(int32_t hundredthsOfDegree);
 /// Transparencies multiply as opacities: 4096 - ((4096 - a) * (4096 - b) >> 12).
 int32_t combineTransparency(int32_t a, int32_t b);
 
