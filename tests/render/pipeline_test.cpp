@@ -220,6 +220,11 @@ TEST_F(Pipeline, MarksTheSelectedObjectsHandles) {
   EXPECT_EQ(previewHandles[0].w, 8);
   EXPECT_EQ(previewHandles[1].x, 22);
   EXPECT_EQ(previewHandles[2].x, 42);
+  setTrack(object, 0, solidWidth, 0);  // nothing to put a box around
+  calls.pop_back();
+  renderFrame(0);
+  ASSERT_EQ(previewHandleCount, 2);
+  EXPECT_EQ(previewHandles[0].x, 22);
   objects[object].slotFlags[1] = slotEnabled;
   layerTable[0].flags = layerLocked;
   renderFrame(0);

@@ -52,16 +52,17 @@ void recordHandle(const PreviewHandle& handle) {
 void addPlacementHandles(const EffectDefinition* effect, const EffectProcessInfo* info, const int32_t corners[8]) {
   auto [left, right] = std::minmax({corners[0], corners[2], corners[4], corners[6]});
   auto [top, bottom] = std::minmax({corners[1], corners[3], corners[5], corners[7]});
-  recordHandle({effect->object_ref,
-                -1,
-                -1,
-                left >> 12,
-                top >> 12,
-                (right - left) >> 12,
-                (bottom - top) >> 12,
-                {},
-                handleObject,
-                0});
+  if (info->objectWidth > 0 && info->objectHeight > 0)
+    recordHandle({effect->object_ref,
+                  -1,
+                  -1,
+                  left >> 12,
+                  top >> 12,
+                  (right - left) >> 12,
+                  (bottom - top) >> 12,
+                  {},
+                  handleObject,
+                  0});
   if (!effect->coordinate_map || !effect->track_modes) return;
   bool moves = false;
   for (int slot : {slotX, slotY, slotZ}) {
