@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "zenlay/effects/pixels.h"
+#include "zenlay/host/host_interface.h"
 
 namespace cinora {
 

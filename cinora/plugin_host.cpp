@@ -24,7 +24,8 @@ std::string userFolder() {
   return home && *home ? std::string(home) + "/.local/share/cinora/" : "";
 }
 
-/// Links keep the installed files up to date and leave room beside them for what the user and the plug-ins add.
+/// Links keep the installed files up to date and leave room beside them for what the user and the plug-ins add. What is
+/// there already stays.
 void linkInstalledFiles(const fs::path& installed, const fs::path& folder) {
   std::error_code error;
   fs::create_directories(folder, error);
@@ -75,7 +76,10 @@ std::string PluginHost::defaultFolder() {
   std::string program(platform::folderOf(platform::programPath()));
   if (!platform::filesMatching(program, modulePattern).empty()) return program;
   std::string folder = userFolder();
-  if (!folder.empty() && !platform::folderExists(folder)) linkInstalledFiles(program + "../lib/cinora", folder);
+  if (!folder.empty() && platform::filesMatching(folder, modulePattern).empty()) {
+    std::error_code error;
+    linkInstalledFiles(fs::canonical(program + "../lib/cinora", error), folder);
+  }
   return folder;
 }
 

@@ -50,8 +50,7 @@ ImageNeed needOfBackup(std::string_view head) {
 }
 
 ImageNeed needOfObjectFile(const std::string& head) {
-  size_t sectionEnd = head.find("\n[");
-  platform::IniFile ini = platform::IniFile::parse(std::string_view(head).substr(0, sectionEnd));
+  platform::IniFile ini = platform::IniFile::parse(head);
   return {ini.getInt("zenlay", "width", 0), ini.getInt("zenlay", "height", 0)};
 }
 
@@ -64,17 +63,19 @@ ImageNeed needOfObjectFile(const std::string& head) {
 
 Filter& editorOf(Host& host) {
   Filter* editor = host.plugins.editor();
-  if (!editor) throw Failure("no editing plug-in was found in " + PluginHost::defaultFolder());
-  return *editor;
+  if (editor) return *editor;
+  std::vector<std::string> messages = host.takeMessages();  // of one that refused to start
+  throw Failure(messages.empty() ? "no editing plug-in was found in " + PluginHost::defaultFolder() : messages.front());
 }
 
-/// Gives the editor a command whose file dialog answers with the path.
-void commandWithFile(Host& host, int command, const std::string& path, std::string DialogAnswers::*dialog) {
+/// Gives the editor a command whose file dialog answers with the path. The command's result.
+intptr_t commandWithFile(Host& host, int command, const std::string& path, std::string DialogAnswers::*dialog) {
   if (path.size() >= fileNameBytes)
     throw Failure(path + ": the path is longer than " + std::to_string(fileNameBytes - 1) + " bytes");
   host.dialogs.*dialog = path;
-  platform::sendMessage(editorOf(host).window, zenlay::messageCommand, command, 0);
+  intptr_t result = platform::sendMessage(editorOf(host).window, zenlay::messageCommand, command, 0);
   host.dialogs = {};
+  return result;
 }
 
 void openHostProject(Host& host, const std::string& path) {
@@ -138,7 +139,7 @@ void saveObjectFile(Host& host, const std::string& path) {
   platform::ReplacementFile file(path);
   if (file.temporaryPath().empty()) throw Failure(path + ": " + strerror(errno));
   host.takeMessages();
-  commandWithFile(host, zenlay::commandSaveObjectFile, fullPath(file.temporaryPath()), &DialogAnswers::save);
+  commandWithFile(host, zenlay::commandSaveObjectFile, file.temporaryPath(), &DialogAnswers::save);
   std::error_code error;
   bool written = std::filesystem::file_size(file.temporaryPath(), error) > 0 && !error;
   if (!written) failWithMessage(host, path, "the object file could not be written");
@@ -180,7 +181,7 @@ void openProject(Host& host, const std::string& path) {
     openHostProject(host, path);
   } else {
     int command = kind == ProjectKind::backup ? zenlay::commandOpenBackup : zenlay::commandOpenObjectFile;
-    commandWithFile(host, command, host.projectFile, &DialogAnswers::load);
+    if (commandWithFile(host, command, path, &DialogAnswers::load) != 1) host.closeEdit();
   }
   if (!host.edit.open) failWithMessage(host, path, "the file cannot be opened");
 }

@@ -125,9 +125,9 @@ std::string decodeProject(std::string_view bytes, ProjectFile* project) {
 }
 
 std::string writeProject(const std::string& path, const ProjectFile& project) {
-  platform::ReplacementFile file(path);
   errno = 0;
-  std::FILE* out = platform::openFile(file.temporaryPath(), "wb");
+  platform::ReplacementFile file(path);
+  std::FILE* out = file.temporaryPath().empty() ? nullptr : platform::openFile(file.temporaryPath(), "wb");
   if (!out) return systemError();
   std::string bytes = encodeProject(project);
   bool written = fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();

@@ -4,11 +4,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <set>
 #include <string>
 
+#include "tests/support/scratch_folder.h"
 #include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
+#include "zenlay/media/figures.h"
 
 namespace zenlay {
 namespace {
@@ -229,7 +232,6 @@ TEST_F(Registry, ChecksAreConsistent) {
       {animationEffect, 0, 0, ""},
       {gradientEffect, 0, 13, "Difference"},
       {particleOutputDrawing, 3, 13, "Difference"},
-
       {standardDrawing, 0, 13, "Difference"},
   };
   for (auto& row : lists) {
@@ -238,6 +240,66 @@ TEST_F(Registry, ChecksAreConsistent) {
     for (int i = 1; i < row.items; i++) item += strlen(item) + 1;
     EXPECT_STREQ(item, row.last);
   }
+}
+
+TEST(RegistryCommands, AListStoresItsChoiceAfterOneUndoStep) {
+  static int undone, changed;
+  undone = changed = 0;
+  EffectServiceTable services{};
+  services.recordUndo = [](ObjectRef) { undone++; };
+  services.objectChanged = [](ObjectRef) { changed += undone; };
+  const struct {
+    EffectDefinition& effect;
+    int at;  // byte of the extra data
+  } rows[] = {
+      {standardDrawing, 0},    {advancedDrawing, 0},     {particleOutputDrawing, 0},
+      {luminanceKeyEffect, 0}, {mirrorEffect, 0},        {colorShiftEffect, 0},
+      {colorShiftObject, 0},   {deInterlacingEffect, 0}, {flashEffect, 0},
+      {glowEffect, 4},         {glowObject, 4},
+  };
+  for (auto& row : rows) {
+    SCOPED_TRACE(row.effect.name);
+    const EffectDefinition kept = row.effect;
+    alignas(int32_t) uint8_t data[16] = {}, expected[16] = {};
+    expected[row.at] = 2;
+    row.effect.services = &services;
+    row.effect.exdata = data;
+    undone = changed = 0;
+    auto send = [&](uint32_t message, intptr_t command) {
+      return row.effect.window_proc(nullptr, message, command, 2, nullptr, &row.effect);
+    };
+    EXPECT_EQ(send(messageEffectCommand, commandCheckFile), 0);
+    EXPECT_EQ(send(messageEffectCommand + 1, commandDropDown), 0);
+    EXPECT_EQ(undone, 0);
+    EXPECT_EQ(send(messageEffectCommand, commandDropDown), 1);
+    EXPECT_EQ(memcmp(data, expected, sizeof data), 0);
+    EXPECT_EQ(undone, 1);
+    EXPECT_EQ(changed, 1);
+    row.effect = kept;
+  }
+}
+
+TEST(RegistryFigures, EveryFigureListShowsThePicturesOfTheFolder) {
+  const ::test::ScratchFolder plugin;
+  std::filesystem::create_directory(plugin / "figure");
+  plugin.write("figure/leaf.png", "only the name counts");
+  buildFigureList((plugin / "").c_str());
+  registerBuiltIns(&hostTable, &serviceTable, &mainRecord);
+  const EffectDefinition* shown[] = {&graphicMedia, &maskEffect, &displacementMapEffect, &subFilterObject};
+  for (const EffectDefinition* effect : shown) {
+    const char* item = effect->check_names[0];
+    ASSERT_EQ(listItems(item), 9) << effect->name;
+    for (int i = 0; i < figureStar; i++) item += strlen(item) + 1;
+    EXPECT_STREQ(item, "Star");
+    item += strlen(item) + 1;
+    EXPECT_STREQ(item, "leaf");
+    EXPECT_STREQ(item + strlen(item) + 1, "(Select from file)");
+  }
+  exitEffects();
+  freeFigureList();
+  registerBuiltIns(&hostTable, &serviceTable, &mainRecord);
+  for (const EffectDefinition* effect : shown) EXPECT_EQ(listItems(effect->check_names[0]), 8) << effect->name;
+  exitEffects();
 }
 
 TEST_F(Registry, ExtraDataFieldsFillTheirBytes) {
@@ -355,6 +417,42 @@ TEST_F(Registry, TwinsShareTheirTables) {
   EXPECT_EQ(twins, 18);
 }
 
+/// What a track shows, in its unit.
+struct Shown {
+  const char* name;
+  double scale, barMin, barMax;
+};
+
+TEST_F(Registry, TheSameUnitLooksTheSameEverywhere) {
+  const Shown byName[] = {
+      {"rAspect", 10, -100, 100}, {"Clearness", 10, 0, 100}, {"In", 100, 0, 10},     {"Out", 100, 0, 10},
+      {"Angle", 10, -360, 360},   {"Left", 1, 0, 1000},      {"Volume", 10, 0, 500},
+  };
+  for (const EffectDefinition* d : registry) {
+    for (int t = 0; t < d->track_count; t++) {
+      SCOPED_TRACE(std::string(d->name) + " / " + d->track_names[t]);
+      const double scale = trackScale(d, t), barMin = d->track_bar_min[t] / scale, barMax = d->track_bar_max[t] / scale;
+      for (const Shown& row : byName) {
+        if (strcmp(d->track_names[t], row.name) != 0) continue;
+        EXPECT_EQ(scale, row.scale);
+        EXPECT_EQ(barMin, row.barMin);
+        EXPECT_EQ(barMax, row.barMax);
+      }
+      if (strcmp(d->track_names[t], "Zoom%") == 0) {
+        EXPECT_EQ(d->track_defaults[t] / scale, 100);
+        EXPECT_EQ(barMax, 800);
+      }
+      // Ten or a thousand turns in either direction, of which the bar shows one.
+      bool turns = d->track_min[t] == -d->track_max[t] && (d->track_max[t] == 360000 || d->track_max[t] == 36000);
+      if (turns) {
+        EXPECT_EQ(d->track_max[t] / scale, 3600);
+        EXPECT_EQ(barMax, 360);
+        EXPECT_EQ(barMin, -360);
+      }
+    }
+  }
+}
+
 struct TrackValue {
   const EffectDefinition& effect;
   int track;
@@ -379,7 +477,13 @@ TEST_F(Registry, TrackValues) {
       {colorCompensationObject, 2, {"Hue", 0, -36000, 36000, 10, -3600, 3600}},
       {blurEffect, 0, {"Range", 5, 0, 1000, 1, 0, 300}},
       {emissionEffect, 1, {"Diffusion", 250, 10, 2000, 1, 10, 500}},
+      {glowObject, 0, {"Strength", 400, 0, 4000, 10, 0, 2000}},
       {shadowEffect, 0, {"X", -40, -1000, 1000, 1, -200, 200, 1}},
+      {shadowEffect, 3, {"Diffusion", 10, 0, 500, 1, 0, 200}},
+      {sharpenEffect, 0, {"Strength", 500, 0, 8000, 10, 0, 2000}},
+      {lensBlurObject, 0, {"Range", 5, 0, 1000, 1, 0, 300}},
+      {synthesisImageFileEffect, 2, {"Zoom%", 1000, 0, 8000, 10, 0, 8000}},
+      {particleOutputDrawing, 13, {"vRotation", 0, -1000, 1000, 100, -1000, 1000}},
       {maskEffect, 1, {"Y", 0, -40000, 40000, 10, -20000, 20000, -1}},
       {radialBlurEffect, 0, {"Range", 200, 0, 750, 10, 0, 750}},
       {radialBlurObject, 0, {"Range", 200, 0, 1000, 10, 0, 1000}},

@@ -250,6 +250,49 @@ TEST_F(Film, DamagedFilesEndInOneLineOrWhatCouldBeRead) {
   }
 }
 
+TEST_F(Film, FilesThatAreNoFilmsFail) {
+  folder.write("good.zlo", header() + object(0, redSquare));
+  ASSERT_EQ(run({"convert", "good.zlo", "good.zenlay_backup"}).status, 0);
+  std::string backup = contentsOf(folder / "good.zenlay_backup");
+  folder.write("empty.zlo", "");
+  folder.write("words.zlo", "what is this\n[and this]\n");
+  folder.write("cut.zenlay_backup", backup.substr(0, backup.size() - 1));
+  folder.write("head.zenlay_backup", backup.substr(0, 36));
+  folder.write("block.zenlay_backup", backup.substr(0, 36) + "nope" + backup.substr(40));
+  for (const char* name :
+       {"empty.zlo", "words.zlo", "cut.zenlay_backup", "head.zenlay_backup", "block.zenlay_backup"}) {
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"render", name, "-o", "film.raw"}, {"info", name}, {"convert", name, "out.zlo"}}) {
+      Outcome outcome = run(arguments);
+      EXPECT_EQ(outcome.status, 1) << name;
+      EXPECT_EQ(outcome.output, "") << name;
+      EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome.errors;
+      EXPECT_NE(outcome.errors.find(name), std::string::npos) << outcome.errors;
+    }
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "film.raw"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "out.zlo"));
+}
+
+TEST_F(Film, SettingsBeyondReasonAreRefused) {
+  folder.write("good.zlo", header() + object(0, redSquare));
+  Outcome outcome =
+      run({"render", "good.zlo", "-o", "film.raw", "--set", "max_w=2000000000", "--set", "max_h=2000000000"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_NE(outcome.errors.find("Unable to reserve memory"), std::string::npos) << outcome.errors;
+}
+
+TEST_F(Film, DeepFoldersDoNotLengthenTheNameOfAFile) {
+  std::string deep;
+  for (int i = 0; i < 100; i++) deep += "folder/";
+  std::filesystem::create_directories(folder / deep);
+  folder.write((deep + "good.zlo").c_str(), header(1) + object(0, redSquare, "", 1, 1));
+  std::string inside = folder / deep;
+  EXPECT_EQ(runCinora({"convert", "good.zlo", "good.cnp"}, {.folder = inside}).status, 0);
+  EXPECT_EQ(runCinora({"convert", "good.cnp", "again.zlo"}, {.folder = inside}).status, 0);
+  EXPECT_EQ(runCinora({"render", "again.zlo", "-o", "a.raw"}, {.folder = inside}).status, 0);
+}
+
 TEST_F(Film, EffectsAreListedInRegistryOrder) {
   Outcome outcome = run({"effects", "--json"});
   ASSERT_EQ(outcome.status, 0) << outcome.errors;

@@ -80,8 +80,29 @@ TEST_F(Backup, KeepsTheStatedNumberOfFiles) {
   preferences.auto_save_num = 0;
   pruneBackups();
   EXPECT_TRUE(names().empty());
+  preferences.auto_save_num = -7;
+  std::ofstream(environment.backupDirectory + "2020-01-01_00-00-00.zenlay_backup") << "x";
+  pruneBackups();
+  EXPECT_TRUE(names().empty());
   writeAutomaticBackup(true);
   EXPECT_TRUE(names().empty());
+}
+
+TEST_F(Backup, OnlyOneThatCanBeWrittenCostsAnOlder) {
+  platform::makeFolders(environment.backupDirectory);
+  std::ofstream(environment.backupDirectory + "2020-01-01_00-00-00.zenlay_backup") << "x";
+  preferences.auto_save_num = 1;
+  writeAutomaticBackup(true);  // no objects, nothing to write
+  EXPECT_EQ(names().size(), 1u);
+  EXPECT_TRUE(test::shownMessages().empty());
+}
+
+TEST_F(Backup, TwoOfOneSecondBothGetAName) {
+  ASSERT_GE(createObject(0, 0, effectGraphic, -1), 0);
+  writeAutomaticBackup(true);
+  writeAutomaticBackup(true);
+  EXPECT_EQ(names().size(), 2u);
+  EXPECT_TRUE(test::shownMessages().empty());
 }
 
 }  // namespace

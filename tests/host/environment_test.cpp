@@ -21,12 +21,21 @@ TEST(WorkSize, FollowsSettingsAndHostLimits) {
     Environment e{};
     e.maxWidth = c.hostW;
     e.maxHeight = c.hostH;
-    deriveWorkSize(e, c.maxW, c.maxH);
+    EXPECT_TRUE(deriveWorkSize(e, c.maxW, c.maxH));
     EXPECT_EQ(e.workW, c.expectedW) << c.maxW;
     EXPECT_EQ(e.workH, c.expectedH) << c.maxH;
     EXPECT_EQ(e.workStride, e.workW + 8);
     EXPECT_EQ(e.workLineBytes, e.workStride * 8);
   }
+}
+
+TEST(WorkSize, RefusesWhatDoesNotFit) {
+  Environment e{};
+  e.maxWidth = e.maxHeight = 16;
+  for (int side : {0x7FFFFFFF, 2000000000, 0x10000000})
+    for (bool wide : {false, true}) EXPECT_FALSE(deriveWorkSize(e, wide ? side : 8, wide ? 8 : side)) << side;
+  EXPECT_TRUE(deriveWorkSize(e, 0x0FFFFFF0, 8));
+  EXPECT_EQ(e.workLineBytes, 0x7FFFFFC0);
 }
 
 TEST(WorkSize, WorkBufferIsNeverBelowOneMebibyte) {

@@ -41,6 +41,30 @@ TEST_F(Clipping, PixelArithmetic) {
   }
 }
 
+TEST_F(Clipping, PixelsOnAFrameWithAlpha) {
+  struct Row {
+    ObjectPixel frame, clip;
+    int a;
+    ObjectPixel expected;
+  };
+  for (const Row& row : {// The source alone made the frame: taken back whole, nothing is left of it.
+                         Row{{4000, 10, -10, 2048}, {0, 0, 0, 2048}, 4096, {0, 0, 0, 0}},
+                         // By half (w = 2048): its colour stays, with half of its alpha.
+                         Row{{4000, 10, -10, 2048}, {0, 0, 0, 2048}, 3072, {4000, 10, -10, 1024}},
+                         // Over a half covered frame (1000): 1/2 + 1/2 * 1/2 = 3/4, and back to 1/2 of 1000.
+                         Row{{3000, 0, 0, 3072}, {1000, 20, 0, 2048}, 4096, {1000, 20, 0, 2048}},
+                         // Over an opaque frame as without alpha.
+                         Row{{2548, 0, 0, 4096}, {1000, 0, 0, 2048}, 3072, {1774, 0, 0, 4096}},
+                         // A source that is opaque takes nothing back, whatever the object's alpha.
+                         Row{{2548, 0, 0, 4096}, {1000, 0, 0, 4096}, 5000, {2548, 0, 0, 4096}}}) {
+    ObjectPixel o{3000, 0, 0, static_cast<int16_t>(row.a)}, frame = row.frame;
+    clipPixel(o, row.clip, frame);
+    EXPECT_EQ(std::tuple(frame.y, frame.cb, frame.cr, frame.a),
+              std::tuple(row.expected.y, row.expected.cb, row.expected.cr, row.expected.a))
+        << row.a << " " << row.frame.a;
+  }
+}
+
 TEST_F(Clipping, LimitsTheObjectToTheOneAbove) {
   for (int slots : {4, 0}) {  // also without a cache to keep the clip source in
     initialiseImageCache(slots);
@@ -51,6 +75,21 @@ TEST_F(Clipping, LimitsTheObjectToTheOneAbove) {
     EXPECT_EQ(f.luma(30, 22), 2000);  // 1000 + (3000 - 1000) * 2048 / 4096
     setTrack(object, 0, solidAlpha, 3072);
     EXPECT_EQ(renderFrame(0, 1000).luma(30, 22), 2233);  // 1774 + (1226 * 1536 >> 12)
+  }
+}
+
+TEST_F(Clipping, TheSourceOutlastsThePicturesOfTheClippedObject) {
+  objects[object].flags = 0;
+  object = addObject({.layer = 2, .effects = {solid, recorder, placing}});
+  setTrack(object, 0, solidLuma, 3000);
+  recorderAction = [](EffectDefinition* d, EffectProcessInfo*) {
+    bool found;
+    EXPECT_NE(d->services->effectCache(1, 200, 150, 64, 0, &found), nullptr);  // 240,000 of a slot's 262,144 bytes
+    return 1;
+  };
+  for (int slots : {4, 2, 1, 0}) {
+    initialiseImageCache(slots);
+    for (int frame : {0, 1}) EXPECT_EQ(renderFrame(frame, 1000).luma(30, 22), 3000) << slots;
   }
 }
 

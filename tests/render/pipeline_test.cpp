@@ -3,6 +3,7 @@
 
 #include "platform/system.h"
 #include "tests/render/test_film.h"
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/order.h"
@@ -483,6 +484,24 @@ TEST_F(Pipeline, KeepsThePreviousObject) {
   };
   renderFrame(0);
   EXPECT_EQ(calls.size(), 2u);
+}
+
+TEST_F(Pipeline, ThePreviousObjectIsTheOneDrawn) {
+  // An object that ends before it is drawn has an image of its own.
+  previousObjectMedia.services = &effectServices;
+  previousObjectMedia.host_functions = &fakeHost.functions;
+  previousObjectMedia.flag |= effectBuiltIn;
+  for (int between : {1, 2, 3}) {
+    setUpFilm();
+    effectList[filterObject] = &previousObjectMedia;
+    int first = addObject({.layer = 0});
+    setTrack(first, 0, solidLuma, 1234);
+    for (int layer = 1; layer <= between; layer++) addObject({.layer = layer, .effects = {solid, recorder, placing}});
+    int again = addObject({.layer = 9, .effects = {filterObject, placing}});
+    setTrack(again, 1, placingX, 100);
+    recorderAction = [](EffectDefinition*, EffectProcessInfo*) { return 0; };
+    EXPECT_EQ(renderFrame(0).luma(41, 24), 1234) << between;
+  }
 }
 
 TEST_F(Pipeline, LendsHostFiltersTheObjectsValues) {

@@ -1,4 +1,4 @@
-// Every built-in effect, in registry order. Each is defined in the file named after it in media/, filters/ or render/.
+// Every built-in effect, in registry order. Each is defined in the file named after it in media/ or filters/.
 #pragma once
 
 #include "zenlay/effects/effect_definition.h"

@@ -41,6 +41,7 @@ enum BlendFlag : uint32_t {
   blendClipSecondary = 0x10,     // clip to the secondary drawing area
   drawHideBack = 0x100000,       // drawImage3d: an image seen from behind is not drawn
 };
+inline constexpr uint32_t blendModeBits = 31u << 24;
 constexpr uint32_t blendFlags(int mode) { return static_cast<uint32_t>(mode) << 24; }
 constexpr int blendModeOf(uint32_t flags) { return static_cast<int>(flags >> 24 & 31); }
 
@@ -129,7 +130,7 @@ struct EffectServiceTable {
   int (*loadImage)(ObjectPixel*, const char* path, int32_t* width, int32_t* height, const ImageClip*, uint32_t flags);
   const char* (*imageFileFilter)();                                                          // 15
   /// drawText, getSettingsControl, setTrackRange and chooseColour are 0 until their rooms install themselves in
-  /// effects/service_hooks.h.
+  /// effects/service_hooks.h, as media/ does at start-up.
   int (*drawText)(const struct TextRequest*);
   /// Destination geometry: the current frame, or the maximum image with blendDestinationAlpha.
   void (*blendCopy)(void* destination, int x, int y, const void* source, int sx, int sy, int w, int h,

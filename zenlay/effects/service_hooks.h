@@ -12,6 +12,13 @@ struct ServiceHooks {
   WindowHandle (*getSettingsControl)(ObjectRef, int kind, int index);
   /// Called for the selected object only, with a denominator of at least 1.
   int (*setTrackRange)(ObjectRef, int track, int min, int max, int denominator);
+  // Installed by installMediaServices.
+  decltype(EffectServiceTable::loadImage) loadImage;
+  decltype(EffectServiceTable::imageFileFilter) imageFileFilter;
+  decltype(EffectServiceTable::drawFigure) drawFigure;
+  decltype(EffectServiceTable::openMedia) openMedia;
+  decltype(EffectServiceTable::openMediaByPath) openMediaByPath;
+  decltype(EffectServiceTable::releaseMedia) releaseMedia;
 };
 extern ServiceHooks serviceHooks;
 

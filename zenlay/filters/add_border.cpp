@@ -1,5 +1,6 @@
 // "Add border": an outline around the object's shape.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/shared_extra_data.h"
 
 namespace zenlay {
 
@@ -8,26 +9,14 @@ namespace {
 enum AddBorderTrack { trackSize, trackBlur };
 enum AddBorderCheck { checkColor, checkPattern };
 
-struct AddBorderData {
-  uint8_t color[3];  // red, green, blue
-  uint8_t reserved;
-  char file[256];  // pattern picture
-};
-static_assert(sizeof(AddBorderData) == 260);
-
 constexpr TrackColumns tracks({
-    {"Size", 3, 0, 500, 1, 0, 50},
+    {"Size", 3, 0, 500, 1, 0, 100},
     {"Blur", 10, 0, 100, 1, 0, 100},
 });
 constexpr CheckColumns checks({
     {"Setting the border color", checkButton},
     {"Pattern image file", checkButton},
 });
-constexpr ExdataField fields[] = {
-    {exdataBytes, sizeof(AddBorderData::color), "color"},
-    {exdataReserved, sizeof(AddBorderData::reserved), nullptr},
-    {exdataString, sizeof(AddBorderData::file), "file"},
-};
 
 }  // namespace
 
@@ -36,8 +25,8 @@ constinit EffectDefinition addBorderEffect = defineEffect({
     .name = "Add border",
     .tracks = tracks,
     .checks = checks,
-    .exdata_size = sizeof(AddBorderData),
-    .exdata_fields = fields,
+    .exdata_size = sizeof(PatternChoice),
+    .exdata_fields = patternChoiceFields,
 });
 
 }  // namespace zenlay

@@ -1,8 +1,10 @@
 // "Advanced drawing": places the object's image into the scene, turned about all axes and about a chosen centre.
+#include "zenlay/effects/blend_modes.h"
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/filters/placement_tracks.h"
+#include "zenlay/filters/shared_extra_data.h"
 #include "zenlay/media/effect_messages.h"
-#include "zenlay/render/blend.h"
 
 namespace zenlay {
 
@@ -11,18 +13,10 @@ namespace {
 enum AdvancedDrawingCheck { checkBlend, checkHideBack };
 constexpr uint32_t advancedOptions = 0x195;
 
-struct DrawingData {
-  int32_t blend;  // BlendMode
-};
-
 int processAdvancedDrawing(EffectDefinition* effect, EffectProcessInfo* info) {
-  uint32_t options = advancedOptions | blendFlags(extraData<DrawingData>(effect).blend & 31);
+  uint32_t options = advancedOptions | blendFlags(extraData<BlendChoice>(effect).blend & 31);
   if (effect->check[checkHideBack]) options |= drawHideBack;
   return effect->services->placeObject(effect, info, options);
-}
-
-int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
-  return takeDropDown(effect, message, wparam, lparam, &extraData<DrawingData>(effect).blend);
 }
 
 constinit TrackColumns tracks({
@@ -31,10 +25,10 @@ constinit TrackColumns tracks({
     positionTrack("Z", -2),
     zoomTrack("Zoom%"),
     clearnessTrack(),
-    {"rAspect", 0, -1000, 1000, 10, -1000, 1000},
-    angleTrack("X-Spin", 0),
-    angleTrack("Y-Spin", 0),
-    angleTrack("Z-Spin", 0),
+    aspectTrack(),
+    angleTrack("X-Spin"),
+    angleTrack("Y-Spin"),
+    angleTrack("Z-Spin"),
     centreTrack("Center X"),
     centreTrack("Center Y"),
     centreTrack("Center Z"),
@@ -43,7 +37,6 @@ constinit CheckColumns checks({
     {blendModeList, checkDropDown},
     {"Do not show backside", 0},
 });
-constexpr ExdataField fields[] = {{exdataInteger, sizeof(DrawingData::blend), "blend"}};
 constexpr int32_t coordinates[coordinateSlots] = {0, 1, 2, 6, 7, 8, 9, 10, 11, 3, 5, 4};
 
 }  // namespace
@@ -54,9 +47,9 @@ constinit EffectDefinition advancedDrawing = defineEffect({
     .tracks = tracks,
     .checks = checks,
     .proc = processAdvancedDrawing,
-    .window_proc = handleMessage,
-    .exdata_size = sizeof(DrawingData),
-    .exdata_fields = fields,
+    .window_proc = storeDropDown<BlendChoice, &BlendChoice::blend>,
+    .exdata_size = sizeof(BlendChoice),
+    .exdata_fields = blendChoiceFields,
     .coordinate_map = coordinates,
     .cameraTarget = true,
 });

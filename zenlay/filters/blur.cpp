@@ -8,6 +8,7 @@
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/filters/box_blur.h"
 #include "zenlay/filters/light_domain.h"
+#include "zenlay/filters/placement_tracks.h"
 
 namespace zenlay {
 namespace {
@@ -17,7 +18,7 @@ enum BlurCheck { checkFixedSize };
 
 constexpr TrackColumns tracks({
     {"Range", 5, 0, 1000, 1, 0, 300},  // pixels
-    {"rAspect", 0, -1000, 1000, 10, -1000, 1000},
+    aspectTrack(),
     {"Light Stre", 0, 0, 60, 1, 0, 60},
 });
 constexpr CheckColumns checks({

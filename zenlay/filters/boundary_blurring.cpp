@@ -1,5 +1,6 @@
 // "Boundary blurring": blurs only near the edges of the object image.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/placement_tracks.h"
 
 namespace zenlay {
 
@@ -9,8 +10,8 @@ enum BoundaryBlurringTrack { trackRange, trackAspect };
 enum BoundaryBlurringCheck { checkTransparency };
 
 constexpr TrackColumns tracks({
-    {"Range", 5, 0, 2000, 1, 0, 500},
-    {"rAspect", 0, -1000, 1000, 10, -1000, 1000},
+    {"Range", 5, 0, 2000, 1, 0, 300},
+    aspectTrack(),
 });
 constexpr CheckColumns checks({
     {"Boundary blur of transparency", 0},

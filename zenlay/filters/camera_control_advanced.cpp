@@ -1,5 +1,6 @@
 // "Camera control (advanced drawing)": a camera with a line of sight in place of a target.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/placement_tracks.h"
 
 namespace zenlay {
 
@@ -16,13 +17,13 @@ static_assert(sizeof(CameraAdvancedData) == 4);
 constexpr char originList[] = "Coordinate of origin\0";
 
 constexpr TrackColumns tracks({
-    {"X", 0, -999999, 999999, 10, -20000, 20000, 1},
-    {"Y", 0, -999999, 999999, 10, -20000, 20000, 1},
-    {"Z", -10240, -999999, 999999, 10, -20000, 20000, -2},
-    {"LoS X", 0, -200000, 200000, 10, -20000, 20000, 1},
-    {"LoS Y", 0, -200000, 200000, 10, -20000, 20000, 1},
-    {"LoS Z", 0, -200000, 200000, 10, -20000, 20000, -2},
-    {"Slope", 0, -360000, 360000, 100, -36000, 36000},
+    positionTrack("X", 1),
+    positionTrack("Y", 1),
+    positionTrack("Z", -2, -10240),
+    sightTrack("LoS X", 1),
+    sightTrack("LoS Y", 1),
+    sightTrack("LoS Z", -2),
+    angleTrack("Slope"),
     {"Depth blur", 0, 0, 100, 10, 0, 100},
 });
 constexpr CheckColumns checks({

@@ -1,17 +1,17 @@
 // Camera control options: how the object faces the camera, and whether it throws a shadow.
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
 
 namespace zenlay {
 
 namespace {
 
-constexpr CheckRow checkRows[] = {
+constexpr CheckColumns checks({
     {"Face the camera", 0},
     {"Face the camera (Hx and Vy only)", 0},
     {"Face the camera (Hx only)", 0},
     {"Exclude from shadow", 0},
-};
-constexpr CheckColumns checks(checkRows);
+});
 /// In the order of the checks.
 constexpr uint32_t states[] = {stateFaceCamera, stateFaceCameraBoth, stateFaceCameraHorizontal, stateNoShadow};
 
@@ -23,7 +23,6 @@ int proc(EffectDefinition* effect, EffectProcessInfo* info) {
 
 }  // namespace
 
-extern EffectDefinition cameraControlOptionsEffect;
 constinit EffectDefinition cameraControlOptionsEffect = defineEffect({
     .flag = effectFilter,
     .name = "Camera control options",

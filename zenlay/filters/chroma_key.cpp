@@ -1,5 +1,6 @@
 // "Chroma Key": what is close to a picked colour in hue and chroma becomes transparent.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/shared_extra_data.h"
 
 namespace zenlay {
 
@@ -7,13 +8,6 @@ namespace {
 
 enum ChromaKeyTrack { trackHue, trackChroma, trackEdge };
 enum ChromaKeyCheck { checkChromatic, checkTransmission, checkPickColor };
-
-struct ChromaKeyData {
-  int16_t color_yc[3];  // Y, Cb, Cr
-  uint8_t reserved[2];
-  int32_t status;  // 1 = a colour was picked
-};
-static_assert(sizeof(ChromaKeyData) == 12);
 
 constexpr TrackColumns tracks({
     {"~Hue", 24, 0, 256, 1, 0, 256},
@@ -25,11 +19,6 @@ constexpr CheckColumns checks({
     {"Transmission correction", 0},
     {"Get key color", checkButton},
 });
-constexpr ExdataField fields[] = {
-    {exdataBytes, sizeof(ChromaKeyData::color_yc), "color_yc"},
-    {exdataReserved, sizeof(ChromaKeyData::reserved), nullptr},
-    {exdataInteger, sizeof(ChromaKeyData::status), "status"},
-};
 
 }  // namespace
 
@@ -38,8 +27,8 @@ constinit EffectDefinition chromaKeyEffect = defineEffect({
     .name = "Chroma Key",
     .tracks = tracks,
     .checks = checks,
-    .exdata_size = sizeof(ChromaKeyData),
-    .exdata_fields = fields,
+    .exdata_size = sizeof(KeyColor),
+    .exdata_fields = keyColorFields,
 });
 
 }  // namespace zenlay

@@ -1,4 +1,5 @@
 // "Clearness": makes the object transparent.
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/process_info.h"
 #include "zenlay/filters/placement_tracks.h"
 

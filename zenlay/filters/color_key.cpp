@@ -1,5 +1,6 @@
 // "Color Key": what is close to a picked colour becomes transparent.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/shared_extra_data.h"
 
 namespace zenlay {
 
@@ -7,13 +8,6 @@ namespace {
 
 enum ColorKeyTrack { trackLuminance, trackDifference, trackEdge };
 enum ColorKeyCheck { checkPickColor };
-
-struct ColorKeyData {
-  int16_t color_yc[3];  // Y, Cb, Cr
-  uint8_t reserved[2];
-  int32_t status;  // 1 = a colour was picked
-};
-static_assert(sizeof(ColorKeyData) == 12);
 
 constexpr TrackColumns tracks({
     {"~Luminance", 0, 0, 4096, 1, 0, 4096},
@@ -23,11 +17,6 @@ constexpr TrackColumns tracks({
 constexpr CheckColumns checks({
     {"Get key color", checkButton},
 });
-constexpr ExdataField fields[] = {
-    {exdataBytes, sizeof(ColorKeyData::color_yc), "color_yc"},
-    {exdataReserved, sizeof(ColorKeyData::reserved), nullptr},
-    {exdataInteger, sizeof(ColorKeyData::status), "status"},
-};
 
 }  // namespace
 
@@ -36,8 +25,8 @@ constinit EffectDefinition colorKeyEffect = defineEffect({
     .name = "Color Key",
     .tracks = tracks,
     .checks = checks,
-    .exdata_size = sizeof(ColorKeyData),
-    .exdata_fields = fields,
+    .exdata_size = sizeof(KeyColor),
+    .exdata_fields = keyColorFields,
 });
 
 }  // namespace zenlay

@@ -1,5 +1,7 @@
 // "Color shift": moves two of the three primaries apart.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -8,11 +10,6 @@ namespace {
 enum ColorShiftTrack { trackGap, trackAngle, trackStrength };
 enum ColorShiftCheck { checkPlanes };
 enum ColorShiftObjectCheck { objectPlanes };
-
-struct ColorShiftData {
-  int32_t type;  // index into the list
-};
-static_assert(sizeof(ColorShiftData) == 4);
 
 constexpr char planeList[] =
     "Red-Green A\0"
@@ -38,9 +35,6 @@ constexpr CheckColumns checks({
 constexpr CheckColumns objectChecks({
     {objectPlaneList, checkDropDown},
 });
-constexpr ExdataField fields[] = {
-    {exdataInteger, sizeof(ColorShiftData::type), "type"},
-};
 
 }  // namespace
 
@@ -49,16 +43,18 @@ constinit EffectDefinition colorShiftEffect = defineEffect({
     .name = "Color shift",
     .tracks = tracks,
     .checks = checks,
-    .exdata_size = sizeof(ColorShiftData),
-    .exdata_fields = fields,
+    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
+    .exdata_size = sizeof(ListChoice),
+    .exdata_fields = listChoiceFields,
 });
 
 constinit EffectDefinition colorShiftObject = defineEffect({
     .name = "Color shift",
     .tracks = tracks,
     .checks = objectChecks,
-    .exdata_size = sizeof(ColorShiftData),
-    .exdata_fields = fields,
+    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
+    .exdata_size = sizeof(ListChoice),
+    .exdata_fields = listChoiceFields,
 });
 
 }  // namespace zenlay

@@ -1,16 +1,13 @@
 // "De-interlacing": rebuilds the picture from one field.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
 namespace {
 
 enum DeInterlacingCheck { checkMethod };
-
-struct DeInterlacingData {
-  int32_t type;  // index into methodList
-};
-static_assert(sizeof(DeInterlacingData) == 4);
 
 constexpr char methodList[] =
     "Remove Odd\0"
@@ -20,9 +17,6 @@ constexpr char methodList[] =
 constexpr CheckColumns checks({
     {methodList, checkDropDown},
 });
-constexpr ExdataField fields[] = {
-    {exdataInteger, sizeof(DeInterlacingData::type), "type"},
-};
 
 }  // namespace
 
@@ -30,8 +24,9 @@ constinit EffectDefinition deInterlacingEffect = defineEffect({
     .flag = effectFilter,
     .name = "De-interlacing",
     .checks = checks,
-    .exdata_size = sizeof(DeInterlacingData),
-    .exdata_fields = fields,
+    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
+    .exdata_size = sizeof(ListChoice),
+    .exdata_fields = listChoiceFields,
 });
 
 }  // namespace zenlay

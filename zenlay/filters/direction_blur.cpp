@@ -10,7 +10,7 @@ enum DirectionBlurCheck { checkFixedSize };
 
 // The angle in tenths of a degree.
 constexpr TrackColumns tracks({
-    {"Range", 20, 0, 500, 1, 0, 200},
+    {"Range", 20, 0, 500, 1, 0, 300},
     {"Angle", 500, -36000, 36000, 10, -3600, 3600},
 });
 constexpr CheckColumns checks({

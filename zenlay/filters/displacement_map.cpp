@@ -1,6 +1,8 @@
 // "Displacement map": a figure displaces the picture's pixels.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/figure_mask.h"
+#include "zenlay/filters/placement_tracks.h"
+#include "zenlay/media/figures.h"
 
 namespace zenlay {
 
@@ -37,16 +39,21 @@ constexpr TrackColumns tracks({
     {"param1", 0, -40000, 40000, 10, -10000, 10000},
     {"X", 0, -40000, 40000, 10, -20000, 20000, 1},
     {"Y", 0, -40000, 40000, 10, -20000, 20000, -1},
-    {"Rotation", 0, -360000, 360000, 100, -36000, 36000},
+    angleTrack("Rotation"),
     {"Size", 200, 0, 4000, 1, 0, 1000},
-    {"rAspect", 0, -1000, 1000, 10, -1000, 1000},
+    aspectTrack(),
     {"Blur", 5, 0, 1000, 1, 0, 300},
 });
-constexpr CheckColumns checks({
+constinit CheckColumns checks({
     {figureList, checkDropDown},
     {transformList, checkDropDown},
     {"Match with original size", 0},
 });
+/// The list holds the figure pictures beside the plug-in.
+int listFigures(EffectDefinition*) {
+  checks.names[checkFigure] = figureDropDown();
+  return 1;
+}
 constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(DisplacementMapData::type), "type"},
     {exdataString, sizeof(DisplacementMapData::name), "name"},
@@ -61,6 +68,7 @@ constinit EffectDefinition displacementMapEffect = defineEffect({
     .name = "Displacement map",
     .tracks = tracks,
     .checks = checks,
+    .init = listFigures,
     .exdata_size = sizeof(DisplacementMapData),
     .exdata_fields = fields,
 });

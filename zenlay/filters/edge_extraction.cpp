@@ -1,5 +1,6 @@
 // "Edge extraction": keeps the edges of luminance or of transparency.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/shared_extra_data.h"
 
 namespace zenlay {
 
@@ -7,12 +8,6 @@ namespace {
 
 enum EdgeExtractionTrack { trackStrength, trackThreshold };
 enum EdgeExtractionCheck { checkLuminance, checkTransparency, checkColor };
-
-struct EdgeExtractionData {
-  uint8_t color[3];  // red, green, blue
-  uint8_t reserved;
-};
-static_assert(sizeof(EdgeExtractionData) == 4);
 
 constexpr TrackColumns tracks({
     {"Strength", 1000, 0, 10000, 10, 0, 2000},
@@ -23,11 +18,6 @@ constexpr CheckColumns checks({
     {"Extract transparency edge", 0},
     {"Color settings", checkButton},
 });
-constexpr ExdataField fields[] = {
-    {exdataBytes, sizeof(EdgeExtractionData::color), "color"},
-    {exdataReserved, sizeof(EdgeExtractionData::reserved), nullptr},
-};
-constexpr EdgeExtractionData defaults = {{255, 255, 255}, 0};
 
 }  // namespace
 
@@ -36,9 +26,9 @@ constinit EffectDefinition edgeExtractionEffect = defineEffect({
     .name = "Edge extraction",
     .tracks = tracks,
     .checks = checks,
-    .exdata_size = sizeof(EdgeExtractionData),
-    .exdata_default = &defaults,
-    .exdata_fields = fields,
+    .exdata_size = sizeof(ColorChoice),
+    .exdata_default = &whiteColor,
+    .exdata_fields = colorChoiceFields,
 });
 
 }  // namespace zenlay

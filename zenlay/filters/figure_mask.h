@@ -2,7 +2,8 @@
 #pragma once
 
 #include "zenlay/effects/effect_definition.h"
-#include "zenlay/effects/lists.h"
+#include "zenlay/effects/figure_list.h"
+#include "zenlay/filters/placement_tracks.h"
 
 namespace zenlay {
 
@@ -27,9 +28,9 @@ enum FigureMaskTrack { maskX, maskY, maskRotation, maskSize, maskAspect, maskBlu
 inline constexpr TrackColumns figureMaskTracks({
     {"X", 0, -40000, 40000, 10, -20000, 20000, 1},
     {"Y", 0, -40000, 40000, 10, -20000, 20000, -1},
-    {"Rotation", 0, -360000, 360000, 100, -36000, 36000},
+    angleTrack("Rotation"),
     {"Size", 100, 0, 4000, 1, 0, 1000},
-    {"rAspect", 0, -1000, 1000, 10, -1000, 1000},
+    aspectTrack(),
     {"Blur", 0, 0, 1000, 1, 0, 300},
 });
 

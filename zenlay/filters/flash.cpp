@@ -1,5 +1,6 @@
 // "Flash": rays of light that leave a point through the object's silhouette.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -44,6 +45,7 @@ constinit EffectDefinition flashEffect = defineEffect({
     .name = "Flash",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = storeDropDown<FlashData, &FlashData::mode>,
     .exdata_size = sizeof(FlashData),
     .exdata_default = &defaults,
     .exdata_fields = fields,

@@ -1,5 +1,6 @@
 // "Glow": the light of bright parts spreads evenly or in streaks.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -24,7 +25,7 @@ constexpr char shapeList[] =
     "Line-V\0";
 
 constexpr TrackColumns tracks({
-    {"Strength", 400, 0, 4000, 10, 0, 1000},
+    {"Strength", 400, 0, 4000, 10, 0, 2000},
     {"Diffusion", 30, 0, 200, 1, 0, 200},
     {"Threshold", 400, 0, 2000, 10, 0, 2000},
     {"Blur", 1, 0, 50, 1, 0, 50},
@@ -52,6 +53,7 @@ constinit EffectDefinition glowEffect = defineEffect({
     .name = "Glow",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = storeDropDown<GlowData, &GlowData::type>,
     .exdata_size = sizeof(GlowData),
     .exdata_default = &defaults,
     .exdata_fields = fields,
@@ -61,6 +63,7 @@ constinit EffectDefinition glowObject = defineEffect({
     .name = "Glow",
     .tracks = tracks,
     .checks = objectChecks,
+    .window_proc = storeDropDown<GlowData, &GlowData::type>,
     .exdata_size = sizeof(GlowData),
     .exdata_default = &defaults,
     .exdata_fields = fields,

@@ -1,6 +1,6 @@
 // "Gradient": blends two colours over the object.
+#include "zenlay/effects/blend_modes.h"
 #include "zenlay/effects/definitions.h"
-#include "zenlay/render/blend.h"
 
 namespace zenlay {
 

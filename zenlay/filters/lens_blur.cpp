@@ -9,7 +9,7 @@ enum LensBlurTrack { trackRange, trackLightStrength };
 enum LensBlurCheck { checkFixedSize };
 
 constexpr TrackColumns tracks({
-    {"Range", 5, 0, 1000, 1, 0, 100},
+    {"Range", 5, 0, 1000, 1, 0, 300},
     {"Light Stre", 32, 0, 60, 1, 0, 60},
 });
 constexpr CheckColumns checks({

@@ -1,5 +1,6 @@
 // "Light": lights the object from in front or behind.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/shared_extra_data.h"
 
 namespace zenlay {
 
@@ -7,12 +8,6 @@ namespace {
 
 enum LightTrack { trackStrength, trackDiffusion, trackRatio };
 enum LightCheck { checkBacklight, checkColor };
-
-struct LightData {
-  uint8_t color[3];  // red, green, blue
-  uint8_t reserved;
-};
-static_assert(sizeof(LightData) == 4);
 
 constexpr TrackColumns tracks({
     {"Strength", 1000, 0, 3000, 10, 0, 2000},
@@ -23,11 +18,6 @@ constexpr CheckColumns checks({
     {"Backlight", 0},
     {"Color settings", checkButton},
 });
-constexpr ExdataField fields[] = {
-    {exdataBytes, sizeof(LightData::color), "color"},
-    {exdataReserved, sizeof(LightData::reserved), nullptr},
-};
-constexpr LightData defaults = {{255, 255, 255}, 0};
 
 }  // namespace
 
@@ -36,9 +26,9 @@ constinit EffectDefinition lightEffect = defineEffect({
     .name = "Light",
     .tracks = tracks,
     .checks = checks,
-    .exdata_size = sizeof(LightData),
-    .exdata_default = &defaults,
-    .exdata_fields = fields,
+    .exdata_size = sizeof(ColorChoice),
+    .exdata_default = &whiteColor,
+    .exdata_fields = colorChoiceFields,
 });
 
 }  // namespace zenlay

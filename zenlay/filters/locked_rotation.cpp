@@ -1,6 +1,7 @@
 // "Locked Rotation": turns the object's image clockwise by whole right angles.
 #include <algorithm>
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
 
 namespace zenlay {

@@ -1,5 +1,7 @@
 // "Luminance Key": dark or bright parts, or both, become transparent.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -7,11 +9,6 @@ namespace {
 
 enum LuminanceKeyTrack { trackReference, trackBlur };
 enum LuminanceKeyCheck { checkKey };
-
-struct LuminanceKeyData {
-  int32_t type;  // index into keyList
-};
-static_assert(sizeof(LuminanceKeyData) == 4);
 
 constexpr char keyList[] =
     "Through Dark\0"
@@ -27,9 +24,6 @@ constexpr TrackColumns tracks({
 constexpr CheckColumns checks({
     {keyList, checkDropDown},
 });
-constexpr ExdataField fields[] = {
-    {exdataInteger, sizeof(LuminanceKeyData::type), "type"},
-};
 
 }  // namespace
 
@@ -38,8 +32,9 @@ constinit EffectDefinition luminanceKeyEffect = defineEffect({
     .name = "Luminance Key",
     .tracks = tracks,
     .checks = checks,
-    .exdata_size = sizeof(LuminanceKeyData),
-    .exdata_fields = fields,
+    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
+    .exdata_size = sizeof(ListChoice),
+    .exdata_fields = listChoiceFields,
 });
 
 }  // namespace zenlay

@@ -1,6 +1,7 @@
 // "Mask": a figure limits what is seen of the object.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/figure_mask.h"
+#include "zenlay/media/figures.h"
 
 namespace zenlay {
 
@@ -8,11 +9,16 @@ namespace {
 
 enum MaskCheck { checkFigure, checkInvert, checkOriginalSize };
 
-constexpr CheckColumns checks({
+constinit CheckColumns checks({
     {figureList, checkDropDown},
     {"Invert mask", 0},
     {"Match with original size", 0},
 });
+/// The list holds the figure pictures beside the plug-in.
+int listFigures(EffectDefinition*) {
+  checks.names[checkFigure] = figureDropDown();
+  return 1;
+}
 
 }  // namespace
 
@@ -21,6 +27,7 @@ constinit EffectDefinition maskEffect = defineEffect({
     .name = "Mask",
     .tracks = figureMaskTracks,
     .checks = checks,
+    .init = listFigures,
     .exdata_size = sizeof(FigureMask),
     .exdata_fields = figureMaskFields,
 });

@@ -1,5 +1,8 @@
 // "Mirror": adds the object's reflection at one side.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/placement_tracks.h"
+#include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -8,11 +11,6 @@ namespace {
 enum MirrorTrack { trackClearness, trackAttenuate, trackEdge };
 enum MirrorCheck { checkSide, checkCenter };
 
-struct MirrorData {
-  int32_t type;  // index into sideList
-};
-static_assert(sizeof(MirrorData) == 4);
-
 constexpr char sideList[] =
     "Top\0"
     "Bottom\0"
@@ -20,7 +18,7 @@ constexpr char sideList[] =
     "Right\0";
 
 constexpr TrackColumns tracks({
-    {"Clearness", 0, 0, 1000, 10, 0, 1000},
+    clearnessTrack(),
     {"Attenuate", 0, 0, 5000, 10, 0, 5000},
     {"dEdge", 0, -2000, 2000, 1, -500, 500},
 });
@@ -28,9 +26,6 @@ constexpr CheckColumns checks({
     {sideList, checkDropDown},
     {"Change the center position", 0},
 });
-constexpr ExdataField fields[] = {
-    {exdataInteger, sizeof(MirrorData::type), "type"},
-};
 
 }  // namespace
 
@@ -39,8 +34,9 @@ constinit EffectDefinition mirrorEffect = defineEffect({
     .name = "Mirror",
     .tracks = tracks,
     .checks = checks,
-    .exdata_size = sizeof(MirrorData),
-    .exdata_fields = fields,
+    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
+    .exdata_size = sizeof(ListChoice),
+    .exdata_fields = listChoiceFields,
 });
 
 }  // namespace zenlay

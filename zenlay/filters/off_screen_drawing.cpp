@@ -1,4 +1,5 @@
 // Off-screen drawing: places the object now, so that the effects behind it work on the frame-size picture.
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
 
 namespace zenlay {
@@ -13,7 +14,6 @@ int proc(EffectDefinition* effect, EffectProcessInfo* info) {
 
 }  // namespace
 
-extern EffectDefinition offScreenDrawingEffect;
 constinit EffectDefinition offScreenDrawingEffect = defineEffect({
     .flag = effectFilter,
     .name = "Off-screen drawing",

@@ -1,6 +1,9 @@
 // "Particle output": emits copies of the object image that move, turn, grow and fade.
+#include "zenlay/effects/blend_modes.h"
 #include "zenlay/effects/definitions.h"
-#include "zenlay/render/blend.h"
+#include "zenlay/filters/placement_tracks.h"
+#include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/effect_messages.h"
 
 namespace zenlay {
 
@@ -26,17 +29,12 @@ enum ParticleTrack {
 };
 enum ParticleCheck { checkMovementDirection, checkMovementRange, checkRandom3d, checkBlend, checkDisappear };
 
-struct ParticleData {
-  int32_t blend;  // BlendMode
-};
-static_assert(sizeof(ParticleData) == 4);
-
 // Positions and speeds (a second) in tenths of a pixel, rates and survival in tenths, directions in tenths of a degree,
 // rotation in hundredths of a degree, its speed in hundredths of a turn.
 constexpr TrackColumns tracks({
-    {"X", 0, -999999, 999999, 10, -20000, 20000, 1},
-    {"Y", 0, -999999, 999999, 10, -20000, 20000, 1},
-    {"Z", 0, -999999, 999999, 10, -20000, 20000, -2},
+    positionTrack("X", 1),
+    positionTrack("Y", 1),
+    positionTrack("Z", -2),
     {"fOutput", 200, 0, 5000, 10, 0, 1000},
     {"vOutput", 4000, 0, 200000, 10, 0, 20000},
     {"dv/dt", 0, -200000, 200000, 10, -20000, 20000},
@@ -46,7 +44,7 @@ constexpr TrackColumns tracks({
     {"vTransmit", 0, -2000, 2000, 10, -1000, 1000},
     {"Zoom%", 10000, 0, 80000, 100, 0, 80000},
     {"vSpread", 0, -80000, 80000, 100, -40000, 40000},
-    {"<Rotate", 0, -360000, 360000, 100, -36000, 36000},
+    angleTrack("<Rotate"),
     {"vRotation", 0, -1000, 1000, 100, -1000, 1000},
     {"Gravity", 0, -20000, 20000, 10, -20000, 20000},
     {"tSurvival", 0, 0, 6000, 10, 0, 1000},
@@ -58,9 +56,6 @@ constexpr CheckColumns checks({
     {blendModeList, checkDropDown},
     {"Adjusted to fully disappear at end point", 1},
 });
-constexpr ExdataField fields[] = {
-    {exdataInteger, sizeof(ParticleData::blend), "blend"},
-};
 constexpr int32_t coordinateMap[coordinateSlots] = {0, 1, 2, -1, -1, -1, -1, -1, -1, -1, -1, -1};
 
 }  // namespace
@@ -70,8 +65,9 @@ constinit EffectDefinition particleOutputDrawing = defineEffect({
     .name = "Particle output",
     .tracks = tracks,
     .checks = checks,
-    .exdata_size = sizeof(ParticleData),
-    .exdata_fields = fields,
+    .window_proc = storeDropDown<BlendChoice, &BlendChoice::blend>,
+    .exdata_size = sizeof(BlendChoice),
+    .exdata_fields = blendChoiceFields,
     .coordinate_map = coordinateMap,
 });
 

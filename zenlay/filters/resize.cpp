@@ -1,5 +1,6 @@
 // "Resize": changes the number of pixels of the object image.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/placement_tracks.h"
 
 namespace zenlay {
 
@@ -9,9 +10,9 @@ enum ResizeTrack { trackZoom, trackX, trackY };
 enum ResizeCheck { checkNoInterpolation, checkDots };
 
 constexpr TrackColumns tracks({
-    {"Zoom%", 10000, 0, 500000, 100, 0, 80000},
-    {"X", 10000, 0, 500000, 100, 0, 80000},
-    {"Y", 10000, 0, 500000, 100, 0, 80000},
+    zoomTrack("Zoom%"),
+    zoomTrack("X"),
+    zoomTrack("Y"),
 });
 constexpr CheckColumns checks({
     {"No interpolation", 0},

@@ -1,4 +1,5 @@
 // "Rotation": turns the object about its three axes.
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/process_info.h"
 #include "zenlay/effects/scales_and_turns.h"
 #include "zenlay/filters/placement_tracks.h"

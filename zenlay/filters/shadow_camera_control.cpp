@@ -1,5 +1,6 @@
 // "Shadow (camera control)": the light that casts shadows in front of the camera.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/filters/placement_tracks.h"
 
 namespace zenlay {
 
@@ -8,9 +9,9 @@ namespace {
 enum CameraShadowTrack { trackX, trackY, trackZ, trackThickness, trackAccuracy };
 
 constexpr TrackColumns tracks({
-    {"Light X", 10000, -200000, 200000, 10, -20000, 20000, 1},
-    {"Light Y", -20000, -200000, 200000, 10, -20000, 20000, 1},
-    {"Light Z", -20000, -200000, 200000, 10, -20000, 20000, -2},
+    sightTrack("Light X", 1, 10000),
+    sightTrack("Light Y", 1, -20000),
+    sightTrack("Light Z", -2, -20000),
     {"Thickness", 400, 0, 1000, 10, 0, 1000},
     {"Accuracy", 50, 20, 100, 1, 20, 100},
 });

@@ -8,7 +8,7 @@ namespace {
 enum SharpenTrack { trackStrength, trackRange };
 
 constexpr TrackColumns tracks({
-    {"Strength", 500, 0, 8000, 10, 0, 1000},
+    {"Strength", 500, 0, 8000, 10, 0, 2000},
     {"Range", 5, 0, 100, 1, 0, 100},
 });
 

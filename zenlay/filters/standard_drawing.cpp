@@ -1,8 +1,10 @@
 // "Standard drawing": places the object's image into the scene, turned about the view axis only.
+#include "zenlay/effects/blend_modes.h"
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/filters/placement_tracks.h"
+#include "zenlay/filters/shared_extra_data.h"
 #include "zenlay/media/effect_messages.h"
-#include "zenlay/render/blend.h"
 
 namespace zenlay {
 
@@ -10,17 +12,9 @@ namespace {
 
 constexpr uint32_t standardOptions = 0x111;
 
-struct DrawingData {
-  int32_t blend;  // BlendMode
-};
-
 int processStandardDrawing(EffectDefinition* effect, EffectProcessInfo* info) {
-  uint32_t options = standardOptions | blendFlags(extraData<DrawingData>(effect).blend & 31);
+  uint32_t options = standardOptions | blendFlags(extraData<BlendChoice>(effect).blend & 31);
   return effect->services->placeObject(effect, info, options);
-}
-
-int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
-  return takeDropDown(effect, message, wparam, lparam, &extraData<DrawingData>(effect).blend);
 }
 
 constinit TrackColumns tracks({
@@ -29,10 +23,9 @@ constinit TrackColumns tracks({
     positionTrack("Z", -2),
     zoomTrack("Zoom%"),
     clearnessTrack(),
-    angleTrack("Rotation", 0),
+    angleTrack("Rotation"),
 });
 constinit CheckColumns checks({{blendModeList, checkDropDown}});
-constexpr ExdataField fields[] = {{exdataInteger, sizeof(DrawingData::blend), "blend"}};
 constexpr int32_t coordinates[coordinateSlots] = {0, 1, 2, -1, -1, 5, -1, -1, -1, 3, -1, 4};
 
 }  // namespace
@@ -43,9 +36,9 @@ constinit EffectDefinition standardDrawing = defineEffect({
     .tracks = tracks,
     .checks = checks,
     .proc = processStandardDrawing,
-    .window_proc = handleMessage,
-    .exdata_size = sizeof(DrawingData),
-    .exdata_fields = fields,
+    .window_proc = storeDropDown<BlendChoice, &BlendChoice::blend>,
+    .exdata_size = sizeof(BlendChoice),
+    .exdata_fields = blendChoiceFields,
     .coordinate_map = coordinates,
 });
 

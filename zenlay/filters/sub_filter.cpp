@@ -1,6 +1,7 @@
 // "Sub-filter": lets the effects behind it act on a figure's area of the frame.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/figure_mask.h"
+#include "zenlay/media/figures.h"
 
 namespace zenlay {
 
@@ -8,10 +9,15 @@ namespace {
 
 enum SubFilterCheck { checkFigure, checkInvert };
 
-constexpr CheckColumns checks({
+constinit CheckColumns checks({
     {figureList, checkDropDown},
     {"Invert mask", 0},
 });
+/// The list holds the figure pictures beside the plug-in.
+int listFigures(EffectDefinition*) {
+  checks.names[checkFigure] = figureDropDown();
+  return 1;
+}
 
 }  // namespace
 
@@ -20,6 +26,7 @@ constinit EffectDefinition subFilterObject = defineEffect({
     .name = "Sub-filter",
     .tracks = figureMaskTracks,
     .checks = checks,
+    .init = listFigures,
     .exdata_size = sizeof(FigureMask),
     .exdata_fields = figureMaskFields,
 });

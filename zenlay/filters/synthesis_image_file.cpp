@@ -1,10 +1,11 @@
 // "Synthesis image file": puts a still picture into the object's image.
 #include <algorithm>
 
+#include "zenlay/effects/blend_modes.h"
+#include "zenlay/effects/definitions.h"
 #include "zenlay/filters/synthesis_modes.h"
 #include "zenlay/media/effect_messages.h"
 #include "zenlay/media/image_data.h"
-#include "zenlay/render/blend.h"
 
 namespace zenlay {
 
@@ -68,7 +69,7 @@ int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, Edi
 constinit TrackColumns tracks({
     {"X", 0, -1000, 1000, 1, -1000, 1000, 1},
     {"Y", 0, -1000, 1000, 1, -1000, 1000, -1},
-    {"Zoom%", fullSize, 0, 8000, 10, 0, 2000},
+    {"Zoom%", fullSize, 0, 8000, 10, 0, 8000},
 });
 constinit CheckColumns checks({
     {"Loop image", 0},

@@ -1,6 +1,7 @@
 // "Video files synthesis": puts the frames of a video file into the object's image.
 #include <algorithm>
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/filters/synthesis_modes.h"
 #include "zenlay/media/effect_messages.h"
 #include "zenlay/media/playback_time.h"
@@ -64,7 +65,7 @@ constinit TrackColumns tracks({
     {"vPlay", normalSpeed, -20000, 20000, 10, -8000, 8000},
     {"X", 0, -2000, 2000, 1, -2000, 2000, 1},
     {"Y", 0, -2000, 2000, 1, -2000, 2000, -1},
-    {"Zoom%", fullSize, 0, 8000, 10, 0, 2000},
+    {"Zoom%", fullSize, 0, 8000, 10, 0, 8000},
 });
 constinit CheckColumns checks({
     {"Loop playback", 0},

@@ -1,4 +1,5 @@
 // "Zoom%": enlarges or shrinks the object, evenly and along its axes.
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/process_info.h"
 #include "zenlay/effects/scales_and_turns.h"
 #include "zenlay/filters/placement_tracks.h"

@@ -50,8 +50,9 @@ struct Environment {
 
 extern Environment environment;
 
-/// Derives the working size and buffer sizes from `maxW`, `maxH` (settings, 0 = host's) and the host's limits.
-void deriveWorkSize(Environment&, int maxW, int maxH);
+/// Derives the working size and buffer sizes from `maxW`, `maxH` (settings, 0 = host's) and the host's limits. False,
+/// with nothing changed, when a row or column would not fit 32-bit numbers.
+bool deriveWorkSize(Environment&, int maxW, int maxH);
 
 /// Style bits of message boxes.
 inline constexpr uint32_t boxError = 0x42010;    // error icon, task-modal, topmost

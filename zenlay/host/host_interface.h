@@ -65,7 +65,8 @@ struct QueryRequest {
   const char* answer;  // owned by the plug-in, valid until the next query
 };
 
-/// Commands (messageCommand) with which a host drives the plug-in; the file comes from the host's file dialogs.
+/// Commands (messageCommand) with which a host drives the plug-in; the file comes from the host's file dialogs. Those
+/// that open answer 1 when the file was opened.
 enum PluginCommand : int32_t {
   commandOpenObjectFile = 1037,  // import; with no project open: new project from the object file
   commandSaveObjectFile = 1038,

@@ -17,7 +17,6 @@ namespace {
 
 constexpr uint32_t mainFlags = 0x40062004;
 constexpr uint32_t audioFlags = 0x00340004;
-constexpr uint32_t hostRefuses = 0x2;  // bit of HostSystemInfo::flags
 
 void limitToRgbRange(const FrameProcessInfo& info) {
   overRows(environment.hostFunctions, info.height, [&](int first, int last) {

@@ -5,6 +5,8 @@
 
 namespace zenlay {
 
+inline constexpr uint32_t hostRefuses = 0x2;  // bit of HostSystemInfo::flags: both records refuse to start
+
 extern HostFilterRecord mainFilterRecord;
 extern HostFilterRecord audioFilterRecord;
 

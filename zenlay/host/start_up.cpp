@@ -1,5 +1,6 @@
 // Start-up and shut-down of the module. The order of the steps is part of the contract with the host and with other
 // plug-ins; each failure returns at once and leaves what was set up before.
+#include <algorithm>
 #include <cstring>
 
 #include "platform/paths.h"
@@ -15,6 +16,7 @@
 #include "zenlay/media/figures.h"
 #include "zenlay/media/image_loading.h"
 #include "zenlay/media/media_handles.h"
+#include "zenlay/media/media_services.h"
 #include "zenlay/model/extra_data.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
@@ -29,12 +31,11 @@
 namespace zenlay {
 namespace {
 
-constexpr uint32_t hostRefuses = 0x2;  // bit of HostSystemInfo::flags
 constexpr int minHostBuild = 9933;
 constexpr int defaultShadowMax = 2048;
+constexpr int maxShadow = 0x10000;
 constexpr int shadowAlignment = 16;
 constexpr int defaultMediaHandles = 8;
-constexpr int defaultImageCache = 4;
 constexpr int cameraViewWidth = 640, cameraViewHeight = 480;
 constexpr int playbackLink = 900;  // code of the command that hands our callback to the playback window
 constexpr char playbackName[] = "Playback window";
@@ -91,10 +92,11 @@ void takePathsAndLimits(const HostSystemInfo& system) {
 /// Reads the sizes and reserves the work buffer; false when it cannot be had.
 bool takeWorkBuffer(HostFilterRecord* filter) {
   const HostFunctionTable* host = filter->functions;
-  deriveWorkSize(environment, host->readIntSetting(filter, "max_w", 0), host->readIntSetting(filter, "max_h", 0));
-  environment.shadowMax = host->readIntSetting(filter, "shadow_max", defaultShadowMax);
-  environment.shadowMaxAligned = (environment.shadowMax + shadowAlignment - 1) / shadowAlignment * shadowAlignment;
   environment.hostFunctions = host;
+  if (!deriveWorkSize(environment, host->readIntSetting(filter, "max_w", 0), host->readIntSetting(filter, "max_h", 0)))
+    return false;
+  environment.shadowMax = std::clamp(host->readIntSetting(filter, "shadow_max", defaultShadowMax), 0, maxShadow);
+  environment.shadowMaxAligned = (environment.shadowMax + shadowAlignment - 1) / shadowAlignment * shadowAlignment;
   environment.workBuffer = platform::reserveMemory(static_cast<size_t>(environment.workBufferBytes));
   return environment.workBuffer != nullptr;
 }
@@ -138,11 +140,12 @@ int startUp(HostFilterRecord* filter) {
   }
   memoryCanvas = platform::createMemoryCanvas(1, 1);
   setHandleLimit(filter->functions->readIntSetting(filter, "avi_handle_max", defaultMediaHandles));
-  initialiseImageCache(filter->functions->readIntSetting(filter, "image_cache_max", defaultImageCache));
+  initialiseImageCache(filter->functions->readIntSetting(filter, "image_cache_max", defaultImageCacheSlots));
   readModuleFiles(environment.modulePath);
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
   modelHooks = {.objectDeleted = freeWorkMemoryOf, .sendCommand = sendEffectCommand};
+  installMediaServices();
   registerBuiltIns(filter->functions, &effectServices, filter);
   linkHostFilters(system.filterCount);
   publishRenderService();

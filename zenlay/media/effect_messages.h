@@ -25,4 +25,10 @@ inline int takeDropDown(EffectDefinition* effect, uint32_t message, intptr_t wpa
   return 1;
 }
 
+/// The window procedure of an effect whose only command is the choice from its list.
+template <class Data, int32_t Data::*field>
+int storeDropDown(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
+  return takeDropDown(effect, message, wparam, lparam, &(extraData<Data>(effect).*field));
+}
+
 }  // namespace zenlay

@@ -15,10 +15,7 @@ namespace zenlay {
 
 namespace {
 
-constexpr const char* builtInNames[builtInFigures] = {"Background", "Circle",  "Square", "Triangle",
-                                                      "Pentagon",   "Hexagon", "Star"};
 constexpr int cornerCounts[builtInFigures] = {0, 0, 0, 3, 5, 6, 10};
-constexpr char selectFromFile[] = "(Select from file)";
 constexpr char figureFolder[] = "figure/";
 constexpr char figureExtension[] = ".png";
 constexpr char temporaryBuffer[] = "tempbuffer";
@@ -243,7 +240,9 @@ int drawNamed(EffectDefinition* effect, EffectProcessInfo* info, const FigureSha
 }  // namespace
 
 void buildFigureList(const char* pluginDirectory) {
-  names.assign(std::begin(builtInNames), std::end(builtInNames));
+  names.clear();
+  const char* item = figureList;
+  for (int i = 0; i < builtInFigures; i++, item += names.back().size() + 1) names.emplace_back(item);
   std::string folder = std::string(pluginDirectory) + figureFolder;
   for (const std::string& file : platform::filesMatching(folder, "*.png")) {
     if (figureCount() == maxFigures) break;
@@ -251,7 +250,7 @@ void buildFigureList(const char* pluginDirectory) {
   }
   dropDown.clear();
   for (const std::string& name : names) dropDown.append(name.c_str(), name.size() + 1);
-  dropDown.append(selectFromFile, sizeof selectFromFile);
+  dropDown.append(item, strlen(item) + 1);
 }
 
 void freeFigureList() {
@@ -268,7 +267,7 @@ const char* figureName(int index) {
   return index >= 0 && index < figureCount() ? names[static_cast<size_t>(index)].c_str() : "";
 }
 
-const char* figureDropDown() { return dropDown.c_str(); }
+const char* figureDropDown() { return dropDown.empty() ? figureList : dropDown.c_str(); }
 
 int drawFigure(EffectDefinition* effect, EffectProcessInfo* info, const FigureRequest* request) {
   FigureShape shape;

@@ -2,19 +2,10 @@
 #pragma once
 
 #include "zenlay/effects/effect_services.h"
+#include "zenlay/effects/figure_list.h"
 
 namespace zenlay {
 
-enum Figure : int {
-  figureBackground,
-  figureCircle,
-  figureSquare,
-  figureTriangle,
-  figurePentagon,
-  figureHexagon,
-  figureStar,
-  builtInFigures
-};
 inline constexpr int maxFigures = 254;
 
 /// Built-in names, then the names (without extension) of figure/*.png beside the plug-in; built once.
@@ -22,8 +13,8 @@ void buildFigureList(const char* pluginDirectory);
 void freeFigureList();
 int figureCount();
 const char* figureName(int index);  // empty beyond the list
-/// The drop-down list: the names and "(Select from file)", NUL-separated and ended by an empty one. Valid until the
-/// list is built anew or freed.
+/// The drop-down list: figureList with the figure pictures before its last item. Valid until the list is built anew or
+/// freed; without a list figureList itself.
 const char* figureDropDown();
 
 /// 1 when something was drawn into the object image.

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
 
 namespace zenlay {

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/media/effect_messages.h"
 #include "zenlay/media/figures.h"
 
@@ -60,7 +61,7 @@ constinit TrackColumns tracks({
     {"Line width", 4000, 0, 4000, 1, 0, 4000},
 });
 constinit CheckColumns checks({
-    {"Background\0Circle\0Square\0Triangle\0Pentagon\0Hexagon\0Star\0(Select from file)\0", checkDropDown},
+    {figureList, checkDropDown},
     {"Color settings", checkButton},
 });
 /// The list holds the figure pictures beside the plug-in.

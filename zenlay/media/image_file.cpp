@@ -1,6 +1,7 @@
 // "Image file": shows a still picture; of one larger than the largest image, the part nearest to the object's position.
 #include <algorithm>
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/media/image_data.h"
 
 namespace zenlay {

@@ -1,6 +1,7 @@
 // "Previous object": shows again what was drawn last, with its placement.
 #include <cstring>
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/effect_services.h"
 
 namespace zenlay {

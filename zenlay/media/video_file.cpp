@@ -1,6 +1,7 @@
 // "Video file": shows the frames of a video file.
 #include <cstring>
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/media/playback_time.h"
 #include "zenlay/media/video_picture.h"
 

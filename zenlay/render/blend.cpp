@@ -4,10 +4,6 @@
 
 namespace zenlay {
 
-const char blendModeList[] =
-    "Normal\0Additive\0Subtractive\0Multiply\0Screen\0Overlay\0Brighter\0Darker\0Luminance\0Color difference\0"
-    "Shadow\0Contrast\0Difference\0";
-
 namespace {
 
 /// Clips one axis: `extent` pixels of the source from `origin` land at `position` of a target `size` long. There is

@@ -11,44 +11,11 @@
 
 #include <cstdint>
 
+#include "zenlay/effects/blend_modes.h"
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/effects/pixels.h"
 
 namespace zenlay {
-
-enum BlendMode : int {
-  blendNormal,
-  blendAdditive,
-  blendSubtractive,
-  blendMultiply,
-  blendScreen,
-  blendOverlay,
-  blendBrighter,
-  blendDarker,
-  blendLuminance,
-  blendColorDifference,
-  blendShadow,
-  blendContrast,
-  blendDifference,
-  userBlendModes,
-  // Internal, for destinations with alpha; S and D are the colours, a and A the weight and the destination's alpha,
-  // A' = (4096 * 4096 + 2048 - (4096 - A) * (4096 - a)) >> 12. On a frame all but blendReplace are blendNormal.
-  blendMark = 16,  // A = ((A * a) >> 12) + 4096 with A as it is: a pixel met by the pass has 4096 or more
-  blendAddOpaque,  // D = (D * ((A << 12) / A') + S * ((a << 12) / A')) >> 12, A = A': the sum where both are 4096
-  blendBehind,     // D = (D * ((A << 12) / A') + S * (((4096 - A) * a) / A')) >> 12, A = A'
-  blendReplace,    // D = S, A = source alpha (4096 from a frame), whatever the weight; a = 0 is not skipped
-  blendAverage,    // D = (A * D + a * S) / (A + a) towards zero, A = min(A + a, 4096)
-  blendAverageLargerAlpha,  // the same D, A = max(A, a)
-  blendCutOut,              // A = max(A - a, 0) with A as it is
-  blendScaleOut,            // A = (A * (4096 - a)) >> 12 with A as it is
-  blendDisplacement,        // Y = ((red - 2048) * a) >> 12, Cb = ((green - 2048) * a) >> 12 of S on the 0..4096 scale,
-                            // Cr = 0, A = 4096: mid grey moves nothing
-  blendAccumulate,          // D += (S * min(a, 4096 - A)) >> 12, A = min(A + a, 4096): premultiplied, seamless sums
-  blendModeCount = 32,
-};
-
-/// The drop-down list of the drawing effects: NUL-separated names ended by an empty string.
-extern const char blendModeList[];
 
 /// `n` pixels; `weight` 0..4096 multiplies the source's alpha (4096 - transparency). An opaque source passes
 /// FramePixels. Null entries do not occur. Source and destination do not overlap.

@@ -3,26 +3,10 @@
 
 #include "zenlay/render/blend.h"
 #include "zenlay/render/blend_table.h"
+#include "zenlay/render/convert.h"
 
 namespace zenlay {
 namespace {
-
-struct Colour {
-  int32_t y, cb, cr;
-};
-struct Rgb {
-  int32_t r, g, b;  // 0..4096 scale
-};
-
-Rgb toRgbScale(Colour c) {
-  return {(c.y * 16384 + c.cr * 22970) >> 14, (c.y * 16384 - c.cb * 5636 - c.cr * 11698) >> 14,
-          (c.y * 16384 + c.cb * 29032) >> 14};
-}
-
-Colour fromRgbScale(Rgb c) {
-  return {(c.r * 4898 + c.g * 9617 + c.b * 1867) >> 14, (c.b * 8192 - c.g * 5423 - c.r * 2768) >> 14,
-          (c.r * 8192 - c.g * 6864 - c.b * 1327) >> 14};
-}
 
 Rgb withoutNegatives(Rgb c) { return {std::max(c.r, 0), std::max(c.g, 0), std::max(c.b, 0)}; }
 

@@ -12,11 +12,12 @@ namespace zenlay {
 
 namespace {
 
-/// Rows `width` pixels apart, from the image cache; without cache slots the level keeps an image of its own.
+/// Rows `width` pixels apart, from the image cache. With a single slot the pictures of the clipped object could push
+/// the clip source out before it is used: then, and without slots, the level keeps an image of its own.
 ObjectPixel* clipMemory(EffectProcessInfo* info, bool* found) {
   int width = info->host.width, height = info->host.height;
   *found = false;
-  if (imageCacheSlots() > 0)
+  if (imageCacheSlots() > 1)
     return static_cast<ObjectPixel*>(
         effectImage(clipCacheKey, width, height, 8 * sizeof(ObjectPixel), info->depth, found));
   WorkImage& own = levelOf(info).clipImage;

@@ -49,14 +49,11 @@ void plainObjectToBgraRow(Bgra* d, const ObjectPixel* s, int n) {
 
 void plainSaturateRow(FramePixel* p, int n) {
   for (int i = 0; i < n; ++i) {
-    int32_t y = p[i].y, cb = p[i].cb, cr = p[i].cr;
-    int32_t red = (y * 16384 + cr * 22970) >> 14, green = (y * 16384 - cb * 5636 - cr * 11698) >> 14,
-            blue = (y * 16384 + cb * 29032) >> 14;
-    int32_t r = std::clamp(red, 0, 4096), g = std::clamp(green, 0, 4096), b = std::clamp(blue, 0, 4096);
-    if (r == red && g == green && b == blue) continue;
-    p[i] = {static_cast<int16_t>((r * 4898 + g * 9617 + b * 1867) >> 14),
-            static_cast<int16_t>((b * 8192 - g * 5423 - r * 2768) >> 14),
-            static_cast<int16_t>((r * 8192 - g * 6864 - b * 1327) >> 14)};
+    Rgb c = toRgbScale({p[i].y, p[i].cb, p[i].cr});
+    Rgb inside{std::clamp(c.r, 0, 4096), std::clamp(c.g, 0, 4096), std::clamp(c.b, 0, 4096)};
+    if (inside.r == c.r && inside.g == c.g && inside.b == c.b) continue;
+    Colour back = fromRgbScale(inside);
+    p[i] = {static_cast<int16_t>(back.y), static_cast<int16_t>(back.cb), static_cast<int16_t>(back.cr)};
   }
 }
 

@@ -10,6 +10,23 @@
 
 namespace zenlay {
 
+struct Colour {
+  int32_t y, cb, cr;
+};
+struct Rgb {
+  int32_t r, g, b;  // 0..4096 scale
+};
+
+/// Between the scale of frames and RGB on the same scale, for arithmetic in RGB (BT.601).
+inline Rgb toRgbScale(Colour c) {
+  return {(c.y * 16384 + c.cr * 22970) >> 14, (c.y * 16384 - c.cb * 5636 - c.cr * 11698) >> 14,
+          (c.y * 16384 + c.cb * 29032) >> 14};
+}
+inline Colour fromRgbScale(Rgb c) {
+  return {(c.r * 4898 + c.g * 9617 + c.b * 1867) >> 14, (c.b * 8192 - c.g * 5423 - c.r * 2768) >> 14,
+          (c.r * 8192 - c.g * 6864 - c.b * 1327) >> 14};
+}
+
 ObjectPixel toYcbcr(uint8_t red, uint8_t green, uint8_t blue);  // alpha 4096
 Bgr toRgb(int y, int cb, int cr);
 

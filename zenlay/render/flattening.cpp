@@ -12,8 +12,6 @@ namespace zenlay {
 
 namespace {
 
-constexpr uint32_t blendModeBits = 31u << 24;
-
 /// Top left corner of a flattened object on the frame.
 void flattenedPosition(const EffectProcessInfo* info, int* x, int* y) {
   *x = (info->host.width - info->cx / subPixel - info->objectWidth) / 2 + info->ox / subPixel;

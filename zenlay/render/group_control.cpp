@@ -1,5 +1,6 @@
 #include "zenlay/render/group_control.h"
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/evaluation.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/slots.h"

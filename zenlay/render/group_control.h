@@ -6,8 +6,6 @@
 
 namespace zenlay {
 
-extern EffectDefinition groupControl;
-
 /// Checks of a group control.
 bool affectedByUpperGroup(const ObjectRecord* control);
 /// Whether the control's membership rule takes the object (its group, or any object).

@@ -11,6 +11,7 @@ inline constexpr int maxPackedImages = 32;
 /// Clamps the count to 0..32, takes the slot size from the environment and clears all slots; memory is allocated on
 /// first use.
 void initialiseImageCache(int slots);
+inline constexpr int defaultImageCacheSlots = 4;
 void freeImageCache();
 /// Slots in use after the first allocation; 0 when nothing is cached.
 int imageCacheSlots();

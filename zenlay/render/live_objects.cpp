@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
-#include "zenlay/effects/registry.h"
+#include "zenlay/effects/definitions.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/slots.h"
+#include "zenlay/render/binding.h"
 #include "zenlay/render/group_control.h"
 #include "zenlay/render/time_control.h"
 
@@ -47,10 +48,6 @@ ObjectRecord* sectionHolding(ObjectRecord* object, int64_t time) {
   while ((int64_t{object->end} + 1) * 100 < time && (next = nextSection(indexOf(object))) >= 0) object = objects + next;
   while (int64_t{object->start} * 100 > time && (next = previousSection(indexOf(object))) >= 0) object = objects + next;
   return object;
-}
-
-bool isFilterObject(const ObjectRecord* object) {
-  return (object->flags & (objectFilterEffect | objectControl)) == objectFilterEffect;
 }
 
 /// The group control that governs an object on `layer`: the nearest above that reaches the layer and takes the object.
@@ -93,9 +90,8 @@ ObjectRecord* liveObject(int scene, int layer, int frame) {
   return at != none && layerOrder[at]->end >= frame ? layerOrder[at] : nullptr;
 }
 
-EffectDefinition* firstEffect(const ObjectRecord* object) {
-  int effect = object->slots[0].effect;
-  return effect >= 0 && effect < effectCount ? effectList[effect] : nullptr;
+bool isFilterObject(const ObjectRecord* object) {
+  return (object->flags & (objectFilterEffect | objectControl)) == objectFilterEffect;
 }
 
 bool slotIsEnabled(const ObjectRecord* object, int slot) { return slotFlagsOf(indexOf(object), slot) & slotEnabled; }
@@ -118,6 +114,7 @@ void collectLayers(RenderLevel* level, int scene, int sceneFrame, int sceneSubFr
   info.clipFlags = nullptr;
   info.layerObjects = nullptr;
   info.layerGroups = nullptr;
+  level->previousWanted = false;
 
   int frame = sceneFrame, subFrame = sceneSubFrame, timeEnd = 0;
   ObjectRecord* groupControls[layersPerScene];
@@ -128,7 +125,7 @@ void collectLayers(RenderLevel* level, int scene, int sceneFrame, int sceneSubFr
     ObjectRecord* object = liveObject(scene, layer, frame);
     ObjectRecord* control = frame == sceneFrame ? object : liveObject(scene, layer, sceneFrame);
     int time = subFrame + (frame + info.frameOffset) * 100;
-    if (control && firstEffect(control) == &timeControl && slotIsEnabled(control, 0)) {
+    if (control && slotEffect(control, 0) == &timeControl && slotIsEnabled(control, 0)) {
       int position = controlledTime(control, sceneFrame, sceneSubFrame);
       frame = position / 100;
       subFrame = position % 100;
@@ -139,8 +136,9 @@ void collectLayers(RenderLevel* level, int scene, int sceneFrame, int sceneSubFr
     level->live[layer] = object;
     level->layerTime[layer] = time;
     if (isFilterObject(object)) info.layerObjects = level->live;
+    if (slotEffect(object, 0) == &previousObjectMedia) level->previousWanted = true;
     level->groups[layer] = governingGroup(groupControls, groupCount, object, layer);
-    if (firstEffect(object) == &groupControl && slotIsEnabled(object, 0)) {
+    if (slotEffect(object, 0) == &groupControl && slotIsEnabled(object, 0)) {
       if (!affectedByUpperGroup(object)) level->groups[layer] = nullptr;
       groupControls[groupCount++] = object;
       info.layerGroups = level->groups;

@@ -7,8 +7,8 @@ namespace zenlay {
 
 /// The object whose range holds the frame on that layer of that scene (any scene, hidden layers too), or null.
 ObjectRecord* liveObject(int scene, int layer, int frame);
-/// The definition in the object's first slot, null when it has none.
-EffectDefinition* firstEffect(const ObjectRecord*);
+/// A filter object, which also works on the drawable object above it.
+bool isFilterObject(const ObjectRecord*);
 /// Slots as they count: enabled by the chain head's flags.
 bool slotIsEnabled(const ObjectRecord*, int slot);
 /// One past the last layer a control object on `layer` governs: its "range" extra data, 0 meaning all.

@@ -1,5 +1,6 @@
 #include "zenlay/render/object_render.h"
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/objects.h"
@@ -21,10 +22,6 @@ struct TargetList {
 
 constexpr uint32_t perCallFlags = 0x800000FF;  // cleared before every effect call
 constexpr uint32_t keptState = stateShadowPass1 | stateShadowPass2;
-
-bool isFilterObject(const ObjectRecord* o) {
-  return (o->flags & (objectFilterEffect | objectControl)) == objectFilterEffect;
-}
 
 /// The object, the filter objects that follow it (layers without a live object are passed over), and its group
 /// controls, innermost first.
@@ -66,7 +63,7 @@ bool isSelected(const ObjectRecord* object) {
 /// Whether anything but the first object's own chain works on its image.
 bool laterTargetsWork(const TargetList& list) {
   for (int i = 1; i < list.count; i++)
-    if (firstEffect(list.objects[i]) != &groupControl || list.objects[i]->slots[1].effect >= 0) return true;
+    if (slotEffect(list.objects[i], 0) != &groupControl || list.objects[i]->slots[1].effect >= 0) return true;
   return false;
 }
 

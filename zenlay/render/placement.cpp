@@ -17,7 +17,7 @@ namespace {
 constexpr int wholeZoom = 10000;  // Zoom% of 100.00
 constexpr int wholeClearness = 1000;
 constexpr int wholeAspect = 1000;
-constexpr uint32_t drawnOptions = 31u << 24 | drawHideBack;
+constexpr uint32_t drawnOptions = blendModeBits | drawHideBack;
 
 struct Placed {
   ImagePlacement at;

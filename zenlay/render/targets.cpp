@@ -143,10 +143,9 @@ void assignImages(EffectProcessInfo* info) {
     return isEmpty(image.used) ? 0 : int64_t{image.used.right - image.used.left} * (image.used.bottom - image.used.top);
   };
   int spare = 0;
-  bool keepPrevious = !info->drawableObject && level.previous.image;
   for (int i = 1; i < imagesPerLevel; i++)
     if (area(level.images[i]) < area(level.images[spare])) spare = i;
-  if (keepPrevious)
+  if (level.previous.image && (level.previousWanted || !info->drawableObject))
     for (int i = 0; i < imagesPerLevel; i++)
       if (level.images[i].pixels == level.previous.image) spare = i;
   info->objectImage = reinterpret_cast<ObjectPixel*>(level.images[(spare + 1) % imagesPerLevel].pixels);

@@ -41,10 +41,10 @@ struct RenderLevel {
   uint32_t clipFlags[layersPerScene];
   int32_t layerTime[layersPerScene];
   PreviousObject previous;
-  WorkImage clipImage;      // only where the image cache has no slots
-  ObjectPixel* clipPixels;  // clip source: colour of the frame below it with its alpha, inside clipArea
-  PixelRect clipArea;
-  bool individualsDrawn;        // an effect has drawn the current object in pieces (drawObject)
+  bool previousWanted;    // an object of the frame shows the previous one again, whose picture has to stay until then
+  WorkImage clipImage;    // where the image cache has too few slots
+  PixelRect clipArea;     // of the clip source, outside of which it counts as transparent
+  bool individualsDrawn;  // an effect has drawn the current object in pieces (drawObject)
   ObjectRecord* runningObject;  // whose slot is being called, null outside calls
   int runningSlot;
   bool flattening;        // the frame is an empty image that becomes the object image
@@ -79,8 +79,8 @@ void noteTouched(const EffectProcessInfo*, bool frame);
 /// Part of the object image that may hold anything but zeros, inside its size.
 PixelRect objectCoverage(const EffectProcessInfo*);
 
-/// Gives the object and work image of the record two of the level's images, keeping the previous object's picture and,
-/// when there is a choice, an image known to be nearly empty as the spare.
+/// Gives the object and work image of the record two of the level's images. The spare is the previous object's picture
+/// where that has to stay (also controls and filter objects leave it alone), else the one known to be nearly empty.
 void assignImages(EffectProcessInfo*);
 /// The image that is neither object nor work image, cleared.
 WorkImage* emptySpare(const EffectProcessInfo*);

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "zenlay/effects/definitions.h"
 #include "zenlay/effects/evaluation.h"
-#include "zenlay/effects/registry.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/slots.h"
 

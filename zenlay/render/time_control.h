@@ -5,8 +5,6 @@
 
 namespace zenlay {
 
-extern EffectDefinition timeControl;
-
 /// Scene time, in hundredths of a frame, that the time control (the section alive at `frame`) shows at that frame.
 int32_t controlledTime(const ObjectRecord*, int frame, int subFrame);
 

@@ -59,14 +59,38 @@ constexpr char createFailure[] = "Failed to create the backup file.";
 constexpr char writeFailure[] = "Failed to write to the backup file.";
 constexpr char readFailure[] = "Failed to read the backup file.";
 
+/// A backup of the project as it stands, header and data. Null, or why there is none (static text).
+const char* backupBytes(std::vector<char>& bytes) {
+  int32_t size = 0;
+  if (!saveProject(environment.mainFilter, environment.edit, nullptr, &size)) {
+    return "There is nothing to back up: the project holds no objects.";
+  }
+  if (size > maxProjectBytes) return "The project is too large for a backup file.";
+  const HostFileInfo& clip = environment.clip;
+  BackupHeader header{{},        projectVersion, timelineView.sceneLength, clip.width, clip.height,
+                      clip.rate, clip.scale,     clip.audioRate,           size};
+  memcpy(header.magic, magic, sizeof magic);
+  bytes.resize(sizeof header + static_cast<size_t>(size));
+  memcpy(bytes.data(), &header, sizeof header);
+  saveProject(environment.mainFilter, environment.edit, bytes.data() + sizeof header, &size);
+  return nullptr;
+}
+
+const char* writeBytes(const char* path, const std::vector<char>& bytes, bool replace) {
+  File file(platform::openFile(path, replace ? "wb" : "wbx"));
+  if (!file) return createFailure;
+  bool written = fwrite(bytes.data(), bytes.size(), 1, file.get()) == 1;
+  return written && fflush(file.get()) == 0 ? nullptr : writeFailure;
+}
+
 }  // namespace
 
 void configureBackups() { lastBackup = platform::tickCount(); }
 
 void pruneBackups() {
   std::vector<std::string> names = backups();
-  int surplus = static_cast<int>(names.size()) - preferences.auto_save_num;
-  for (int i = 0; i < surplus; i++) platform::removeFile(environment.backupDirectory + names[i]);
+  size_t kept = std::max(preferences.auto_save_num, 0);
+  for (size_t i = 0; i + kept < names.size(); i++) platform::removeFile(environment.backupDirectory + names[i]);
 }
 
 bool backupIsDue() {
@@ -77,17 +101,17 @@ bool backupIsDue() {
 void writeAutomaticBackup(bool force) {
   if (preferences.auto_save_num < 1 || preferences.auto_save_time < 1 || (!force && !backupIsDue())) return;
   lastBackup = platform::tickCount();
-  if (environment.backupDirectory.empty()) return;
+  std::vector<char> bytes;
+  if (environment.backupDirectory.empty() || backupBytes(bytes)) return;
   std::vector<std::string> names = backups();
   if (names.empty()) platform::makeFolders(environment.backupDirectory);
   if (static_cast<int>(names.size()) >= preferences.auto_save_num) {
     platform::removeFile(environment.backupDirectory + names.front());
   }
-  const char* failure = nullptr;
-  for (int i = 0; i < attempts; i++) {
-    failure = writeBackup((environment.backupDirectory + timeStampedName()).c_str(), false);
-    if (failure != createFailure) break;
-    platform::sleepMilliseconds(retryMilliseconds);
+  const char* failure = createFailure;
+  for (int i = 0; i < attempts && failure == createFailure; i++) {
+    if (i > 0) platform::sleepMilliseconds(retryMilliseconds);
+    failure = writeBytes((environment.backupDirectory + timeStampedName()).c_str(), bytes, false);
   }
   if (failure) showMessage(failure, boxWarning);
 }
@@ -98,22 +122,9 @@ std::string newestBackup() {
 }
 
 const char* writeBackup(const char* path, bool replace) {
-  int32_t size = 0;
-  if (!saveProject(environment.mainFilter, environment.edit, nullptr, &size)) {
-    return "There is nothing to back up: the project holds no objects.";
-  }
-  if (size > maxProjectBytes) return "The project is too large for a backup file.";
-  std::vector<char> data(static_cast<size_t>(size));
-  saveProject(environment.mainFilter, environment.edit, data.data(), &size);
-  const HostFileInfo& clip = environment.clip;
-  BackupHeader header{{},        projectVersion, timelineView.sceneLength, clip.width, clip.height,
-                      clip.rate, clip.scale,     clip.audioRate,           size};
-  memcpy(header.magic, magic, sizeof magic);
-  File file(platform::openFile(path, replace ? "wb" : "wbx"));
-  if (!file) return createFailure;
-  bool written =
-      fwrite(&header, sizeof header, 1, file.get()) == 1 && fwrite(data.data(), data.size(), 1, file.get()) == 1;
-  return written && fflush(file.get()) == 0 ? nullptr : writeFailure;
+  std::vector<char> bytes;
+  const char* failure = backupBytes(bytes);
+  return failure ? failure : writeBytes(path, bytes, replace);
 }
 
 int restoreBackup(const char* path) {
@@ -144,12 +155,11 @@ int restoreBackup(const char* path) {
     size_t got = fread(chunk, 1, want, file.get());
     if (got == 0) {
       showMessage(readFailure, boxWarning);
-      return 1;
+      return 0;
     }
     data.insert(data.end(), chunk, chunk + got);
   }
-  loadProject(environment.mainFilter, environment.edit, data.data(), header.dataSize);
-  return 1;
+  return loadProject(environment.mainFilter, environment.edit, data.data(), header.dataSize);
 }
 
 }  // namespace zenlay

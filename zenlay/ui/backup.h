@@ -17,7 +17,8 @@ std::string newestBackup();
 
 /// Writes the project to `path`. Null when written, otherwise why not (static text).
 const char* writeBackup(const char* path, bool replace);
-/// New project from a backup; failures show a message. 1 when a project is open afterwards.
+/// New project from a backup. 1 when its data were loaded; otherwise 0 after a message, with an empty project open when
+/// only the data were bad.
 int restoreBackup(const char* path);
 
 }  // namespace zenlay

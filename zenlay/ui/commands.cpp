@@ -44,14 +44,19 @@ int newFromObjectFile(const char* path) {
     showMessage("Failed to read the file", boxWarning);
     return 0;
   }
-  readObjectFileHeader(path, &header);
+  bool headed = readObjectFileHeader(path, &header);
   const ClipFormat format{header.width, header.height, header.rate, header.scale, header.audioRate};
   if (!createProject(format)) return 0;
   scenes[0].flags = sceneSetUp | (header.flags & sceneHasAlpha);
   setSceneName(0, header.name);
   growScene(std::max(header.length, 1));
   int end = readObjectFile(path, 0, 0);
-  if (end >= 0) growScene(end + 1);
+  if (end < 0) return 0;
+  if (!headed && objectCount == 0) {
+    showMessage("The file holds neither a header nor objects", boxWarning);
+    return 0;
+  }
+  growScene(end + 1);
   return 1;
 }
 
@@ -78,8 +83,8 @@ int restoreBackupChosen() {
 }
 
 int discardCaches() {
-  freeImageCache();
-  initialiseImageCache(environment.hostFunctions->readIntSetting(environment.mainFilter, "image_cache_max", 4));
+  const HostFunctionTable* host = environment.hostFunctions;
+  initialiseImageCache(host->readIntSetting(environment.mainFilter, "image_cache_max", defaultImageCacheSlots));
   return 1;
 }
 
