@@ -20,7 +20,7 @@ const Names records = {
     "zenlay/effects/process_info.h", "zenlay/effects/effect_services.h",
     "zenlay/effects/pixels.h",       "zenlay/effects/blend_modes.h",
     "zenlay/effects/figure_list.h",  "zenlay/effects/script_data.h",
-    "zenlay/effects/definitions.h",
+    "zenlay/effects/definitions.h",  "zenlay/effects/scales_and_turns.h",
 };
 /// Process-wide state, filled by the entry and read by every room.
 const Names state = {"zenlay/host/environment.h", "zenlay/host/preferences.h"};
