@@ -276,6 +276,21 @@ TEST_F(ObjectFile, EffectsAnObjectCannotTakeAreSkipped) {
   EXPECT_EQ(objects[o].slots[3].effect, testFilterNoTracks);
 }
 
+TEST_F(ObjectFile, ContinuationsKeepTheChainsEffects) {
+  // The drawing effect brings its media effect, which stands in front of it in every section.
+  import(
+      "[0]\nstart=1\nend=10\nlayer=1\noverlay=1\n[0.0]\n_name=Standard drawing\nX=1,2,1\n"
+      "[1]\nstart=11\nend=20\nlayer=1\noverlay=1\nchain=1\n[1.0]\n_name=Standard drawing\nX=2,3,1\n"
+      "[2]\nstart=21\nend=30\nlayer=1\noverlay=1\nchain=1\n[2.0]\n_name=Video file\nvPlay=7\n");
+  int head = objectAt(0, 0), second = nextSection(head), third = nextSection(second);
+  ASSERT_GE(third, 0);
+  int x = trackOf(objects[head], 1, 0);
+  EXPECT_EQ(objects[second].startValues[x], 20);
+  EXPECT_EQ(objects[second].endValues[x], 30);
+  EXPECT_EQ(objects[third].slots[0].effect, testGraphic);
+  EXPECT_EQ(objects[third].startValues[x], 30) << "where the section before it ends";
+}
+
 struct NumberRow {
   const char* text;
   int32_t scale, value;
@@ -334,8 +349,9 @@ TEST_F(ObjectFile, FailuresAreTold) {
 
 TEST_F(ObjectFile, FifteenThousandObjectsLoadQuickly) {
   std::string text;
-  for (int i = 0; i <= maxObjects; i++) {
-    std::string n = std::to_string(i), frame = std::to_string(i / 100 * 10 + 1);
+  constexpr int overlapping = maxObjects, tooMany = maxObjects + 3;
+  for (int i = 0; i < tooMany; i++) {
+    std::string n = std::to_string(i), frame = std::to_string(i == overlapping ? 1 : i / 100 * 10 + 1);
     text += "[" + n + "]\nstart=" + frame + "\nend=" + frame + "\nlayer=" + std::to_string(i % 100 + 1) +
             "\noverlay=1\ngroup=" + std::to_string(i / 2 + 1) + "\n[" + n + ".0]\n_name=Video file\nfile=a.mp4\n[" + n +
             ".1]\n_name=Blur\nRange=9\n[" + n + ".2]\n_name=Standard drawing\nX=1.0,2.0,1\n";

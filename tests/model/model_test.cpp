@@ -255,8 +255,10 @@ TEST_F(Model, GroupNumbers) {
   objects[o[0]].group = 1;
   objects[o[1]].group = 3;
   EXPECT_EQ(newGroupNumber(), 4);
-  objects[o[1]].group = 14999;
-  EXPECT_EQ(newGroupNumber(), 0);
+  for (int last : {14999, INT32_MAX}) {
+    objects[o[1]].group = last;
+    EXPECT_EQ(newGroupNumber(), 0) << last;
+  }
   objects[o[0]].group = 5;
   objects[o[1]].group = objects[o[3]].group = -8;
   objects[o[2]].group = -2;
@@ -346,6 +348,39 @@ TEST_F(Model, UndoPutsStepsBack) {
   EXPECT_EQ(objectCount, 1) << "the three creations, recorded since the last step was put back";
   undo();
   EXPECT_EQ(objectCount, 1) << "nothing is left to undo";
+}
+
+TEST_F(Model, UndoReachesObjectsOfAnotherScene) {
+  int moved = create(10, 4), deleted = create(10, 5, testVideo);
+  beginUndoStep();
+  recordUndo(moved, undoPosition);
+  objects[moved].layer = objects[moved].homeLayer = 7;
+  rebuildOrder();
+  deleteObject(deleted);
+  switchScene(2, nullptr, nullptr);
+  undo();
+  EXPECT_EQ(modelFault(), "");
+  EXPECT_EQ(sceneObjectCount, 0) << "they lie in the scene they came from";
+  EXPECT_EQ(objectCount, 2);
+  EXPECT_EQ(currentObject, -1);
+  switchScene(0, nullptr, nullptr);
+  EXPECT_EQ(objects[moved].layer, 4);
+  EXPECT_EQ(objects[deleted].layer, 5);
+}
+
+std::vector<int> released;
+
+TEST_F(Model, UndoTellsWhoKeepsSomethingForAnObject) {
+  released.clear();
+  modelHooks.objectDeleted = [](int object) { released.push_back(object); };
+  int o = create(0, 0);
+  beginUndoStep();
+  int made = create(0, 1);
+  recordUndo(o, undoPosition);
+  objects[o].start = 5;
+  undo();
+  EXPECT_EQ(released, std::vector<int>{made});
+  EXPECT_EQ(currentObject, o) << "the restored object becomes current";
 }
 
 TEST_F(Model, UndoForgetsWholeOldSteps) {

@@ -119,6 +119,7 @@ struct Import {
   int frameOffset, layerOffset;
   int previous = -1;  // the object read last, -1 when it was skipped
   int largestEnd = 0;
+  bool tableFull = false;  // an object did not fit, and the user was told
 };
 
 /// False when a required key is missing.
@@ -156,11 +157,11 @@ int slotHolding(int object, int effect) {
   return -1;
 }
 
-/// The object's record with its first effect, or -1.
-int startObject(const Import& import, const ObjectKeys& keys, int effect) {
-  if (keys.chain)
-    return objects[import.previous].slots[0].effect == effect ? appendSection(import.previous, keys.start, keys.end)
-                                                              : -1;
+/// The object's record with its first effect, or -1. A continuation has its chain's effects.
+int startObject(Import& import, const ObjectKeys& keys, int effect) {
+  if (import.tableFull) return -1;
+  import.tableFull = objectCount >= maxObjects;
+  if (keys.chain) return appendSection(import.previous, keys.start, keys.end);
   int object = createObject(keys.start, keys.layer, effect, -1);
   if (object < 0) return -1;
   ObjectRecord& o = objects[object];
@@ -172,11 +173,10 @@ int startObject(const Import& import, const ObjectKeys& keys, int effect) {
 
 /// The slot that effect section `number` describes, or -1 when it is to be skipped.
 int placeEffect(int object, const ObjectKeys& keys, int number, int effect) {
-  if (keys.chain) {
-    bool same = number < usedSlots(object) && objects[object].slots[number].effect == effect;
-    return same ? number : -1;
-  }
-  return number == 0 ? slotHolding(object, effect) : addEffect(object, effect);
+  if (number == 0) return slotHolding(object, effect);  // a companion may stand in front of it
+  if (!keys.chain) return addEffect(object, effect);
+  bool same = number < usedSlots(object) && objects[object].slots[number].effect == effect;
+  return same ? number : -1;
 }
 
 void setCameraTarget(int object, const ObjectKeys& keys, int effect) {
@@ -228,8 +228,6 @@ int readEffects(Import& import, const ObjectKeys& keys, int number, bool taken) 
   return object;
 }
 
-bool tableFull() { return objectCount >= maxObjects; }
-
 /// Reads one object whose section was found; false ends the import.
 bool readObject(Import& import, int number) {
   ObjectKeys keys;
@@ -267,17 +265,14 @@ int readObjectFile(const char* path, int frameOffset, int layerOffset) {
     showMessage("Failed to read the file", boxWarning);
     return -1;
   }
-  import.previous = -1;
   import.frameOffset = frameOffset;
   import.layerOffset = layerOffset;
   beginUndoBatch();
-  bool wasFull = false;
-  for (int number = 0; !wasFull; number++) {
+  for (int number = 0;; number++) {
     std::string wanted = "[" + std::to_string(number) + "]";
     const char* header;
     while ((header = readSection(&import.file, import.section)) && wanted != header) {
     }
-    wasFull = tableFull();  // the object that no longer fits says so; those behind it need not
     if (!header || !readObject(import, number)) break;
   }
   renumberMarkedGroups();

@@ -10,16 +10,12 @@ namespace zenlay {
 namespace {
 
 constexpr size_t maxFileBytes = size_t{1} << 30;
-constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 
 /// Keeps what counts of the file's text.
 std::string cleaned(const std::string& raw) {
-  size_t end = std::min(raw.find('\0'), raw.size());
-  size_t begin = raw.compare(0, 3, byteOrderMark) == 0 ? 3 : 0;
   std::string text;
-  text.reserve(end + 1);
-  for (size_t i = begin; i < end; i++) {
-    unsigned char c = static_cast<unsigned char>(raw[i]);
+  text.reserve(raw.size() + 1);
+  for (unsigned char c : raw) {
     if (c == '\t') c = ' ';
     if (c >= ' ' || c == '\n') text.push_back(static_cast<char>(c));
   }

@@ -18,7 +18,7 @@ struct GroupNumbers {
 
   void include(int group) {
     smallest = std::min(smallest, group);
-    largest = std::max(largest, group);
+    largest = std::max(largest, std::min(group, groupLimit - 1));  // a damaged project may hold any number
   }
   int fresh() const {
     int candidate = smallest - 1;
@@ -52,14 +52,9 @@ int appendSection(int object, int start, int end) {
   int last = object;
   for (int section; (section = nextSection(last)) >= 0;) last = section;
   const ObjectRecord& old = objects[last];
-  int effect = old.slots[0].effect;
   if (end < start || start != old.end + 1 || objectsInRange(start, end, old.layer) >= 0) return -1;
-  bool single = old.chainHead < 0;
-  int section = createObject(start, old.layer, effect, last);
-  if (section < 0) {
-    if (single) objects[last].chainHead = -1;
-    return -1;
-  }
+  int section = createObject(start, old.layer, old.slots[0].effect, last);
+  if (section < 0) return -1;
   ObjectRecord& added = objects[section];
   added.end = end;
   copySection(added, old);

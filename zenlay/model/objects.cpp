@@ -92,14 +92,6 @@ void forget(int object) {
   if (objectUnderEdit == object) objectUnderEdit = -1;
 }
 
-void deleteRecord(int object) {
-  recordUndo(object, undoSnapshot);
-  if (objects[object].chainHead < 0 || objects[object].chainHead == object) notifyEffects(object, objectDeleted);
-  if (modelHooks.objectDeleted) modelHooks.objectDeleted(object);
-  forget(object);
-  releaseObject(object);
-}
-
 }  // namespace
 
 int takeFreeObject() {
@@ -124,6 +116,13 @@ void releaseObject(int object) {
   releaseExtraData(object);
   objects[object].flags = 0;
   searchFrom = std::min(searchFrom, object);
+}
+
+void dropObject(int object) {
+  if (objects[object].chainHead < 0 || objects[object].chainHead == object) notifyEffects(object, objectDeleted);
+  if (modelHooks.objectDeleted) modelHooks.objectDeleted(object);
+  forget(object);
+  releaseObject(object);
 }
 
 uint32_t objectFlagsOf(const EffectDefinition* d) {
@@ -169,13 +168,17 @@ int createObject(int frame, int layer, int effect, int chainFrom) {
 
 void deleteObject(int object) {
   if (object < 0 || object >= objectCapacity || !objects[object].flags) return;
-  deleteRecord(object);
+  recordUndo(object, undoSnapshot);
+  dropObject(object);
   rebuildOrder();
 }
 
 void deleteAllObjects() {
-  for (int i = 0; i < objectCapacity; i++)
-    if (objects[i].flags) deleteRecord(i);
+  for (int i = 0; i < objectCapacity; i++) {
+    if (!objects[i].flags) continue;
+    recordUndo(i, undoSnapshot);
+    dropObject(i);
+  }
   rebuildOrder();
 }
 

@@ -1,6 +1,5 @@
 // The object table: creation, deletion and look-up of timeline objects. An object is named by its index, which stays
-// valid until the object is deleted; deletion never moves other records. The table
-// grows in steps and never moves.
+// valid until the object is deleted; deletion never moves other records. The table grows in steps and never moves.
 #pragma once
 
 #include "zenlay/model/records.h"
@@ -19,6 +18,9 @@ int createObject(int frame, int layer, int effect, int chainFrom);
 int takeFreeObject();
 /// Frees the record and its extra data without undo, notification or a new order.
 void releaseObject(int object);
+/// Deletes without undo and without a new order: tells its effects (for a chain, through the head), lets the windows go
+/// of it and releases it.
+void dropObject(int object);
 /// Records undo. A chain is deleted section by section; the head's extra data goes with the head.
 void deleteObject(int object);
 void deleteAllObjects();

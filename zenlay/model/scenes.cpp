@@ -127,10 +127,10 @@ void clearScenes() {
 
 void selectScene(int scene) {
   if (!validScene(scene)) return;
-  for (int i = 0; i < objectCapacity; i++)
-    if (objects[i].flags) objects[i].layer = objects[i].scene == scene ? objects[i].homeLayer : -1;
   currentScene = scene;
   layers = layerTable + scene * layersPerScene;
+  for (int i = 0; i < objectCapacity; i++)
+    if (objects[i].flags) objects[i].layer = layerInView(objects[i]);
   rebuildOrder();
 }
 

@@ -18,6 +18,9 @@ struct ImageSize {
   int width, height;
 };
 
+/// The layer an object has while the current scene is shown: its home layer, or -1 when it lies in another scene.
+inline int layerInView(const ObjectRecord& object) { return object.scene == currentScene ? object.homeLayer : -1; }
+
 /// Name or "Scene %d" / "Root"; valid until the next call.
 const char* sceneName(int scene);
 /// The scene's own size when set up and non-zero, else the host clip's; clipped to the largest image.

@@ -47,8 +47,7 @@ SlotList slotsOf(const ObjectRecord& o) {
   SlotList list;
   memcpy(list.slots, o.slots, sizeof list.slots);
   memcpy(list.flags, o.slotFlags, sizeof list.flags);
-  list.count = 0;
-  while (list.count < maxSlots && valid(list.slots[list.count].effect)) list.count++;
+  list.count = usedSlots(indexOf(&o));
   return list;
 }
 
@@ -141,7 +140,7 @@ int addEffect(int object, int effect) {
   const SlotList before = slotsOf(o);
   SlotList list = before;
   Place place = placeFor(list, effectList[effect]->flag, o.flags & objectDrawn);
-  if (place.slot < 0 || (!place.replaces && list.count == maxSlots)) return -1;
+  if (place.slot < 0) return -1;
   if (!place.replaces) openGap(list, place.slot);
   list.slots[place.slot] = {effect, 0, 0, 0};
   list.flags[place.slot] = newSlotFlags;

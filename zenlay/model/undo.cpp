@@ -113,35 +113,65 @@ bool sameEffects(const ObjectRecord& a, const ObjectRecord& b) {
   return true;
 }
 
-/// Deletes without recording and without a new order.
-void drop(int object) {
-  const ObjectRecord& o = objects[object];
-  if (o.chainHead < 0 || o.chainHead == object) notifyEffects(object, objectDeleted);
-  if (currentObject == object) {
-    if (modelHooks.objectReleased) modelHooks.objectReleased(object);
-    currentObject = -1;
-  }
-  if (objectUnderEdit == object) objectUnderEdit = -1;
-  releaseObject(object);
-}
+enum Restored { restoredNothing, restoredInPlace, restoredAnew, restoreFailed };
 
-/// 0 when the extra data cannot be had.
-int restoreSnapshot(const UndoRecord& header, const uint8_t* payload) {
+/// Fails when the extra data cannot be had.
+Restored restoreSnapshot(const UndoRecord& header, const uint8_t* payload) {
   int object = header.target;
   ObjectRecord saved;
   memcpy(&saved, payload, sizeof saved);
-  bool taken = objects[object].flags && sameEffects(objects[object], saved);
-  if (objects[object].flags && !taken) drop(object);
+  bool inPlace = objects[object].flags && sameEffects(objects[object], saved);
+  if (objects[object].flags && !inPlace) dropObject(object);
   objects[object].flags = saved.flags;  // the slot is taken before anything else can have it
   if (!reserveExtraData(object, saved.extraDataSize)) {
-    if (!taken) releaseObject(object);
-    return 0;
+    if (!inPlace) releaseObject(object);
+    return restoreFailed;
   }
   uint32_t block = objects[object].extraDataBlock;
   objects[object] = saved;
+  objects[object].layer = layerInView(saved);  // another scene may be shown than when it was recorded
   objects[object].extraDataBlock = block;
   if (saved.extraDataSize) memcpy(extraDataBlockOf(object), payload + sizeof saved, saved.extraDataSize);
-  return taken ? 1 : 2;
+  return inPlace ? restoredInPlace : restoredAnew;
+}
+
+void restorePosition(const UndoRecord& header) {
+  ObjectRecord& o = objects[header.target];
+  o.flags = header.flags;
+  if (header.layer >= 0) o.homeLayer = header.layer;
+  o.layer = layerInView(o);
+  o.start = header.start;
+  o.end = header.end;
+}
+
+Restored restore(const UndoRecord& header, const uint8_t* payload) {
+  if (header.target & undoLayerTarget) {
+    restoreLayer(header, payload);
+    return restoredNothing;
+  }
+  if (header.size > headerSize) return restoreSnapshot(header, payload);
+  if (!objects[header.target].flags) return restoredNothing;
+  bool created = header.flags == 0;
+  if (created)
+    dropObject(header.target);
+  else
+    restorePosition(header);
+  return created ? restoredNothing : restoredInPlace;
+}
+
+/// Takes the newest step out of the history, of which the records from `record` on were put back.
+void forgetStep(int record) {
+  while (record > 0 && headerAt(record - 1).step == undoLog.step) record--;
+  if (record < undoLog.count) undoLog.used = undoLog.starts[record];
+  undoLog.count = record;
+  undoLog.step--;
+}
+
+/// The object becomes current when none is; the current one is shown anew.
+void showRestored(int object) {
+  if (object < 0 || !objects[object].flags) return;
+  if (currentObject < 0) currentObject = object;
+  if (object == currentObject && modelHooks.objectChanged) modelHooks.objectChanged(object);
 }
 
 }  // namespace
@@ -179,47 +209,23 @@ void undo() {
   if (undoLog.count <= 0) return;
   bool batch = undoLog.batch;
   undoLog.batch = true;
-  int record = undoLog.count, restored = -1;
+  int record = undoLog.count, shown = -1;
   std::vector<int> reloaded;
-  auto note = [&](int object) {
-    if (currentObject < 0 || object == currentObject || restored < 0) restored = object;
-  };
   while (record > 0 && headerAt(record - 1).step == undoLog.step) {
     UndoRecord header = headerAt(--record);
-    const uint8_t* payload = undoLog.area + undoLog.starts[record] + headerSize;
-    if (header.target & undoLayerTarget) {
-      restoreLayer(header, payload);
-    } else if (header.size > headerSize) {
-      int result = restoreSnapshot(header, payload);
-      if (!result) break;
-      if (result == 2) reloaded.push_back(header.target);
-      note(header.target);
-    } else if (!objects[header.target].flags) {
-      continue;
-    } else if (header.flags == 0) {
-      drop(header.target);
-    } else {
-      ObjectRecord& o = objects[header.target];
-      o.flags = header.flags;
-      o.layer = header.layer;
-      if (header.layer >= 0) o.homeLayer = header.layer;
-      o.start = header.start;
-      o.end = header.end;
-      note(header.target);
-    }
+    Restored result = restore(header, undoLog.area + undoLog.starts[record] + headerSize);
+    if (result == restoreFailed) break;
+    if (result == restoredNothing) continue;
+    if (result == restoredAnew) reloaded.push_back(header.target);
+    bool visible = objects[header.target].layer >= 0;
+    if (visible && (currentObject < 0 || header.target == currentObject)) shown = header.target;
   }
-  while (record > 0 && headerAt(record - 1).step == undoLog.step) record--;
-  if (record < undoLog.count) undoLog.used = undoLog.starts[record];
-  undoLog.count = record;
-  undoLog.step--;
+  forgetStep(record);
   undoLog.batch = batch;
   rebuildOrder();
   for (int object : reloaded)
     if (objects[object].flags && headOf(object) == object) notifyEffects(object, objectLoaded);
-  if (restored >= 0 && modelHooks.objectChanged && objects[restored].flags) {
-    if (currentObject < 0) currentObject = restored;
-    if (restored == currentObject) modelHooks.objectChanged(restored);
-  }
+  showRestored(shown);
 }
 
 void resetUndo() { disable(); }

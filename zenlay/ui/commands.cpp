@@ -64,6 +64,7 @@ int importObjectFile() {
   std::string path = askFile(environment.hostFunctions->askLoadFileName, objectFileFilter, "");
   if (path.empty()) return 0;
   if (!environment.projectOpen) return newFromObjectFile(path.c_str());
+  beginUndoStep();
   int end = readObjectFile(path.c_str(), timelineView.cursorFrame, 0);
   if (end >= 0) growScene(end + 1);
   return 1;
