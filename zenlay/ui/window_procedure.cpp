@@ -38,9 +38,9 @@ void adoptClip(EditHandle edit) {
 }
 
 void dropClip() {
+  resetUndo();
   deleteAllObjects();
   clearScenes();
-  resetUndo();
   environment.projectOpen = false;
   environment.projectFolder.clear();
   environment.clip = HostFileInfo{};
