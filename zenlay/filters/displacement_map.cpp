@@ -49,11 +49,6 @@ constinit CheckColumns checks({
     {transformList, checkDropDown},
     {"Match with original size", 0},
 });
-/// The list holds the figure pictures beside the plug-in.
-int listFigures(EffectDefinition*) {
-  checks.names[checkFigure] = figureDropDown();
-  return 1;
-}
 constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(DisplacementMapData::type), "type"},
     {exdataString, sizeof(DisplacementMapData::name), "name"},
@@ -68,7 +63,7 @@ constinit EffectDefinition displacementMapEffect = defineEffect({
     .name = "Displacement map",
     .tracks = tracks,
     .checks = checks,
-    .init = listFigures,
+    .init = listFigures<checks>,
     .exdata_size = sizeof(DisplacementMapData),
     .exdata_fields = fields,
 });

@@ -14,11 +14,6 @@ constinit CheckColumns checks({
     {"Invert mask", 0},
     {"Match with original size", 0},
 });
-/// The list holds the figure pictures beside the plug-in.
-int listFigures(EffectDefinition*) {
-  checks.names[checkFigure] = figureDropDown();
-  return 1;
-}
 
 }  // namespace
 
@@ -27,7 +22,7 @@ constinit EffectDefinition maskEffect = defineEffect({
     .name = "Mask",
     .tracks = figureMaskTracks,
     .checks = checks,
-    .init = listFigures,
+    .init = listFigures<checks>,
     .exdata_size = sizeof(FigureMask),
     .exdata_fields = figureMaskFields,
 });

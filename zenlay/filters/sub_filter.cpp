@@ -13,11 +13,6 @@ constinit CheckColumns checks({
     {figureList, checkDropDown},
     {"Invert mask", 0},
 });
-/// The list holds the figure pictures beside the plug-in.
-int listFigures(EffectDefinition*) {
-  checks.names[checkFigure] = figureDropDown();
-  return 1;
-}
 
 }  // namespace
 
@@ -26,7 +21,7 @@ constinit EffectDefinition subFilterObject = defineEffect({
     .name = "Sub-filter",
     .tracks = figureMaskTracks,
     .checks = checks,
-    .init = listFigures,
+    .init = listFigures<checks>,
     .exdata_size = sizeof(FigureMask),
     .exdata_fields = figureMaskFields,
 });

@@ -20,4 +20,11 @@ const char* figureDropDown();
 /// 1 when something was drawn into the object image.
 int drawFigure(EffectDefinition*, EffectProcessInfo*, const FigureRequest*);
 
+/// `init` of an effect whose check 0 is the figure list: its items then hold the figure pictures beside the plug-in.
+template <auto& checks>
+int listFigures(EffectDefinition*) {
+  checks.names[0] = figureDropDown();
+  return 1;
+}
+
 }  // namespace zenlay

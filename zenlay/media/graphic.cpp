@@ -64,11 +64,6 @@ constinit CheckColumns checks({
     {figureList, checkDropDown},
     {"Color settings", checkButton},
 });
-/// The list holds the figure pictures beside the plug-in.
-int listFigures(EffectDefinition*) {
-  checks.names[0] = figureDropDown();
-  return 1;
-}
 
 constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(GraphicData::type), "type"},
@@ -86,7 +81,7 @@ constinit EffectDefinition graphicMedia = defineEffect({
     .tracks = tracks,
     .checks = checks,
     .proc = processGraphic,
-    .init = listFigures,
+    .init = listFigures<checks>,
     .window_proc = handleMessage,
     .exdata_size = sizeof(GraphicData),
     .exdata_default = &white,
