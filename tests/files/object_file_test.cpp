@@ -12,7 +12,6 @@
 #include "zenlay/effects/evaluation.h"
 #include "zenlay/files/effect_text.h"
 #include "zenlay/files/section_reader.h"
-#include "zenlay/model/chains.h"
 #include "zenlay/model/checker.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"

@@ -8,10 +8,10 @@
 #include "tests/support/fake_host.h"
 #include "tests/support/test_effects.h"
 #include "zenlay/host/project_block.h"
-#include "zenlay/model/chains.h"
 #include "zenlay/model/checker.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
+#include "zenlay/model/sections.h"
 
 namespace zenlay::test {
 namespace {

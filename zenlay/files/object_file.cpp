@@ -9,10 +9,11 @@
 #include "zenlay/files/effect_text.h"
 #include "zenlay/files/section_reader.h"
 #include "zenlay/host/environment.h"
-#include "zenlay/model/chains.h"
+#include "zenlay/model/groups.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
+#include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/undo.h"
 
