@@ -50,12 +50,32 @@ HostOptions hostOptions(const Arguments& arguments) {
     options.overrides.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
   }
   options.threads = arguments.threads;
-  if (!arguments.input.empty()) {
-    ImageNeed need = imageNeed(arguments.input);
-    options.wantedWidth = need.width;
-    options.wantedHeight = need.height;
-  }
   return options;
+}
+
+HostOptions hostOptions(const Arguments& arguments, const FilmFile& film) {
+  HostOptions options = hostOptions(arguments);
+  options.wantedWidth = film.width;
+  options.wantedHeight = film.height;
+  return options;
+}
+
+/// The film of INPUT, opened in a host of its own.
+struct OpenFilm {
+  explicit OpenFilm(const Arguments& arguments) : OpenFilm(arguments, readFilmFile(arguments.input)) {}
+
+  Host host;
+  Warnings warnings;
+
+ private:
+  OpenFilm(const Arguments& arguments, const FilmFile& film) : host(hostOptions(arguments, film)) {
+    openProject(host, film);
+    warnings.report(host);
+  }
+};
+
+void print(const std::string& text) {
+  if (!(std::cout << text << std::flush)) throw Failure("standard output cannot be written");
 }
 
 int render(const Arguments& arguments) {
@@ -68,34 +88,29 @@ int render(const Arguments& arguments) {
     throw WrongUsage("--frames " + arguments.frames + ": N or FIRST-LAST is wanted, counted from 1");
   checkOutput(request.output, range ? range->last - range->first + 1 : 1);
 
-  Host host(hostOptions(arguments));
-  Warnings warnings;
-  openProject(host, arguments.input);
-  if (range && range->last > host.edit.frameCount)
-    throw WrongUsage("--frames " + arguments.frames + ": the film has " + std::to_string(host.edit.frameCount) +
-                     " frames");
+  OpenFilm film(arguments);
+  int frameCount = film.host.edit.frameCount;
+  if (range && range->last > frameCount)
+    throw WrongUsage("--frames " + arguments.frames + ": the film has " + std::to_string(frameCount) + " frames");
   request.first = range ? range->first - 1 : 0;
-  request.last = range ? range->last - 1 : host.edit.frameCount - 1;
-  warnings.report(host);
+  request.last = range ? range->last - 1 : frameCount - 1;
+  watchForInterruption();
   {
     ProgressBar bar(arguments.quiet);
-    exportFilm(host, request, [&](int done, int total) {
+    exportFilm(film.host, request, [&](int done, int total) {
       bar.show(done, total);
       return !interrupted();
     });
   }
-  warnings.report(host);
+  film.warnings.report(film.host);
   return statusDone;
 }
 
 int info(const Arguments& arguments) {
-  Host host(hostOptions(arguments));
-  Warnings warnings;
-  openProject(host, arguments.input);
-  warnings.report(host);
-  std::string answer = askEditor(host, zenlay::queryProject, nullptr);
-  std::cout << (arguments.json ? answer + "\n" : describeProject(answer)) << std::flush;
-  return std::cout ? statusDone : throw Failure("standard output cannot be written");
+  OpenFilm film(arguments);
+  std::string answer = askEditor(film.host, zenlay::queryProject, nullptr);
+  print(arguments.json ? answer + "\n" : describeProject(answer));
+  return statusDone;
 }
 
 int effects(const Arguments& arguments) {
@@ -103,18 +118,15 @@ int effects(const Arguments& arguments) {
   const char* name = arguments.effect.empty() ? nullptr : arguments.effect.c_str();
   std::string answer = askEditor(host, zenlay::queryEffects, name);
   if (name && countEntries(answer) == 0) throw Failure("there is no effect \"" + arguments.effect + "\"");
-  std::cout << (arguments.json ? answer + "\n" : describeEffects(answer, name != nullptr)) << std::flush;
-  return std::cout ? statusDone : throw Failure("standard output cannot be written");
+  print(arguments.json ? answer + "\n" : describeEffects(answer, name != nullptr));
+  return statusDone;
 }
 
 int convert(const Arguments& arguments) {
   projectKind(arguments.output);
-  Host host(hostOptions(arguments));
-  Warnings warnings;
-  openProject(host, arguments.input);
-  warnings.report(host);
-  saveProject(host, arguments.output);
-  warnings.report(host);
+  OpenFilm film(arguments);
+  saveProject(film.host, arguments.output);
+  film.warnings.report(film.host);
   return statusDone;
 }
 
@@ -208,7 +220,7 @@ int runCommandLine(int argc, const char* const* argv) {
     if (error.get_exit_code() == 0) return app.exit(error);
     return complain(std::string(error.what()) + " (cinora --help tells more)", statusWrongUsage);
   }
-  watchForInterruption();
+  makeWriteSignalsErrors();
   captureFfmpegLog();
   try {
     for (const Command& command : commands)
