@@ -109,7 +109,7 @@ int render(const Arguments& arguments) {
 int info(const Arguments& arguments) {
   OpenFilm film(arguments);
   std::string answer = askEditor(film.host, zenlay::queryProject, nullptr);
-  print(arguments.json ? answer + "\n" : describeProject(answer));
+  print(arguments.json ? answer + "\n" : describeProject(answer, askEditor(film.host, zenlay::queryEffects, nullptr)));
   return statusDone;
 }
 

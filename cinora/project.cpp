@@ -94,6 +94,14 @@ intptr_t commandWithFile(Host& host, int command, const std::string& path, std::
   return result;
 }
 
+/// Adds the editor's word on what an object file could not hold, or could not give, to the messages.
+void takeLeftOut(Host& host, const std::string& path) {
+  zenlay::QueryRequest request{};
+  intptr_t answered = platform::sendMessage(editorOf(host).window, zenlay::messageQuery, zenlay::queryLeftOut,
+                                            reinterpret_cast<intptr_t>(&request));
+  if (answered == 1 && request.answer) host.addMessage(path + ": " + request.answer);
+}
+
 void openHostProject(Host& host, const std::string& path, const ProjectFile& project) {
   if (!host.openEdit(project.clipName)) failWithMessage(host, path, "the clip cannot be opened");
   host.setFrameCount(project.frameCount);
@@ -160,6 +168,7 @@ void saveObjectFile(Host& host, const std::string& path) {
   if (std::vector<std::string> messages = host.takeMessages(); !messages.empty())
     throw Failure(path + ": " + messages.front());
   if (!file.commit()) throw Failure(path + ": " + strerror(errno));
+  takeLeftOut(host, path);
 }
 
 }  // namespace
@@ -200,6 +209,7 @@ void openProject(Host& host, const FilmFile& film) {
     if (commandWithFile(host, command, film.path, &DialogAnswers::load) != 1) host.closeEdit();
   }
   if (!host.edit.open) failWithMessage(host, film.path, "the file cannot be opened");
+  if (film.kind == ProjectKind::objectFile) takeLeftOut(host, film.path);
 }
 
 void saveProject(Host& host, const std::string& path) {

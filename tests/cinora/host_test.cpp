@@ -236,6 +236,7 @@ TEST_F(HostTest, ProjectsSayWhatIsWrongWithThem) {
     }
     return "";
   };
+  folder.write((std::string(250, 'n') + ".zlo").c_str(), "16 16 25 1 4");
   EXPECT_NE(complaint(std::string(250, 'n') + ".zlo").find("longer than 259"), std::string::npos);
   folder.write("bad.zlo", "16 16 25 1 bad");
   EXPECT_NE(complaint("bad.zlo").find("Not a film"), std::string::npos);
