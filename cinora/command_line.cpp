@@ -132,6 +132,8 @@ int convert(const Arguments& arguments) {
 
 int openEditor(const Arguments& arguments) {
   std::string file = arguments.file.empty() ? "FILE" : arguments.file;
+  if (!arguments.file.empty() && !platform::fileExists(file))
+    throw WrongUsage("\"" + file + "\" is neither a command nor a file (cinora --help tells more)");
   throw WrongUsage("the editor window is not part of this build; to make a film: cinora render " + file +
                    " -o film.mp4 (cinora --help tells more)");
 }
@@ -141,6 +143,8 @@ struct Command {
   int (*run)(const Arguments&);
 };
 
+const CLI::Validator notEmpty([](std::string& text) { return text.empty() ? "must not be empty" : ""; }, "");
+
 void addCommonOptions(CLI::App* app, Arguments& a) {
   app->add_option("--set", a.settings, "a setting of the plug-in for this run")
       ->type_name("KEY=VALUE")
@@ -149,37 +153,42 @@ void addCommonOptions(CLI::App* app, Arguments& a) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app->add_option("--threads", a.threads, "worker threads (default: one a processor)")
       ->check(CLI::Range(1, maxThreads));
-  app->add_option("--plugins", a.plugins, "load the modules of this folder")->type_name("FOLDER");
+  app->add_option("--plugins", a.plugins, "load the modules of this folder")->type_name("FOLDER")->check(notEmpty);
 }
 
 std::vector<Command> addCommands(CLI::App& app, Arguments& a) {
   constexpr char inputHelp[] = "project (.cnp), object file (.zlo) or backup (.zenlay_backup)";
   CLI::App* renderApp = app.add_subcommand("render", "render a film to a file");
-  renderApp->add_option("INPUT", a.input, inputHelp)->required();
+  renderApp->add_option("INPUT", a.input, inputHelp)->required()->check(notEmpty);
   renderApp
       ->add_option("-o,--output", a.output,
                    "film (.mp4 .mkv .mov .webm .avi), picture or sequence (frame%05d.png), .raw")
       ->required()
+      ->check(notEmpty)
       ->type_name("OUTPUT");
-  renderApp->add_option("--frames", a.frames, "frames to render, from 1, both included")->type_name("FIRST-LAST");
+  renderApp->add_option("--frames", a.frames, "frames to render, from 1, both included")
+      ->check(notEmpty)
+      ->type_name("FIRST-LAST");
   renderApp->add_option("--codec", a.how.codec, "h264 h265 vp9 av1 ffv1 prores mpeg4 ... or an encoder of FFmpeg")
+      ->check(notEmpty)
       ->type_name("NAME");
   renderApp->add_option("--quality", a.how.quality, "the encoder's own scale, lower is better (crf or qscale)")
       ->check(CLI::Range(0, 1000))
       ->type_name("N");
   renderApp->add_option("--preset", a.how.preset, "the encoder's preset: veryfast, slow ... or a number")
+      ->check(notEmpty)
       ->type_name("NAME");
   renderApp->add_flag("--alpha", a.how.alpha, "keep transparency (vp9, ffv1, prores; png, tif, webp)");
   renderApp->add_flag("--quiet,-q", a.quiet, "no progress bar");
   CLI::App* infoApp = app.add_subcommand("info", "tell what a film holds");
-  infoApp->add_option("INPUT", a.input, inputHelp)->required();
+  infoApp->add_option("INPUT", a.input, inputHelp)->required()->check(notEmpty);
   infoApp->add_flag("--json", a.json, "as JSON");
   CLI::App* effectsApp = app.add_subcommand("effects", "list the effects, or one with its tracks and checks");
-  effectsApp->add_option("NAME", a.effect, "name of an effect");
+  effectsApp->add_option("NAME", a.effect, "name of an effect")->check(notEmpty);
   effectsApp->add_flag("--json", a.json, "as JSON");
   CLI::App* convertApp = app.add_subcommand("convert", "write a film as another kind of file");
-  convertApp->add_option("INPUT", a.input, inputHelp)->required();
-  convertApp->add_option("OUTPUT", a.output, "likewise")->required();
+  convertApp->add_option("INPUT", a.input, inputHelp)->required()->check(notEmpty);
+  convertApp->add_option("OUTPUT", a.output, "likewise")->required()->check(notEmpty);
   std::vector<Command> commands{{renderApp, render}, {infoApp, info}, {effectsApp, effects}, {convertApp, convert}};
   for (const Command& command : commands) addCommonOptions(command.app, a);
   return commands;

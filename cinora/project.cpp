@@ -81,7 +81,7 @@ Filter& editorOf(Host& host) {
   Filter* editor = host.plugins.editor();
   if (editor) return *editor;
   std::vector<std::string> messages = host.takeMessages();  // of one that refused to start
-  throw Failure(messages.empty() ? "no editing plug-in was found in " + PluginHost::defaultFolder() : messages.front());
+  throw Failure(messages.empty() ? host.plugins.whyNoEditor() : messages.front());
 }
 
 /// Gives the editor a command whose file dialog answers with the path. The command's result.

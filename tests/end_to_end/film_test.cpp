@@ -332,7 +332,14 @@ TEST_F(Film, SettingsBeyondReasonAreRefused) {
   Outcome outcome =
       run({"render", "good.zlo", "-o", "film.raw", "--set", "max_w=2000000000", "--set", "max_h=2000000000"});
   EXPECT_EQ(outcome.status, 1);
-  EXPECT_NE(outcome.errors.find("Unable to reserve memory"), std::string::npos) << outcome.errors;
+  EXPECT_EQ(outcome.errors, "cinora: Unable to reserve memory\n");
+}
+
+TEST_F(Film, WithoutAnEditorItSaysWhereOneWasLookedFor) {
+  folder.write("good.zlo", header() + object(0, redSquare));
+  Outcome outcome = run({"info", "good.zlo", "--plugins", "nowhere"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "cinora: no editing plug-in was found in nowhere\n");
 }
 
 TEST_F(Film, DeepFoldersDoNotLengthenTheNameOfAFile) {
