@@ -217,9 +217,10 @@ TEST_F(Model, SectionsShareTheHead) {
   EXPECT_EQ(objects[third].startValues[2], 55);
   EXPECT_EQ(objects[third].modes[2], 1);
   EXPECT_EQ(extraDataOf(third, 0), extraDataOf(head, 0));
-  objects[head].slotFlags[0] = 0;
-  EXPECT_EQ(slotFlagsOf(third, 0), 0);
+  setSlotFlags(third, 0, 0);
+  EXPECT_EQ(slotFlagsOf(head, 0), 0);
   EXPECT_EQ(addEffect(third, testFilter), 1);
+  setChainSlotDefaults(third, 1);
   for (int section : {head, second, third}) EXPECT_EQ(objects[section].slots[1].effect, testFilter);
   EXPECT_EQ(objects[second].startValues[trackOf(objects[second], 2, 0)], 55);
   EXPECT_EQ(chainRange(second).last, 140);
@@ -440,7 +441,11 @@ TEST_F(Model, RandomEditingKeepsTheModelSound) {
         if (used && objects[o].chainHead < 0) deleteObject(o);
         break;
       case 3:
-        if (used) recordUndo(o, undoChain), addEffect(o, pick(effectCount));
+        if (used) {
+          recordUndo(o, undoChain);
+          int slot = addEffect(o, pick(effectCount));
+          if (slot >= 0) setChainSlotDefaults(o, slot);
+        }
         break;
       case 4:
         if (used && usedSlots(o) > 1) recordUndo(o, undoChain), removeEffect(o, pick(usedSlots(o)));
