@@ -344,6 +344,7 @@ int readObjectFile(const char* path, int frameOffset, int layerOffset) {
     findObject(import, -1, " comes behind it");
     break;
   }
+  settleChains();
   renumberMarkedGroups();
   endUndoBatch();
   leftOutNote = noteOf(import);
