@@ -132,13 +132,9 @@ std::string describeProject(const std::string& projectJson, const std::string& e
   return text;
 }
 
-std::vector<std::string> textsOfProject(const std::string& projectJson) {
-  const Json project = parse(projectJson);
+std::vector<std::string> textsOf(const std::string& json) {
   std::vector<std::string> texts;
-  for (const Json& object : member(project, "objects"))
-    for (const Json& slot : member(object, "slots"))
-      for (const Json& value : member(slot, "exdata"))
-        if (value.is_string() && !value.get_ref<const std::string&>().empty()) texts.push_back(value);
+  for (const Json& text : parse(json)) texts.push_back(plain(text));
   return texts;
 }
 

@@ -3,6 +3,7 @@
 #define JSON_NOEXCEPTION 1
 #include <cstring>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <string>
 
 #include "zenlay/effects/evaluation.h"
@@ -104,6 +105,18 @@ Json describeExtraData(const EffectDefinition* d, const uint8_t* data) {
   return fields;
 }
 
+Json listTexts() {
+  std::set<std::string> texts;
+  for (int i = 0; i < objectCount; i++) {
+    int object = indexOf(layerOrder[i]);
+    for (int slot = 0; slot < usedSlots(object); slot++)
+      for (const Json& value :
+           describeExtraData(effectList[layerOrder[i]->slots[slot].effect], extraDataOf(object, slot)))
+        if (value.is_string()) texts.insert(value.get<std::string>());
+  }
+  return texts;
+}
+
 Json describeSlot(int object, int slot) {
   const ObjectRecord& o = objects[object];
   const EffectDefinition* d = effectList[o.slots[slot].effect];
@@ -199,6 +212,8 @@ int answerQuery(intptr_t query, QueryRequest* request) {
       return answerWith(describeEffects(request->argument));
     case queryProject:
       return answerWith(describeProject());
+    case queryTexts:
+      return answerWith(listTexts());
     case queryWriteBackup:
       request->answer = writeBackup(request->argument, true);
       return 1;
