@@ -241,8 +241,10 @@ int splitObject(int object, int frame) {
     recordUndo(object, undoSnapshot | undoChain);
   else if ((object = addSection(object, frame, sectionSplit)) < 0)
     return -1;
+  notifyEffects(object, objectDivided);
   detachSections(object, false);
   if (preferences.divide_mode) divideWholeChainTracks(head, object, atPoint);
+  syncChain(object);
   return object;
 }
 
