@@ -7,6 +7,7 @@
 #include "platform/system.h"
 #include "platform/window.h"
 #include "zenlay/effects/effect_services.h"
+#include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/host/module_files.h"
@@ -144,7 +145,10 @@ int startUp(HostFilterRecord* filter) {
   readModuleFiles(environment.modulePath);
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
-  modelHooks = {.objectDeleted = freeWorkMemoryOf, .sendCommand = sendEffectCommand};
+  modelHooks = {.objectDeleted = freeWorkMemoryOf,
+                .sendCommand = sendEffectCommand,
+                .hideControls = hideEffectControls,
+                .trackValues = evaluateSlot};
   installMediaServices();
   registerBuiltIns(filter->functions, &effectServices, filter);
   linkHostFilters(system.filterCount);
