@@ -29,7 +29,7 @@ struct ObjectClipboard {
 constinit ObjectClipboard objectClipboard{};
 
 bool growArea() {
-  if (refuseGrowth) return false;
+  if (!mayGrow()) return false;
   void* grown = realloc(objectClipboard.area, objectClipboard.capacity + clipboardGrowth);
   if (!grown) return false;
   objectClipboard.area = static_cast<uint8_t*>(grown);
@@ -246,7 +246,7 @@ bool completeHead(int object, const Entry& entry, const std::vector<Entry>& entr
 }
 
 void releaseChain(int head) {
-  for (int section = head; section >= 0; section = nextSection(section)) releaseObject(section);
+  for (int section : sectionsOf(head)) releaseObject(section);
 }
 
 /// Makes the pasted heads whole, gives up those that cannot be, and tells the effects of the others.
@@ -261,7 +261,7 @@ void settleHeads(const std::vector<Entry>& entries) {
   if (released) rebuildOrder();
   for (int i = 0; i < objectClipboard.entries; i++) {
     int object = pastedAs(i);
-    if (object < 0 || !objects[object].flags)
+    if (!inUse(object))
       setPasted(i, -1);
     else if (headOf(object) == object)
       notifyEffects(object, objectPasted);
@@ -297,7 +297,7 @@ void clearClipboard() {
 int clipboardEntries() { return objectClipboard.entries; }
 
 int copyToClipboard(int object) {
-  if (object < 0 || object >= objectCapacity || !objects[object].flags) return 1;
+  if (!inUse(object)) return 1;
   const ObjectRecord& o = objects[object];
   size_t entryBytes = sizeof o + o.extraDataSize;
   size_t needed = entryBytes + (static_cast<size_t>(objectClipboard.entries) + 1) * indexBytes;
@@ -312,8 +312,8 @@ int copyToClipboard(int object) {
 }
 
 int copyChainToClipboard(int object) {
-  if (object < 0 || object >= objectCapacity || !objects[object].flags) return 1;
-  for (int section = headOf(object); section >= 0; section = nextSection(section))
+  if (!inUse(object)) return 1;
+  for (int section : sectionsOf(object))
     if (!copyToClipboard(section)) return 0;
   return 1;
 }

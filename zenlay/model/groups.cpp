@@ -33,14 +33,12 @@ GroupNumbers groupsInUse() {
   return groups;
 }
 
-bool inUse(int object) { return object >= 0 && object < objectCapacity && objects[object].flags; }
-
 /// A chain shares its group: every section of a given object's chain takes it.
 void setGroup(std::span<const int> selection, int group) {
   beginUndoStep();
   for (int object : selection) {
     if (!inUse(object) || objects[object].group == group) continue;
-    for (int section = headOf(object); section >= 0; section = nextSection(section)) {
+    for (int section : sectionsOf(object)) {
       recordUndo(section, undoSnapshot);
       objects[section].group = group;
     }
