@@ -7,6 +7,7 @@
 #include "zenlay/files/effect_text.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/objects.h"
+#include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
 
 namespace zenlay {
@@ -80,6 +81,22 @@ void applyEffect(const std::string& section, int object, int slot) {
       objects[object].slotFlags[slot] &= static_cast<uint8_t>(~slotEnabled);
   }
   settleStaticTracks(object, slot);
+}
+
+int addChainEffect(int object, int effect) {
+  int slot = addEffect(object, effect);
+  if (slot < 0) return -1;
+  if (effectList[effect]->flag & effectMedia)
+    for (int section : sectionsOf(object)) memset(objects[section].name, 0, maxName);
+  setChainSlotDefaults(object, slot);
+  return slot;
+}
+
+void applyToChain(const std::string& section, int object, int slot) {
+  int head = headOf(object);
+  applyEffect(section, head, slot);
+  setSlotFlags(head, slot, objects[head].slotFlags[slot]);
+  syncChain(head);
 }
 
 int slotHolding(int object, int effect) {

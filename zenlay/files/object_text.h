@@ -38,6 +38,12 @@ void readObjectKeys(const std::string& section, ObjectKeys*);
 const char* nextEffect(SectionFile*, const std::string& prefix, int number, std::string& section);
 /// Applies an effect section's lines to the slot; in a continuation of a chain those of the head stay.
 void applyEffect(const std::string& section, int object, int slot);
+/// Adds the effect to the object, with its definition's defaults in every section of the chain; a new source takes the
+/// object's name away. The slot, or -1 when a limit forbids it.
+int addChainEffect(int object, int effect);
+/// Applies an effect section's lines to the slot in every section of the chain: a movement is the head's, the other
+/// sections go on from it.
+void applyToChain(const std::string& section, int object, int slot);
 /// The slot of the object that holds the effect, or -1.
 int slotHolding(int object, int effect);
 /// Sets the object's camera target flag as the file, or else the effect just added, has it.
