@@ -175,6 +175,7 @@ int readObjectFile(const char* path, int frameOffset, int layerOffset) {
     }
     if (!header || !readObject(import, number)) break;
   }
+  settleChains();
   renumberMarkedGroups();
   endUndoBatch();
   return import.largestEnd;

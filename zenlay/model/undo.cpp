@@ -228,7 +228,15 @@ void undo() {
   showRestored(shown);
 }
 
+int undoSteps() { return undoLog.count > 0 ? undoLog.step - headerAt(0).step + 1 : 0; }
+
 void resetUndo() { disable(); }
+
+void freeUndo() {
+  disable();
+  free(undoLog.area);
+  undoLog.area = nullptr;
+}
 
 void moveUndoNames(int (*newOffset)(int oldOffset)) {
   for (int record = 0; record < undoLog.count; record++) {

@@ -11,7 +11,11 @@ void recordUndo(int target, int kind);
 void beginUndoBatch();
 void endUndoBatch();
 void undo();
+/// Steps that undo puts back, those without records included; 0 while the history is empty or disabled.
+int undoSteps();
 void resetUndo();
+/// Gives the area back, too.
+void freeUndo();
 /// Bit of recordUndo's target with undoLayer, or'ed with the layer's index.
 inline constexpr int undoLayerTarget = 0x1000000;
 /// Called when the name pool was compacted, with the new offset (or -1) of every name that layer records refer to.
