@@ -6,12 +6,8 @@
 #include <random>
 #include <vector>
 
-#include "tests/support/fake_host.h"
-#include "tests/support/test_effects.h"
-#include "zenlay/model/checker.h"
-#include "zenlay/model/extra_data.h"
+#include "tests/model/fixture.h"
 #include "zenlay/model/groups.h"
-#include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/sections.h"
@@ -28,32 +24,22 @@ struct Sent {
 };
 std::vector<Sent> sentCommands;
 
-class Clipboard : public testing::Test {
+class Clipboard : public Model {
  protected:
   void SetUp() override {
-    resetFakeHost();
-    useTestEffects();
+    Model::SetUp();
     sentCommands.clear();
-    modelHooks = {.sendCommand = [](int object, int slot, int, intptr_t value) {
+    modelHooks.sendCommand = [](int object, int slot, int, intptr_t value) {
       sentCommands.push_back({object, slot, value});
-    }};
+    };
   }
   void TearDown() override {
-    EXPECT_EQ(modelFault(), "");
-    refuseGrowth = false;
-    modelHooks = {};
-    freeObjects();
+    Model::TearDown();
     freeClipboard();
-  }
-  int create(int first, int last, int layer, int effect = testFilterObject) {
-    int object = createObject(first, layer, effect, -1);
-    EXPECT_GE(object, 0);
-    if (object >= 0) objects[object].end = last;
-    return object;
   }
   /// Three sections of ten frames whose head names a file.
   int createChain(int first, int layer) {
-    int head = create(first, first + 9, layer, testVideo);
+    int head = createOver(first, first + 9, layer, testVideo);
     strcpy(reinterpret_cast<char*>(extraDataOf(head, 0)), "clip.avi");
     int second = appendSection(head, first + 10, first + 19);
     appendSection(second, first + 20, first + 29);
@@ -67,7 +53,7 @@ class Clipboard : public testing::Test {
 };
 
 TEST_F(Clipboard, GrowsInStepsAndEmptiesItselfWhenItCannot) {
-  int object = create(0, 9, 0), chain = createChain(0, 1), unused = objectCount;
+  int object = createOver(0, 9, 0), chain = createChain(0, 1), unused = objectCount;
   refuseGrowth = true;
   EXPECT_EQ(copyToClipboard(object), 0) << "nothing reserved yet";
   EXPECT_EQ(copyToClipboard(unused), 1) << "a free record";
@@ -88,7 +74,7 @@ TEST_F(Clipboard, GrowsInStepsAndEmptiesItselfWhenItCannot) {
 }
 
 TEST_F(Clipboard, ABlockKeepsItsShape) {
-  int a = create(30, 39, 3), b = create(20, 24, 4), c = create(20, 29, 5);
+  int a = createOver(30, 39, 3), b = createOver(20, 24, 4), c = createOver(20, 29, 5);
   for (int object : {a, b, c}) copyToClipboard(object);
   int first = -1, last = -1;
   int pasted = paste(100, 98, &first, &last);
@@ -128,7 +114,7 @@ TEST_F(Clipboard, FindsTheFirstPlaceWhereEveryEntryFits) {
     for (int layer = 0; layer < 6; layer++)
       for (int frame = below(spread); frame < 200; frame += 1 + below(spread)) {
         int length = 1 + below(6);
-        create(frame, frame + length - 1, layer);
+        createOver(frame, frame + length - 1, layer);
         frame += length;
       }
     std::vector<ObjectRecord> entries;
@@ -150,7 +136,7 @@ TEST_F(Clipboard, FindsTheFirstPlaceWhereEveryEntryFits) {
 }
 
 TEST_F(Clipboard, EveryPasteIsACopyOfItsOwn) {
-  int head = createChain(0, 0), mate = create(0, 9, 1);
+  int head = createChain(0, 0), mate = createOver(0, 9, 1);
   for (int o = head; o >= 0; o = nextSection(o)) objects[o].group = 1;
   objects[mate].group = 1;
   copyChainToClipboard(head);
@@ -175,7 +161,7 @@ TEST_F(Clipboard, EveryPasteIsACopyOfItsOwn) {
 }
 
 TEST_F(Clipboard, PastesIntoTheSceneInView) {
-  int a = create(10, 19, 3), b = create(10, 19, 7);
+  int a = createOver(10, 19, 3), b = createOver(10, 19, 7);
   copyToClipboard(a);
   selectScene(2);
   EXPECT_EQ(objects[paste(0, 1)].scene, 2);
@@ -207,9 +193,10 @@ TEST_F(Clipboard, WhatDoesNotFitLeavesTheRestWhole) {
     freeObjects();
     createChain(0, 0);
     copyChainToClipboard(objectAt(0, 0));
-    for (int i = 0; i < objectGrowth - 3 - room; i++) create(i * 10, i * 10, 1 + i % 50);
-    refuseGrowth = true;
+    for (int i = 0; i < objectGrowth - 3 - room; i++) createOver(i * 10, i * 10, 1 + i % 50);
     beginUndoStep();
+    recordUndo(objectAt(0, 0), undoSnapshot);
+    refuseGrowth = true;
     shownMessages().clear();
     int head = paste(100, 80);
     EXPECT_EQ(objectCount, objectGrowth - room + std::min(room, 3));
@@ -228,7 +215,7 @@ TEST_F(Clipboard, WhatDoesNotFitLeavesTheRestWhole) {
   constexpr int units = extraDataGrowth / extraDataUnit;
   for (int room = 0; room <= 3; room++) {
     freeObjects();
-    for (int i = 0; i < units - room; i++) create(i * 10, i * 10, i % 50, testGraphic);
+    for (int i = 0; i < units - room; i++) createOver(i * 10, i * 10, i % 50, testGraphic);
     for (int i = 0; i < 3; i++) copyToClipboard(objectAt(i * 10, i));
     refuseGrowth = true;
     int pasted = paste(0, 80);
@@ -243,7 +230,7 @@ TEST_F(Clipboard, SectionsThatLostTheirHeadGoWithoutMemory) {
   constexpr int units = extraDataGrowth / extraDataUnit;
   int head = createChain(0, 0);
   for (int section = nextSection(head); section >= 0; section = nextSection(section)) copyToClipboard(section);
-  for (int i = 1; i < units; i++) create(i * 10, i * 10, 1 + i % 50, testGraphic);
+  for (int i = 1; i < units; i++) createOver(i * 10, i * 10, 1 + i % 50, testGraphic);
   int before = objectCount;
   refuseGrowth = true;
   EXPECT_EQ(paste(100, 80), -1) << "no extra data for the section that comes to head them";
@@ -251,8 +238,9 @@ TEST_F(Clipboard, SectionsThatLostTheirHeadGoWithoutMemory) {
 }
 
 TEST_F(Clipboard, Groups) {
-  int chain = createChain(0, 0), plain = create(0, 9, 1), third = create(0, 9, 2), seventh = create(0, 9, 3);
-  int left = create(0, 9, 4), unselected = create(0, 9, 5);
+  int chain = createChain(0, 0), plain = createOver(0, 9, 1), third = createOver(0, 9, 2),
+      seventh = createOver(0, 9, 3);
+  int left = createOver(0, 9, 4), unselected = createOver(0, 9, 5);
   objects[third].group = 3;
   objects[seventh].group = objects[unselected].group = 7;
   const int selection[] = {seventh, chain, nextSection(chain), plain, third, -1, 900};

@@ -114,12 +114,22 @@ int placeChain(AliasFile& alias, int frame, int layer) {
   int64_t start = findRoom(frame, chainLength(alias), layer);
   if (start < 0) return -1;
   for (int length; (length = readHeader(alias)) > 0; start += length) {
-    int section = readEffects(&alias.file, alias.prefix, alias.keys, head >= 0,
-                              [&](int effect) { return startSection(alias, head, start, length, layer, effect); });
+    EffectReading source{alias.prefix, alias.keys, head >= 0};
+    source.start = [&](const char*, int effect) {
+      return effect < 0 ? -1 : startSection(alias, head, start, length, layer, effect);
+    };
+    int section = readEffects(&alias.file, source);
     if (section < 0) break;
     if (head < 0) head = section;
   }
   return head;
+}
+
+/// An object of the alias's effects alone, or -1.
+int placeEffects(AliasFile& alias, int frame, int layer) {
+  EffectReading source{alias.prefix, alias.keys, false};
+  source.start = [&](const char*, int effect) { return createObject(frame, layer, effect, -1); };
+  return readEffects(&alias.file, source);
 }
 
 /// Whether the effect may stand in an object of that kind.
@@ -178,9 +188,7 @@ int placeAlias(const char* path, int frame, int layer) {
   if (!openAliasOrTell(path, &alias)) return -1;
   frame = std::max(frame, 0);
   beginUndoBatch();
-  int head = alias.headed ? placeChain(alias, frame, layer)
-                          : readEffects(&alias.file, alias.prefix, alias.keys, false,
-                                        [&](int effect) { return createObject(frame, layer, effect, -1); });
+  int head = alias.headed ? placeChain(alias, frame, layer) : placeEffects(alias, frame, layer);
   settleChains();
   endUndoBatch();
   if (head >= 0) notifyEffects(head, objectLoaded);

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "platform/text.h"
+#include "zenlay/files/left_out.h"
 #include "zenlay/files/object_text.h"
 #include "zenlay/files/section_reader.h"
 #include "zenlay/host/environment.h"
@@ -75,6 +76,21 @@ std::string objectText(int object, int number) {
   return out;
 }
 
+/// The objects of other scenes, which an object file has no place for.
+std::string otherScenesNote() {
+  int counts[maxScenes] = {};
+  for (int i = sceneObjectCount; i < objectCount; i++) counts[layerOrder[i]->scene]++;
+  LeftOut others;
+  for (int scene = 0; scene < maxScenes; scene++) {
+    if (counts[scene] == 0) continue;
+    std::string name = sceneName(scene);
+    leaveOut(others, std::to_string(scene) + " \"" + name + "\" (" + counted(counts[scene], "object") + ")");
+  }
+  if (others.count == 0) return {};
+  std::string name = sceneName(currentScene);
+  return "holds scene " + std::to_string(currentScene) + " \"" + name + "\" alone; " + leftOutText(others, "scene");
+}
+
 // ---- Reading ----
 
 struct FileObject {
@@ -95,7 +111,31 @@ struct Import {
   int previous = -1;  // the object read last, -1 when it was skipped
   int largestEnd = 0;
   bool tableFull = false;  // an object did not fit, and the user was told
+  LeftOut objects, effects;
 };
+
+/// No longer than a name may be, however long the line.
+std::string quoted(const char* name) { return "\"" + std::string(name, strnlen(name, maxName)) + "\""; }
+
+/// Whether a header line is that of an object, "[%d]".
+bool isObjectHeader(std::string_view header) {
+  return header.size() > 2 && header.find_first_not_of("0123456789", 1) == header.size() - 1 && header.back() == ']';
+}
+
+/// Goes to the section of object `number`; false when there is none. What it passes over is left out, for that reason.
+bool findObject(Import& import, int number, const char* reason) {
+  std::string wanted = "[" + std::to_string(number) + "]";
+  while (const char* header = readSection(&import.file, import.section)) {
+    if (wanted == header) return true;
+    if (isObjectHeader(header)) leaveOut(import.objects, std::string(header) + reason);
+  }
+  return false;
+}
+
+std::string noteOf(const Import& import) {
+  std::string objects = leftOutText(import.objects, "object"), effects = leftOutText(import.effects, "effect");
+  return objects + (objects.empty() || effects.empty() ? "" : "; ") + effects;
+}
 
 /// False when a required key is missing.
 bool readPlace(const Import& import, FileObject* o) {
@@ -113,14 +153,15 @@ bool readPlace(const Import& import, FileObject* o) {
   return true;
 }
 
-bool fits(const Import& import, const FileObject& o) {
-  if (o.start < 0 || o.end < o.start || o.layer < 0 || o.layer >= layersPerScene) return false;
+/// Why the object cannot be placed, or null.
+const char* misfit(const Import& import, const FileObject& o) {
+  if (o.start < 0 || o.end < o.start || o.layer < 0 || o.layer >= layersPerScene) return "has no valid frames or layer";
   if (o.chain) {
-    if (import.previous < 0) return false;
+    if (import.previous < 0) return "continues no object";
     const ObjectRecord& before = objects[import.previous];
-    if (int64_t{before.end} + 1 != o.start || before.layer != o.layer) return false;
+    if (int64_t{before.end} + 1 != o.start || before.layer != o.layer) return "continues no object";
   }
-  return objectsInRange(o.start, o.end, o.layer) < 0;
+  return objectsInRange(o.start, o.end, o.layer) < 0 ? nullptr : "overlaps another object";
 }
 
 /// The object's record with its first effect, or -1. A continuation has its chain's effects.
@@ -137,13 +178,32 @@ int startObject(Import& import, const FileObject& from, int effect) {
   return object;
 }
 
+/// Reads the effect sections of object `number`; the object, or -1 when it was left out: for the reason `misfit`, or
+/// for want of a first effect.
+int readObjectEffects(Import& import, const FileObject& from, int number, const char* misfit) {
+  std::string name = std::to_string(number), reason = misfit ? misfit : "has no effect";
+  EffectReading source{name, from.keys, from.chain};
+  source.start = [&](const char* effectName, int effect) {
+    if (misfit) return -1;
+    reason = effect < 0 ? "is of an unknown effect " + quoted(effectName) : "finds no room";
+    return effect < 0 ? -1 : startObject(import, from, effect);
+  };
+  source.leftOut = [&](const char* effectName, const char* why) {
+    leaveOut(import.effects, quoted(effectName) + " of [" + name + "] " + why);
+  };
+  int object = readEffects(&import.file, source);
+  if (object < 0) leaveOut(import.objects, "[" + name + "] " + reason);
+  return object;
+}
+
 /// Reads one object whose section was found; false ends the import.
 bool readObject(Import& import, int number) {
   FileObject from;
-  if (!readPlace(import, &from)) return false;
-  bool taken = fits(import, from);
-  int object = readEffects(&import.file, std::to_string(number), from.keys, from.chain,
-                           [&](int effect) { return taken ? startObject(import, from, effect) : -1; });
+  if (!readPlace(import, &from)) {
+    leaveOut(import.objects, "[" + std::to_string(number) + "] lacks start, end or layer and ends the reading");
+    return false;
+  }
+  int object = readObjectEffects(import, from, number, misfit(import, from));
   import.previous = object;
   if (object < 0) return true;
   notifyEffects(object, objectLoaded);
@@ -154,12 +214,14 @@ bool readObject(Import& import, int number) {
 }  // namespace
 
 int writeObjectFile(const char* path) {
+  leftOutNote = otherScenesNote();
   return writeTextFile(path, sceneObjectCount + 1, [](int part) {
     return part == 0 ? headerText() : objectText(indexOf(layerOrder[part - 1]), part - 1);
   });
 }
 
 int readObjectFile(const char* path, int frameOffset, int layerOffset) {
+  leftOutNote.clear();
   Import import{};
   if (!openSectionFile(path, &import.file)) {
     showMessage("Failed to read the file", boxWarning);
@@ -168,16 +230,15 @@ int readObjectFile(const char* path, int frameOffset, int layerOffset) {
   import.frameOffset = frameOffset;
   import.layerOffset = layerOffset;
   beginUndoBatch();
-  for (int number = 0;; number++) {
-    std::string wanted = "[" + std::to_string(number) + "]";
-    const char* header;
-    while ((header = readSection(&import.file, import.section)) && wanted != header) {
-    }
-    if (!header || !readObject(import, number)) break;
+  for (int number = 0; findObject(import, number, " is out of order"); number++) {
+    if (readObject(import, number)) continue;
+    findObject(import, -1, " comes behind it");
+    break;
   }
   settleChains();
   renumberMarkedGroups();
   endUndoBatch();
+  leftOutNote = noteOf(import);
   return import.largestEnd;
 }
 

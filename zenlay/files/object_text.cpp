@@ -11,6 +11,28 @@
 #include "zenlay/model/slots.h"
 
 namespace zenlay {
+namespace {
+
+int slotFor(const EffectReading& source, int object, int number, int effect) {
+  if (number == 0) return slotHolding(object, effect);  // a companion may stand in front of it
+  if (!source.continuation) return addEffect(object, effect);
+  bool same = number < usedSlots(object) && objects[object].slots[number].effect == effect;
+  return same ? number : -1;
+}
+
+/// Puts the effect of a section into the object; why it has no place there, or null.
+const char* takeEffect(const EffectReading& source, const std::string& section, int object, int number, int effect) {
+  int slot = slotFor(source, object, number, effect);
+  if (slot < 0) return source.continuation ? "differs from its chain" : "finds no room";
+  if (!source.continuation) {
+    setSlotDefaults(object, slot);
+    setCameraTarget(object, source.keys, effect);
+  }
+  applyEffect(section, object, slot);
+  return nullptr;
+}
+
+}  // namespace
 
 void writeLine(std::string& out, const char* key, int64_t value) {
   out.append(key).append("=").append(std::to_string(value)).append("\r\n");
@@ -115,30 +137,17 @@ void setCameraTarget(int object, const ObjectKeys& keys, int effect) {
     objects[object].flags &= ~objectCameraTarget;
 }
 
-int readEffects(SectionFile* file, const std::string& prefix, const ObjectKeys& keys, bool continuation,
-                const std::function<int(int effect)>& start) {
+int readEffects(SectionFile* file, const EffectReading& source) {
   int object = -1;
   std::string section;
   for (int i = 0; i < maxSlots; i++) {
-    const char* name = nextEffect(file, prefix, i, section);
+    const char* name = nextEffect(file, source.prefix, i, section);
     if (!name) break;
-    int effect = findEffect(name, keys.audio, keys.draws);
-    if (effect < 0) continue;
-    if (i == 0) object = start(effect);
+    int effect = findEffect(name, source.keys.audio, source.keys.draws);
+    if (i == 0) object = source.start(name, effect);
     if (object < 0) continue;
-    int slot = -1;
-    if (i == 0)
-      slot = slotHolding(object, effect);  // a companion may stand in front of it
-    else if (!continuation)
-      slot = addEffect(object, effect);
-    else if (i < usedSlots(object) && objects[object].slots[i].effect == effect)
-      slot = i;
-    if (slot < 0) continue;
-    if (!continuation) {
-      setSlotDefaults(object, slot);
-      setCameraTarget(object, keys, effect);
-    }
-    applyEffect(section, object, slot);
+    const char* why = effect < 0 ? "is unknown" : takeEffect(source, section, object, i, effect);
+    if (why && source.leftOut) source.leftOut(name, why);
   }
   return object;
 }

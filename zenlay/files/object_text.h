@@ -48,10 +48,17 @@ void applyToChain(const std::string& section, int object, int slot);
 int slotHolding(int object, int effect);
 /// Sets the object's camera target flag as the file, or else the effect just added, has it.
 void setCameraTarget(int object, const ObjectKeys&, int effect);
-/// Reads the effect sections 0..11 of one object. `start` is called with the first effect when it is known, and gives
-/// the object or -1; the others are added to it, or, when `continuation`, must be in their slots already. The object,
-/// or -1.
-int readEffects(SectionFile*, const std::string& prefix, const ObjectKeys&, bool continuation,
-                const std::function<int(int effect)>& start);
+/// Where the effects of one object, or of one section of its chain, come from and go.
+struct EffectReading {
+  std::string prefix;
+  ObjectKeys keys;
+  bool continuation;  // of a chain, whose effects must be in their slots already
+  /// Called with effect section 0, `effect` being -1 when it is unknown; gives the object, or -1.
+  std::function<int(const char* name, int effect)> start;
+  /// Told of an effect that the object does not take, and why. May be empty.
+  std::function<void(const char* name, const char* why)> leftOut;
+};
+/// Reads the effect sections 0..11; the object, or -1.
+int readEffects(SectionFile*, const EffectReading&);
 
 }  // namespace zenlay
