@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/canvas.h"
 #include "platform/paths.h"
 #include "platform/system.h"
 #include "platform/window.h"
