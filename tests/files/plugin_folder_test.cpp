@@ -2,9 +2,9 @@
 
 #include <cstring>
 
+#include "platform/backend.h"
 #include "platform/paths.h"
 #include "platform/text.h"
-#include "platform/window.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/test_effects.h"
