@@ -128,6 +128,16 @@ std::string describeProject(const std::string& projectJson, const std::string& e
   return text;
 }
 
+std::vector<std::string> textsOfProject(const std::string& projectJson) {
+  const Json project = parse(projectJson);
+  std::vector<std::string> texts;
+  for (const Json& object : member(project, "objects"))
+    for (const Json& slot : member(object, "slots"))
+      for (const Json& value : member(slot, "exdata"))
+        if (value.is_string() && !value.get_ref<const std::string&>().empty()) texts.push_back(value);
+  return texts;
+}
+
 std::string describeEffects(const std::string& json, bool details) {
   Json effects = parse(json);
   if (!effects.is_array()) throw Failure("the editing plug-in's answer lists no effects");

@@ -262,6 +262,18 @@ TEST_F(Film, LookingChangesNothing) {
   EXPECT_EQ(contentsOf(folder / "film.zlo"), text);
 }
 
+TEST_F(Film, FootageIsNotOverwritten) {
+  folder.write("clip.mp4", "footage");
+  std::filesystem::create_symlink("clip.mp4", folder / "link.mp4");
+  folder.write("film.zlo", header() + object(0, "Video file\r\nfile=clip.mp4"));
+  for (const char* name : {"clip.mp4", "link.mp4"}) {
+    Outcome outcome = runCinora({"render", folder / "film.zlo", "-o", folder / name}, {.folder = "/"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_NE(outcome.errors.find("is a file the film is made of"), std::string::npos) << outcome.errors;
+  }
+  EXPECT_EQ(contentsOf(folder / "clip.mp4"), "footage");
+}
+
 TEST_F(Film, MissingMediaIsSaidOnceAndTheRestIsDrawn) {
   folder.write("film.zlo", header() + object(0, "Video file\r\nfile=gone.avi") + object(1, redSquare));
   Outcome outcome = run({"render", "film.zlo", "-o", "film.raw"});

@@ -6,6 +6,7 @@
 #include "tests/model/fixture.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/arrange.h"
+#include "zenlay/model/clipboard.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/sections.h"
@@ -17,6 +18,7 @@ namespace zenlay::test {
 namespace {
 
 constexpr int walkLayers = 12, walkFrames = 280;
+constexpr int crowded = 150;  // objects; with more of them no copies are made
 
 std::mt19937 random_;
 int pick(int n) { return static_cast<int>(random_() % static_cast<unsigned>(n)); }
@@ -178,6 +180,16 @@ int layerName(int) {
   return setLayerName(currentScene, layer, std::string(static_cast<size_t>(1 + pick(60)), 'a').c_str());
 }
 
+int copyAndPaste(int object) {
+  if (objectCount > crowded) return 0;
+  clearClipboard();
+  int copied = pick(4) ? copyChainToClipboard(object) : copyToClipboard(object);
+  if (int other = anyObject(); pick(3) == 0) copied = copied && copyToClipboard(other);
+  return pasteClipboard(pick(walkFrames), pick(walkLayers), nullptr, nullptr) >= 0;
+}
+
+int duplicate(int) { return objectCount <= crowded && duplicateObjects(anySelection(), pick(walkFrames)) >= 0; }
+
 struct Operation {
   const char* name;
   int (*run)(int object);  // an object of the scene; 0 when it was refused
@@ -210,6 +222,8 @@ const Operation operations[] = {
     {"emptyFrames", emptyFrames, 1},
     {"layerFlags", layerFlags, 2},
     {"layerName", layerName, 1},
+    {"copyAndPaste", copyAndPaste, 2},
+    {"duplicate", duplicate, 1},
 };
 
 const Operation& anyOperation() {
