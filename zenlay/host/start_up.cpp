@@ -10,6 +10,7 @@
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
+#include "zenlay/files/alias_list.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/host/module_files.h"
 #include "zenlay/host/plugin.h"
@@ -19,6 +20,7 @@
 #include "zenlay/media/image_loading.h"
 #include "zenlay/media/media_handles.h"
 #include "zenlay/media/media_services.h"
+#include "zenlay/model/clipboard.h"
 #include "zenlay/model/extra_data.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
@@ -29,6 +31,9 @@
 #include "zenlay/render/image_cache.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/render/work_memory.h"
+#include "zenlay/ui/drag.h"
+#include "zenlay/ui/selection.h"
+#include "zenlay/ui/timeline.h"
 
 namespace zenlay {
 namespace {
@@ -42,18 +47,18 @@ constexpr int cameraViewWidth = 640, cameraViewHeight = 480;
 constexpr int playbackLink = 900;  // code of the command that hands our callback to the playback window
 constexpr char playbackName[] = "Playback window";
 
-// Bits of the flag word of a playback notification.
-constexpr int playbackNoAids = 0x1, playbackStarts = 0x4, playbackEnds = 0x8;
-
 platform::Canvas* memoryCanvas;
 platform::HookHandle* keyboardHook;
 
 int onPlayback(int32_t frame, int32_t flags) {
-  if (flags & playbackNoAids) return 1;
-  if (flags & playbackStarts) environment.playing = true;
-  if (flags & playbackEnds) environment.playing = false;
-  timelineView.playbackFrame = environment.playing ? frame : -1;
+  playbackNotification(frame, static_cast<uint32_t>(flags));
   return 1;
+}
+
+void onObjectDeleted(int object) {
+  forgetDragged(object);
+  forgetSelected(object);
+  freeWorkMemoryOf(object);
 }
 
 /// Keys pressed in the object settings window reach it first; there is none without a desktop.
@@ -146,13 +151,14 @@ int startUp(HostFilterRecord* filter) {
   readModuleFiles(environment.modulePath);
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
-  modelHooks = {.objectDeleted = freeWorkMemoryOf,
+  modelHooks = {.objectDeleted = onObjectDeleted,
                 .sendCommand = sendEffectCommand,
                 .hideControls = hideEffectControls,
                 .trackValues = evaluateSlot};
   installMediaServices();
   registerBuiltIns(filter->functions, &effectServices, filter);
   linkHostFilters(system.filterCount);
+  scanAliases();
   publishRenderService();
   keyboardHook = platform::installKeyHook(onKey);
   return 1;
@@ -177,6 +183,7 @@ int shutDown(HostFilterRecord*) {
   if (memoryCanvas) platform::releaseCanvas(memoryCanvas);
   memoryCanvas = nullptr;
   freeObjects();
+  freeClipboard();
   return 1;
 }
 

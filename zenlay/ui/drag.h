@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/geometry.h"
+#include "zenlay/model/timeline_view.h"
 #include "zenlay/ui/timeline_layout.h"
 
 namespace zenlay {
