@@ -18,7 +18,12 @@ bool imageAidsHidden;
 
 namespace {
 
-enum PlaybackFlag : uint32_t { playbackHideAids = 0x1, playbackFrameShown = 0x2, playbackStart = 0x4, playbackEnd = 0x8 };
+enum PlaybackFlag : uint32_t {
+  playbackHideAids = 0x1,
+  playbackFrameShown = 0x2,
+  playbackStart = 0x4,
+  playbackEnd = 0x8
+};
 
 void scrollAfter(int frame) {
   if (frame < timelineView.leftFrame)

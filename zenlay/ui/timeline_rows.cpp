@@ -99,8 +99,8 @@ Painting beginPainting(Canvas* canvas) {
 void paintRow(const Painting& painting, int layer) {
   if (!layerVisible(layer)) return;
   Color base = layers[layer].flags & layerHidden ? painting.colors.hidden : painting.colors.visible;
-  platform::setClip(painting.canvas, {headerWidth, rowTop(layer), timelineView.clientWidth - headerWidth,
-                                      timelineView.layerHeight});
+  platform::setClip(painting.canvas,
+                    {headerWidth, rowTop(layer), timelineView.clientWidth - headerWidth, timelineView.layerHeight});
   paintBackground(painting, layer, base);
   EntryRange shown = entriesMeeting(timelineView.leftFrame, frameAtX(timelineView.clientWidth), layer);
   for (int i = shown.begin; i < shown.end; i++) paintObject(painting, indexOf(layerOrder[i]));

@@ -47,9 +47,7 @@ void paintSelection(const Painting& painting) {
 
 int floorDivide(int a, int b) { return a >= 0 ? a / b : -((b - 1 - a) / b); }
 
-std::string labelOf(int frame) {
-  return preferences.edit_time_type == 1 ? timeText(frame) : std::to_string(frame + 1);
-}
+std::string labelOf(int frame) { return preferences.edit_time_type == 1 ? timeText(frame) : std::to_string(frame + 1); }
 
 void paintTicks(Canvas* canvas) {
   platform::Color color = platform::systemColor(platform::colorText);

@@ -141,8 +141,8 @@ int refuseInput(uint32_t message) {
 
 bool isInput(uint32_t message) {
   return (message >= platform::messageKeyDown && message <= platform::messageSystemKeyDown) ||
-         (message >= platform::messageMouseMove && message <= platform::messageMouseWheel) ||
-         message == messageNudge || message == messageCursorStep || message == platform::messageFilesDropped;
+         (message >= platform::messageMouseMove && message <= platform::messageMouseWheel) || message == messageNudge ||
+         message == messageCursorStep || message == platform::messageFilesDropped;
 }
 
 int answer(uint32_t message, intptr_t first, intptr_t second, EditHandle edit) {
