@@ -169,8 +169,8 @@ int pressObject(int object, Point at, intptr_t state) {
 
 void extendRubberBand(Point at) {
   showRubberBand(drag.press, at);
-  auto [firstFrame, lastFrame] = std::minmax(frameAtX(drag.press.x), frameAtX(at.x));
-  auto [firstLayer, lastLayer] = std::minmax(layerAtY(drag.press.y), layerAtY(at.y));
+  auto [firstFrame, lastFrame] = std::minmax({frameAtX(drag.press.x), frameAtX(at.x)});
+  auto [firstLayer, lastLayer] = std::minmax({layerAtY(drag.press.y), layerAtY(at.y)});
   for (int layer = firstLayer; layer <= lastLayer; layer++) {
     EntryRange there = entriesMeeting(firstFrame, lastFrame, layer);
     for (int i = there.begin; i < there.end; i++) selectChain(indexOf(layerOrder[i]));
