@@ -18,16 +18,23 @@ std::vector<int> sorted(std::vector<int> list) {
 
 struct HitRow {
   const char* what;
-  int x;     // relative to the x of frame 100
+  int x;      // relative to the x of frame 100
   int found;  // 0, 1, 2: the objects below; -1 none
 };
 
 TEST_F(TimelineSelection, APressFindsTheObjectItIsDeepestIn) {
   int list[] = {create(100, 109, 1), create(110, 129, 1), create(140, 140, 1)};
   const HitRow rows[] = {
-      {"9 left of the first", -9, -1},   {"8 left", -8, 0},     {"inside", 5, 0},     {"last column", 9, 0},
-      {"first column of the next", 10, 1}, {"7 behind the second", 36, 2}, {"nearer to the third", 35, 2},
-      {"as near: the earlier", 34, 1},   {"8 behind the last", 48, 2}, {"9 behind", 49, -1},
+      {"9 left of the first", -9, -1},
+      {"8 left", -8, 0},
+      {"inside", 5, 0},
+      {"last column", 9, 0},
+      {"first column of the next", 10, 1},
+      {"7 behind the second", 36, 2},
+      {"nearer to the third", 35, 2},
+      {"as near: the earlier", 34, 1},
+      {"8 behind the last", 48, 2},
+      {"9 behind", 49, -1},
   };
   for (const HitRow& row : rows) {
     SCOPED_TRACE(row.what);

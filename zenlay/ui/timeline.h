@@ -15,6 +15,8 @@ void redrawObjects(std::span<const int> objects);
 void redrawChain(int object);
 void redrawRuler();
 
+/// Shows the object in the settings window, and which one that is on the timeline.
+void makeCurrent(int object);
 /// Clamped to the scene; moves the cursor line, updates the title, follows with the current object and the view as the
 /// preferences ask. Does not tell the host.
 void setCursorFrame(int frame);

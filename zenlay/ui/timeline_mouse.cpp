@@ -10,7 +10,6 @@
 #include "zenlay/ui/dialogs.h"
 #include "zenlay/ui/drag.h"
 #include "zenlay/ui/selection.h"
-#include "zenlay/ui/settings_window.h"
 #include "zenlay/ui/timeline.h"
 #include "zenlay/ui/timeline_input.h"
 #include "zenlay/ui/timeline_layout.h"
@@ -137,10 +136,7 @@ DragMode modeOfPress(int object, int x, intptr_t state) {
 
 int pressObject(int object, Point at, intptr_t state) {
   dropUnselectable();
-  if (selection().empty() && currentObject >= 0 && object != currentObject) {
-    redrawChain(currentObject);
-    showObject(object);
-  }
+  if (selection().empty() && currentObject >= 0 && object != currentObject) makeCurrent(object);
   bool alreadySelected = isSelected(object);
   addToSelection(object);
   if (layers[objects[object].layer].flags & layerLocked) return 0;
@@ -252,9 +248,7 @@ int timelineDoubleClicked(Point at) {
   }
   int object = objectHolding(at);
   if (object < 0) return 0;
-  if (onTimeline(currentObject)) redrawChain(currentObject);
-  showObject(object);
-  redrawChain(object);
+  makeCurrent(object);
   return 1;
 }
 

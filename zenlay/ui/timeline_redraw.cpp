@@ -73,14 +73,6 @@ void followScene() {
   updateTitle();
 }
 
-void paintBorders(const Painting& painting) {
-  int width = timelineView.clientWidth, bottom = rowsBottom();
-  platform::fillRect(painting.canvas, {0, bottom, width + barSide, timelineView.clientHeight - bottom},
-                     painting.colors.visible);
-  platform::fillRect(painting.canvas, {width - 1, rowsTop, 1, bottom - rowsTop},
-                     platform::systemColor(platform::colorDarkEdge));
-}
-
 void paintAll(Canvas* canvas) {
   platform::clearClip(canvas);
   collectRangeMarks();
@@ -88,7 +80,8 @@ void paintAll(Canvas* canvas) {
   int last = std::min(timelineView.topLayer + timelineView.visibleRows, layersPerScene);
   for (int layer = timelineView.topLayer; layer < last; layer++) paintRow(painting, layer);
   platform::clearClip(canvas);
-  paintBorders(painting);
+  platform::fillRect(canvas, {0, rowsBottom(), timelineView.clientWidth, timelineView.clientHeight - rowsBottom()},
+                     painting.colors.visible);
   paintRuler(painting);
   paintHeaderBox(painting);
   showLines(canvas);
@@ -99,10 +92,12 @@ void paintAll(Canvas* canvas) {
 }
 
 void paintParts(Canvas* canvas) {
-  bool rows = std::find(std::begin(redraw.layers), std::end(redraw.layers), true) != std::end(redraw.layers);
-  if (!rows && !redraw.ruler && !redraw.lines) return;
+  bool parts =
+      redraw.ruler || std::find(std::begin(redraw.layers), std::end(redraw.layers), true) != std::end(redraw.layers);
+  if (!parts && !redraw.lines) return;
+  if (parts && redraw.rubberBand) return paintAll(canvas);  // it lies over the rows
   invertLines(canvas);
-  if (rows || redraw.ruler) {
+  if (parts) {
     Painting painting = beginPainting(canvas);
     for (int layer = 0; layer < layersPerScene; layer++)
       if (redraw.layers[layer]) paintRow(painting, layer);
@@ -120,7 +115,9 @@ bool changesRanges(int object) { return preferences.object_range && objects[obje
 }  // namespace
 
 void flushTimeline() {
+  redraw.depth++;
   if (redraw.all) followScene();
+  redraw.depth--;
   if (Canvas* canvas = platform::windowCanvas(environment.timelineWindow))
     redraw.all ? paintAll(canvas) : paintParts(canvas);
   redraw.all = redraw.ruler = redraw.lines = false;

@@ -105,6 +105,8 @@ void paintRow(const Painting& painting, int layer) {
   EntryRange shown = entriesMeeting(timelineView.leftFrame, frameAtX(timelineView.clientWidth), layer);
   for (int i = shown.begin; i < shown.end; i++) paintObject(painting, indexOf(layerOrder[i]));
   platform::setClip(painting.canvas, {0, rowTop(layer), timelineView.clientWidth, timelineView.layerHeight});
+  platform::fillRect(painting.canvas, {timelineView.clientWidth - 1, rowTop(layer), 1, timelineView.layerHeight},
+                     platform::systemColor(platform::colorDarkEdge));
   paintHeader(painting, layer, base);
 }
 
