@@ -20,6 +20,8 @@ void TextButton::paintEvent(QPaintEvent*) {
   initStyleOption(&option);
   int room = width() - 2 * textMargin - (icon().isNull() ? 0 : iconSize().width() + 4);
   option.text = fontMetrics().elidedText(option.text, Qt::ElideRight, room, Qt::TextShowMnemonic);
+  if (isEnabled() && (isDown() || isChecked()))
+    option.palette.setColor(QPalette::ButtonText, option.palette.color(QPalette::HighlightedText));
   QStylePainter(this).drawControl(QStyle::CE_PushButton, option);
 }
 

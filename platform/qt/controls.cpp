@@ -131,8 +131,14 @@ void showChoices(NativeWindow* native) {
   showChoice(native);
 }
 
+/// Nothing is chosen by the focus alone.
+struct ListBox : QListWidget {
+  using QListWidget::QListWidget;
+  void focusInEvent(QFocusEvent*) override { viewport()->update(); }
+};
+
 QWidget* makeListBox(QWidget* parent, const ControlRecord&) {
-  auto* list = new QListWidget(parent);
+  auto* list = new ListBox(parent);
   list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list->setUniformItemSizes(true);
   return list;

@@ -21,7 +21,7 @@ QWidget* widgetOf(Window*);
 /// The window or control that the widget is or lies in, the nearest; null outside of all.
 Window* windowOf(const QWidget*);
 /// Makes a widget of the program's own the face of a window: focus, activation and title reach it, and what lies in it
-/// and in no nearer window counts as that window. The widget stays the program's.
+/// and in no nearer window counts as that window. The widget stays the program's. Before the window owns others.
 void attachWidget(Window*, QWidget*);
 
 /// How a top-level window stands inside something of the program's, a dock say. Entries may be empty.

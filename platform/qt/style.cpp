@@ -20,12 +20,20 @@ void drawPanel(QPainter* painter, const QRect& rect, QColor face, QColor border)
   painter->restore();
 }
 
+/// Of boxes and knobs that must stand out from the face in both themes.
+QColor outline(const QPalette& palette) {
+  QColor colour = palette.color(QPalette::PlaceholderText);
+  colour.setAlphaF(0.75f);
+  return colour;
+}
+
 struct Style : QProxyStyle {
   Style() : QProxyStyle("Fusion") {}
   int pixelMetric(PixelMetric, const QStyleOption*, const QWidget*) const override;
   int styleHint(StyleHint, const QStyleOption*, const QWidget*, QStyleHintReturn*) const override;
   void drawPrimitive(PrimitiveElement, const QStyleOption*, QPainter*, const QWidget*) const override;
   void drawComplexControl(ComplexControl, const QStyleOptionComplex*, QPainter*, const QWidget*) const override;
+  void drawIndicator(PrimitiveElement, const QStyleOption*, QPainter*) const;
   void drawSlider(const QStyleOptionSlider*, QPainter*, const QWidget*) const;
   void drawScrollBar(const QStyleOptionSlider*, QPainter*, const QWidget*) const;
 };
@@ -78,6 +86,9 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
       drawPanel(painter, option->rect, face, palette.color(marked ? QPalette::Highlight : QPalette::Mid));
       return;
     }
+    case PE_IndicatorCheckBox:
+    case PE_IndicatorRadioButton:
+      return drawIndicator(element, option, painter);
     case PE_FrameFocusRect:
       return;  // the border says it
     case PE_PanelLineEdit:
@@ -96,6 +107,32 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
     default:
       QProxyStyle::drawPrimitive(element, option, painter, widget);
   }
+}
+
+void Style::drawIndicator(PrimitiveElement element, const QStyleOption* option, QPainter* painter) const {
+  const QPalette& palette = option->palette;
+  bool enabled = option->state & State_Enabled, on = option->state & State_On;
+  bool marked = enabled && (option->state & (State_HasFocus | State_MouseOver));
+  QRectF box = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+  QColor face = palette.color(on && enabled ? QPalette::Highlight : on ? QPalette::Mid : QPalette::Base);
+  QColor mark = palette.color(enabled ? QPalette::HighlightedText : QPalette::PlaceholderText);
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->setPen(QPen(marked || (on && enabled) ? palette.color(QPalette::Highlight) : outline(palette), 1));
+  painter->setBrush(face);
+  if (element == PE_IndicatorCheckBox) {
+    painter->drawRoundedRect(box, corner, corner);
+    const QPointF tick[] = {box.topLeft() + QPointF(2.8, 6.3), box.topLeft() + QPointF(5.2, 8.7),
+                            box.topLeft() + QPointF(9.4, 3.6)};
+    painter->setPen(QPen(mark, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    if (on) painter->drawPolyline(tick, 3);
+  } else {
+    painter->drawEllipse(box);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(mark);
+    if (on) painter->drawEllipse(box.center(), 2.5, 2.5);
+  }
+  painter->restore();
 }
 
 void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
@@ -147,9 +184,10 @@ void Style::drawSlider(const QStyleOptionSlider* option, QPainter* painter, cons
   }
   QRectF knob = horizontal ? QRectF(handle.left() + 0.5, whole.center().y() - 6.5, handle.width() - 1, 13)
                            : QRectF(whole.center().x() - 6.5, handle.top() + 0.5, 13, handle.height() - 1);
-  painter->setPen(QPen(palette.color(enabled && focused ? QPalette::Highlight : QPalette::Mid), 1));
-  QColor face = palette.color(enabled ? QPalette::ButtonText : QPalette::Button);
-  painter->setBrush(enabled && !active ? face.darker(115) : face);
+  bool dark = palette.color(QPalette::Window).lightness() < 128;
+  QColor face = palette.color(enabled && dark ? QPalette::ButtonText : QPalette::Button);
+  painter->setPen(QPen(enabled && (focused || active) ? palette.color(QPalette::Highlight) : outline(palette), 1));
+  painter->setBrush(enabled && dark && !active ? face.darker(115) : face);
   painter->drawRoundedRect(knob, corner, corner);
   painter->restore();
 }

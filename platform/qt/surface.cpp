@@ -108,8 +108,10 @@ bool Surface::event(QEvent* event) {
       user::dropFiles(window, fromQt(drop->position().toPoint()), filesOf(drop->mimeData()));
       return true;
     }
-    case QEvent::Move:
     case QEvent::Resize:
+      native->stale = true;
+      [[fallthrough]];
+    case QEvent::Move:
       fitToPlace(event->spontaneous());
       break;
     case QEvent::Paint:

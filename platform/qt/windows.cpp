@@ -131,6 +131,22 @@ int notchesOf(const QWheelEvent* event) {
   return notches;
 }
 
+/// The widget may be handling an event: it goes when that is over.
+void destroySurface(Window* window) {
+  NativeWindow* native = window->native;
+  window->native = nullptr;
+  native->window = nullptr;
+  if (native->modal) native->modal->quit();
+  releaseImage(native);
+  if (native->attached) {
+    delete native;
+    return;
+  }
+  if (native->frame && native->frame->show) native->frame->show(false, false);
+  native->widget->hide();
+  native->widget->deleteLater();
+}
+
 }  // namespace
 
 const QHash<const QWidget*, NativeWindow*>& natives() { return registry(); }
@@ -150,7 +166,8 @@ Window* windowOf(const QWidget* widget) {
 }
 
 void attachWidget(Window* window, QWidget* widget) {
-  if (!windowLives(window) || window->native) return;
+  if (!windowLives(window) || !window->children.empty()) return;
+  if (window->native) destroySurface(window);
   auto* native = new NativeWindow(window, widget);
   native->attached = true;
   window->shown = widget->isVisible();
@@ -175,19 +192,7 @@ void createWindow(Window* window) {
   resizeWidget(native, {window->place.width, window->place.height});
 }
 
-void destroyWindow(Window* window) {
-  NativeWindow* native = window->native;
-  native->window = nullptr;
-  if (native->modal) native->modal->quit();
-  releaseImage(native);
-  if (native->attached) {
-    delete native;
-    return;
-  }
-  if (native->frame && native->frame->show) native->frame->show(false, false);
-  native->widget->hide();
-  native->widget->deleteLater();  // it may be handling an event
-}
+void destroyWindow(Window* window) { destroySurface(window); }
 
 void show(Window* window, bool activate) {
   NativeWindow* native = window->native;
