@@ -110,8 +110,7 @@ int runDialog(const DialogTable& table, Window* owner, DialogPlace place, Dialog
   ModalState modal = enterModal(window);
   if (sendMessage(window, messageDialogOpened, 0, 0) != 1 && !dialog.ended) focusFirst(window);
   if (!dialog.ended) {
-    showWindow(window, true, false);
-    if (activeWindow() != window) focusWindow(window);
+    showWindow(window, true);
     if (desktopBackend().runModal) desktopBackend().runModal(window);
     if (!dialog.ended) press(window, dialogCancel);
   }

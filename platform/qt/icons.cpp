@@ -13,6 +13,7 @@ namespace platform::qt {
 namespace {
 
 QSvgRenderer* drawingOf(const char* name) {
+  if (!*name) return nullptr;
   static std::map<std::string, std::unique_ptr<QSvgRenderer>> drawings;
   auto& drawing = drawings[name];
   if (!drawing) drawing = std::make_unique<QSvgRenderer>(QString(":/icons/%1.svg").arg(name));
