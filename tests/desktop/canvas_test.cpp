@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
+#include <cmath>
 
 #include "platform/icons.h"
 #include "platform/qt/qt_desktop.h"
@@ -95,6 +96,29 @@ TEST_F(QtCanvas, TextStaysWithinItsClip) {
   EXPECT_GT(textSize("Video", fontBold).width, one.width);
   EXPECT_LT(textSize("Video", fontSmall).width, one.width);
   EXPECT_EQ(textSize("").width, 0);
+}
+
+/// Run at several QT_SCALE_FACTORs: no edge is blurred, wherever it falls.
+TEST(QtScale, EdgesAreSharp) {
+  Painted painted{0, [](Canvas* c) {
+                    fillRect(c, {0, 0, 120, 80}, 0);
+                    for (int x = 1; x < 120; x += 2) fillRect(c, {x, 0, 1, 40}, rgb(255, 255, 255));
+                    drawFrame(c, {10, 50, 20, 20}, rgb(255, 255, 255));
+                  }};
+  Window* window = createWindow(nullptr, paint, &painted, {"", "", {0, 0, 120, 80}});
+  test::showActive(window);
+  double scale = qt::widgetOf(window)->devicePixelRatioF();
+  QImage image = test::picture(window);
+  EXPECT_EQ(image.width(), std::lround(120 * scale));
+  auto at = [&](int logical) { return static_cast<int>(std::floor(logical * scale + 0.5)); };
+  for (int x = 0; x < 120; x++)
+    for (int device = at(x); device < at(x + 1); device++)
+      EXPECT_EQ(image.pixel(device, at(20)) & 0xFFFFFF, x % 2 ? 0xFFFFFFu : 0u) << x << " at scale " << scale;
+  for (int y = 45; y < 75; y++)
+    for (int device = at(y); device < at(y + 1); device++)
+      EXPECT_EQ(image.pixel(at(20), device) & 0xFFFFFF, y == 50 || y == 69 ? 0xFFFFFFu : 0u) << y;
+  destroyWindow(window);
+  test::settle();
 }
 
 /// A scene like a full timeline: 27 rows of bars with gradients and names.
