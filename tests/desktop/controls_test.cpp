@@ -4,6 +4,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QSlider>
@@ -178,6 +179,39 @@ TEST_F(QtControls, TheOwnerGetsWhatControlsLeave) {
   test::release(label, {1, 2});
   test::press(button, {1, 2}, Qt::RightButton);
   EXPECT_EQ(log.lines, (Lines{"down 31,42 left", "up 31,42", "rdown 31,72 right"}));
+}
+
+/// As many controls as the largest window of rows has: 64 tracks of seven and 48 checks of four.
+TEST_F(QtControls, HundredsAreLaidOutInTime) {
+  constexpr ControlKind trackKinds[] = {controlTrackBar, controlSpinButton, controlEdit,    controlButton,
+                                        controlEdit,     controlSpinButton, controlTrackBar};
+  constexpr ControlKind checkKinds[] = {controlCheckBox, controlLabel, controlButton, controlComboBox};
+  std::vector<Window*> controls;
+  QElapsedTimer timer;
+  timer.start();
+  for (int i = 0; i < 64 * 7; i++)
+    controls.push_back(createControl(window, trackKinds[i % 7], i, {70 * (i % 7), 25 * (i / 7), 68, 20}, "",
+                                     controlHidden | controlFlat | controlNumber));
+  for (int i = 0; i < 48 * 4; i++)
+    controls.push_back(
+        createControl(window, checkKinds[i % 4], i, {120 * (i % 4), 21 * (i / 4), 110, 18}, "", controlHidden));
+  double made = timer.nsecsElapsed() / 1e6;
+  test::settle();
+  setClientSize(window, {500, 1700});
+  test::settle();
+  timer.start();
+  for (size_t i = 0; i < controls.size(); i++) {
+    setWindowPlace(controls[i], {70 * static_cast<int>(i % 7), 18 * static_cast<int>(i / 7), 68, 18});
+    setWindowText(controls[i], "12.5");
+    setControlRange(controls[i], 0, 200, 10);
+    setControlValue(controls[i], 50);
+    showWindow(controls[i], true, false);
+  }
+  double placed = timer.nsecsElapsed() / 1e6;
+  test::settle();
+  double shown = timer.nsecsElapsed() / 1e6;
+  std::printf("640 controls made in %.1f ms, laid out in %.1f ms, shown after %.1f ms\n", made, placed, shown);
+  EXPECT_LT(shown, 300);  // ms; several times the figure of an idle machine
 }
 
 }  // namespace
