@@ -1,6 +1,7 @@
 #include "cinora/frame_renderer.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "cinora/failure.h"
 
@@ -15,8 +16,10 @@ void fillFrame(Host& host, FramePixel* rows, Background background) {
   const ClipFormat& format = host.edit.format;
   FramePixel colour{background, 0, 0};
   host.pool.forRows(format.height, [&](int first, int last) {
-    for (int y = first; y < last; y++)
-      std::fill_n(rows + static_cast<size_t>(y) * host.limits.rowPixels, format.width, colour);
+    FramePixel* top = rows + static_cast<size_t>(first) * host.limits.rowPixels;
+    std::fill_n(top, format.width, colour);
+    for (int y = first + 1; y < last; y++)
+      memcpy(rows + static_cast<size_t>(y) * host.limits.rowPixels, top, format.width * sizeof(FramePixel));
   });
 }
 
