@@ -3,6 +3,7 @@
 #include "zenlay/effects/drawing_services.h"
 #include "zenlay/effects/object_services.h"
 #include "zenlay/effects/service_hooks.h"
+#include "zenlay/effects/track_integral.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/render/flattening.h"
 #include "zenlay/render/handles.h"
