@@ -50,12 +50,32 @@ HostOptions hostOptions(const Arguments& arguments) {
     options.overrides.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
   }
   options.threads = arguments.threads;
-  if (!arguments.input.empty()) {
-    ImageNeed need = imageNeed(arguments.input);
-    options.wantedWidth = need.width;
-    options.wantedHeight = need.height;
-  }
   return options;
+}
+
+HostOptions hostOptions(const Arguments& arguments, const FilmFile& film) {
+  HostOptions options = hostOptions(arguments);
+  options.wantedWidth = film.width;
+  options.wantedHeight = film.height;
+  return options;
+}
+
+/// The film of INPUT, opened in a host of its own.
+struct OpenFilm {
+  explicit OpenFilm(const Arguments& arguments) : OpenFilm(arguments, readFilmFile(arguments.input)) {}
+
+  Host host;
+  Warnings warnings;
+
+ private:
+  OpenFilm(const Arguments& arguments, const FilmFile& film) : host(hostOptions(arguments, film)) {
+    openProject(host, film);
+    warnings.report(host);
+  }
+};
+
+void print(const std::string& text) {
+  if (!(std::cout << text << std::flush)) throw Failure("standard output cannot be written");
 }
 
 int render(const Arguments& arguments) {
@@ -68,34 +88,29 @@ int render(const Arguments& arguments) {
     throw WrongUsage("--frames " + arguments.frames + ": N or FIRST-LAST is wanted, counted from 1");
   checkOutput(request.output, range ? range->last - range->first + 1 : 1);
 
-  Host host(hostOptions(arguments));
-  Warnings warnings;
-  openProject(host, arguments.input);
-  if (range && range->last > host.edit.frameCount)
-    throw WrongUsage("--frames " + arguments.frames + ": the film has " + std::to_string(host.edit.frameCount) +
-                     " frames");
+  OpenFilm film(arguments);
+  int frameCount = film.host.edit.frameCount;
+  if (range && range->last > frameCount)
+    throw WrongUsage("--frames " + arguments.frames + ": the film has " + std::to_string(frameCount) + " frames");
   request.first = range ? range->first - 1 : 0;
-  request.last = range ? range->last - 1 : host.edit.frameCount - 1;
-  warnings.report(host);
+  request.last = range ? range->last - 1 : frameCount - 1;
+  watchForInterruption();
   {
     ProgressBar bar(arguments.quiet);
-    exportFilm(host, request, [&](int done, int total) {
+    exportFilm(film.host, request, [&](int done, int total) {
       bar.show(done, total);
       return !interrupted();
     });
   }
-  warnings.report(host);
+  film.warnings.report(film.host);
   return statusDone;
 }
 
 int info(const Arguments& arguments) {
-  Host host(hostOptions(arguments));
-  Warnings warnings;
-  openProject(host, arguments.input);
-  warnings.report(host);
-  std::string answer = askEditor(host, zenlay::queryProject, nullptr);
-  std::cout << (arguments.json ? answer + "\n" : describeProject(answer)) << std::flush;
-  return std::cout ? statusDone : throw Failure("standard output cannot be written");
+  OpenFilm film(arguments);
+  std::string answer = askEditor(film.host, zenlay::queryProject, nullptr);
+  print(arguments.json ? answer + "\n" : describeProject(answer, askEditor(film.host, zenlay::queryEffects, nullptr)));
+  return statusDone;
 }
 
 int effects(const Arguments& arguments) {
@@ -103,23 +118,22 @@ int effects(const Arguments& arguments) {
   const char* name = arguments.effect.empty() ? nullptr : arguments.effect.c_str();
   std::string answer = askEditor(host, zenlay::queryEffects, name);
   if (name && countEntries(answer) == 0) throw Failure("there is no effect \"" + arguments.effect + "\"");
-  std::cout << (arguments.json ? answer + "\n" : describeEffects(answer, name != nullptr)) << std::flush;
-  return std::cout ? statusDone : throw Failure("standard output cannot be written");
+  print(arguments.json ? answer + "\n" : describeEffects(answer, name != nullptr));
+  return statusDone;
 }
 
 int convert(const Arguments& arguments) {
   projectKind(arguments.output);
-  Host host(hostOptions(arguments));
-  Warnings warnings;
-  openProject(host, arguments.input);
-  warnings.report(host);
-  saveProject(host, arguments.output);
-  warnings.report(host);
+  OpenFilm film(arguments);
+  saveProject(film.host, arguments.output);
+  film.warnings.report(film.host);
   return statusDone;
 }
 
 int openEditor(const Arguments& arguments) {
   std::string file = arguments.file.empty() ? "FILE" : arguments.file;
+  if (!arguments.file.empty() && !platform::fileExists(file))
+    throw WrongUsage("\"" + file + "\" is neither a command nor a file (cinora --help tells more)");
   throw WrongUsage("the editor window is not part of this build; to make a film: cinora render " + file +
                    " -o film.mp4 (cinora --help tells more)");
 }
@@ -129,6 +143,8 @@ struct Command {
   int (*run)(const Arguments&);
 };
 
+const CLI::Validator notEmpty([](std::string& text) { return text.empty() ? "must not be empty" : ""; }, "");
+
 void addCommonOptions(CLI::App* app, Arguments& a) {
   app->add_option("--set", a.settings, "a setting of the plug-in for this run")
       ->type_name("KEY=VALUE")
@@ -137,37 +153,42 @@ void addCommonOptions(CLI::App* app, Arguments& a) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app->add_option("--threads", a.threads, "worker threads (default: one a processor)")
       ->check(CLI::Range(1, maxThreads));
-  app->add_option("--plugins", a.plugins, "load the modules of this folder")->type_name("FOLDER");
+  app->add_option("--plugins", a.plugins, "load the modules of this folder")->type_name("FOLDER")->check(notEmpty);
 }
 
 std::vector<Command> addCommands(CLI::App& app, Arguments& a) {
   constexpr char inputHelp[] = "project (.cnp), object file (.zlo) or backup (.zenlay_backup)";
   CLI::App* renderApp = app.add_subcommand("render", "render a film to a file");
-  renderApp->add_option("INPUT", a.input, inputHelp)->required();
+  renderApp->add_option("INPUT", a.input, inputHelp)->required()->check(notEmpty);
   renderApp
       ->add_option("-o,--output", a.output,
                    "film (.mp4 .mkv .mov .webm .avi), picture or sequence (frame%05d.png), .raw")
       ->required()
+      ->check(notEmpty)
       ->type_name("OUTPUT");
-  renderApp->add_option("--frames", a.frames, "frames to render, from 1, both included")->type_name("FIRST-LAST");
+  renderApp->add_option("--frames", a.frames, "frames to render, from 1, both included")
+      ->check(notEmpty)
+      ->type_name("FIRST-LAST");
   renderApp->add_option("--codec", a.how.codec, "h264 h265 vp9 av1 ffv1 prores mpeg4 ... or an encoder of FFmpeg")
+      ->check(notEmpty)
       ->type_name("NAME");
   renderApp->add_option("--quality", a.how.quality, "the encoder's own scale, lower is better (crf or qscale)")
       ->check(CLI::Range(0, 1000))
       ->type_name("N");
   renderApp->add_option("--preset", a.how.preset, "the encoder's preset: veryfast, slow ... or a number")
+      ->check(notEmpty)
       ->type_name("NAME");
   renderApp->add_flag("--alpha", a.how.alpha, "keep transparency (vp9, ffv1, prores; png, tif, webp)");
   renderApp->add_flag("--quiet,-q", a.quiet, "no progress bar");
   CLI::App* infoApp = app.add_subcommand("info", "tell what a film holds");
-  infoApp->add_option("INPUT", a.input, inputHelp)->required();
+  infoApp->add_option("INPUT", a.input, inputHelp)->required()->check(notEmpty);
   infoApp->add_flag("--json", a.json, "as JSON");
   CLI::App* effectsApp = app.add_subcommand("effects", "list the effects, or one with its tracks and checks");
-  effectsApp->add_option("NAME", a.effect, "name of an effect");
+  effectsApp->add_option("NAME", a.effect, "name of an effect")->check(notEmpty);
   effectsApp->add_flag("--json", a.json, "as JSON");
   CLI::App* convertApp = app.add_subcommand("convert", "write a film as another kind of file");
-  convertApp->add_option("INPUT", a.input, inputHelp)->required();
-  convertApp->add_option("OUTPUT", a.output, "likewise")->required();
+  convertApp->add_option("INPUT", a.input, inputHelp)->required()->check(notEmpty);
+  convertApp->add_option("OUTPUT", a.output, "likewise")->required()->check(notEmpty);
   std::vector<Command> commands{{renderApp, render}, {infoApp, info}, {effectsApp, effects}, {convertApp, convert}};
   for (const Command& command : commands) addCommonOptions(command.app, a);
   return commands;
@@ -208,7 +229,7 @@ int runCommandLine(int argc, const char* const* argv) {
     if (error.get_exit_code() == 0) return app.exit(error);
     return complain(std::string(error.what()) + " (cinora --help tells more)", statusWrongUsage);
   }
-  watchForInterruption();
+  makeWriteSignalsErrors();
   captureFfmpegLog();
   try {
     for (const Command& command : commands)

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/backend.h"
+
 namespace cinora {
 namespace {
 

@@ -139,7 +139,7 @@ TEST_F(HostTest, FiltersProcessInOrderWhenTheyAreOn) {
   folder.write("a.zlo", "64 48 25 1 9");
   for (bool lifted : {false, true}) {
     Host& host = start({.settingsFile = lifted ? folder / "a.ini" : ""});
-    openProject(host, folder / "a.zlo");
+    openProject(host, readFilmFile(folder / "a.zlo"));
     RenderedFrame frame = renderFrame(host, 4, whiteBackground);
     EXPECT_EQ(frame.width, 64);
     EXPECT_EQ(frame.rows[0].y, (1024 + 4096) / 2 + (lifted ? 300 : 0));
@@ -214,7 +214,7 @@ TEST_F(HostTest, TheSelectionIsExported) {
   folder.write("a.zlo", "16 16 25 1 9");
   Host& host = start();
   EXPECT_EQ(f->exportEdit(host.editHandle(), (out / "a.raw").c_str(), 0, ""), 0);
-  openProject(host, folder / "a.zlo");
+  openProject(host, readFilmFile(folder / "a.zlo"));
   f->setSelection(host.editHandle(), 2, 3);
   EXPECT_EQ(f->exportEdit(host.editHandle(), (out / "a.raw").c_str(), 0, "any"), 1);
   EXPECT_EQ(std::filesystem::file_size(out / "a.raw"), 2u * 16 * 16 * 6);
@@ -230,12 +230,13 @@ TEST_F(HostTest, ProjectsSayWhatIsWrongWithThem) {
   Host& host = start();
   auto complaint = [&](const std::string& name) -> std::string {
     try {
-      openProject(host, folder / name);
+      openProject(host, readFilmFile(folder / name));
     } catch (const Failure& failure) {
       return failure.what();
     }
     return "";
   };
+  folder.write((std::string(250, 'n') + ".zlo").c_str(), "16 16 25 1 4");
   EXPECT_NE(complaint(std::string(250, 'n') + ".zlo").find("longer than 259"), std::string::npos);
   folder.write("bad.zlo", "16 16 25 1 bad");
   EXPECT_NE(complaint("bad.zlo").find("Not a film"), std::string::npos);

@@ -7,6 +7,7 @@
 #include "platform/text.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/files/effect_text.h"
+#include "zenlay/files/left_out.h"
 #include "zenlay/files/section_reader.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/groups.h"
@@ -91,6 +92,21 @@ std::string objectText(int object, int number) {
   return out;
 }
 
+/// The objects of other scenes, which an object file has no place for.
+std::string otherScenesNote() {
+  int counts[maxScenes] = {};
+  for (int i = sceneObjectCount; i < objectCount; i++) counts[layerOrder[i]->scene]++;
+  LeftOut others;
+  for (int scene = 0; scene < maxScenes; scene++) {
+    if (counts[scene] == 0) continue;
+    std::string name = sceneName(scene);
+    leaveOut(others, std::to_string(scene) + " \"" + name + "\" (" + counted(counts[scene], "object") + ")");
+  }
+  if (others.count == 0) return {};
+  std::string name = sceneName(currentScene);
+  return "holds scene " + std::to_string(currentScene) + " \"" + name + "\" alone; " + leftOutText(others, "scene");
+}
+
 // ---- Reading ----
 
 struct ObjectKeys {
@@ -121,7 +137,31 @@ struct Import {
   int previous = -1;  // the object read last, -1 when it was skipped
   int largestEnd = 0;
   bool tableFull = false;  // an object did not fit, and the user was told
+  LeftOut objects, effects;
 };
+
+/// No longer than a name may be, however long the line.
+std::string quoted(const char* name) { return "\"" + std::string(name, strnlen(name, maxName)) + "\""; }
+
+/// Whether a header line is that of an object, "[%d]".
+bool isObjectHeader(std::string_view header) {
+  return header.size() > 2 && header.find_first_not_of("0123456789", 1) == header.size() - 1 && header.back() == ']';
+}
+
+/// Goes to the section of object `number`; false when there is none. What it passes over is left out, for that reason.
+bool findObject(Import& import, int number, const char* reason) {
+  std::string wanted = "[" + std::to_string(number) + "]";
+  while (const char* header = readSection(&import.file, import.section)) {
+    if (wanted == header) return true;
+    if (isObjectHeader(header)) leaveOut(import.objects, std::string(header) + reason);
+  }
+  return false;
+}
+
+std::string noteOf(const Import& import) {
+  std::string objects = leftOutText(import.objects, "object"), effects = leftOutText(import.effects, "effect");
+  return objects + (objects.empty() || effects.empty() ? "" : "; ") + effects;
+}
 
 /// False when a required key is missing.
 bool readObjectKeys(const Import& import, ObjectKeys* keys) {
@@ -142,14 +182,16 @@ bool readObjectKeys(const Import& import, ObjectKeys* keys) {
   return true;
 }
 
-bool fits(const Import& import, const ObjectKeys& keys) {
-  if (keys.start < 0 || keys.end < keys.start || keys.layer < 0 || keys.layer >= layersPerScene) return false;
+/// Why the object cannot be placed, or null.
+const char* misfit(const Import& import, const ObjectKeys& keys) {
+  if (keys.start < 0 || keys.end < keys.start || keys.layer < 0 || keys.layer >= layersPerScene)
+    return "has no valid frames or layer";
   if (keys.chain) {
-    if (import.previous < 0) return false;
+    if (import.previous < 0) return "continues no object";
     const ObjectRecord& before = objects[import.previous];
-    if (int64_t{before.end} + 1 != keys.start || before.layer != keys.layer) return false;
+    if (int64_t{before.end} + 1 != keys.start || before.layer != keys.layer) return "continues no object";
   }
-  return objectsInRange(keys.start, keys.end, keys.layer) < 0;
+  return objectsInRange(keys.start, keys.end, keys.layer) < 0 ? nullptr : "overlaps another object";
 }
 
 int slotHolding(int object, int effect) {
@@ -203,37 +245,62 @@ void applySection(const std::string& section, int object, int slot) {
   settleStaticTracks(object, slot);
 }
 
-/// Reads the effect sections of object `number`; the object, or -1 when it was skipped.
-int readEffects(Import& import, const ObjectKeys& keys, int number, bool taken) {
-  int object = -1;
-  for (int i = 0; i < maxSlots; i++) {
-    size_t before = import.file.at;
-    const char* header = readSection(&import.file, import.section);
-    const char *cursor = header ? firstKey(import.section) : nullptr, *key, *value;
-    std::string wanted = "[" + std::to_string(number) + "." + std::to_string(i) + "]";
-    if (!header || wanted != header || !nextKey(&cursor, &key, &value) || strcmp(key, "_name") != 0) {
-      import.file.at = before;
-      break;
-    }
-    int effect = findEffect(value, keys.audio, keys.overlay);
-    if (i == 0 && taken && effect >= 0) object = startObject(import, keys, effect);
-    if (object < 0 || effect < 0) continue;
-    int slot = placeEffect(object, keys, i, effect);
-    if (slot < 0) continue;
-    if (!keys.chain) {
-      setSlotDefaults(object, slot);
-      setCameraTarget(object, keys, effect);
-    }
-    applySection(import.section, object, slot);
+/// Reads the next section when it is [object.number] with a name; the name, or null and nothing is read.
+const char* readEffectSection(Import& import, int object, int number) {
+  size_t before = import.file.at;
+  std::string wanted = "[" + std::to_string(object) + "." + std::to_string(number) + "]";
+  const char* header = readSection(&import.file, import.section);
+  const char *cursor = header ? firstKey(import.section) : nullptr, *key, *value;
+  if (header && wanted == header && nextKey(&cursor, &key, &value) && strcmp(key, "_name") == 0) return value;
+  import.file.at = before;
+  return nullptr;
+}
+
+/// Puts the effect of the section just read into the object; false when it has no place there.
+bool takeEffect(const Import& import, const ObjectKeys& keys, int object, int number, int effect) {
+  int slot = placeEffect(object, keys, number, effect);
+  if (slot < 0) return false;
+  if (!keys.chain) {
+    setSlotDefaults(object, slot);
+    setCameraTarget(object, keys, effect);
   }
+  applySection(import.section, object, slot);
+  return true;
+}
+
+/// Reads the effect sections of object `number`; the object, or -1 when it was left out: for the reason `misfit`, or
+/// for want of a first effect.
+int readEffects(Import& import, const ObjectKeys& keys, int number, const char* misfit) {
+  int object = -1;
+  std::string reason = misfit ? misfit : "has no effect";
+  for (int i = 0; i < maxSlots; i++) {
+    const char* name = readEffectSection(import, number, i);
+    if (!name) break;
+    int effect = findEffect(name, keys.audio, keys.overlay);
+    if (i == 0 && !misfit) {
+      reason = effect < 0 ? "is of an unknown effect " + quoted(name) : "finds no room";
+      if (effect >= 0) object = startObject(import, keys, effect);
+    }
+    if (object < 0) continue;
+    bool taken = effect >= 0 && takeEffect(import, keys, object, i, effect);
+    const char* why = taken        ? nullptr
+                      : effect < 0 ? " is unknown"
+                      : keys.chain ? " differs from its chain"
+                                   : " finds no room";
+    if (why) leaveOut(import.effects, quoted(name) + " of [" + std::to_string(number) + "]" + why);
+  }
+  if (object < 0) leaveOut(import.objects, "[" + std::to_string(number) + "] " + reason);
   return object;
 }
 
 /// Reads one object whose section was found; false ends the import.
 bool readObject(Import& import, int number) {
   ObjectKeys keys;
-  if (!readObjectKeys(import, &keys)) return false;
-  int object = readEffects(import, keys, number, fits(import, keys));
+  if (!readObjectKeys(import, &keys)) {
+    leaveOut(import.objects, "[" + std::to_string(number) + "] lacks start, end or layer and ends the reading");
+    return false;
+  }
+  int object = readEffects(import, keys, number, misfit(import, keys));
   import.previous = object;
   if (object < 0) return true;
   notifyEffects(object, objectLoaded);
@@ -244,6 +311,7 @@ bool readObject(Import& import, int number) {
 }  // namespace
 
 int writeObjectFile(const char* path) {
+  leftOutNote.clear();
   std::FILE* file = platform::openFile(path, "wb");
   if (!file) {
     showMessage("Failed to create the file", boxWarning);
@@ -257,10 +325,12 @@ int writeObjectFile(const char* path) {
   }
   if (fclose(file) != 0) written = false;
   if (!written) showMessage("Failed to write file", boxWarning);
+  leftOutNote = otherScenesNote();
   return written;
 }
 
 int readObjectFile(const char* path, int frameOffset, int layerOffset) {
+  leftOutNote.clear();
   Import import{};
   if (!openSectionFile(path, &import.file)) {
     showMessage("Failed to read the file", boxWarning);
@@ -269,15 +339,15 @@ int readObjectFile(const char* path, int frameOffset, int layerOffset) {
   import.frameOffset = frameOffset;
   import.layerOffset = layerOffset;
   beginUndoBatch();
-  for (int number = 0;; number++) {
-    std::string wanted = "[" + std::to_string(number) + "]";
-    const char* header;
-    while ((header = readSection(&import.file, import.section)) && wanted != header) {
-    }
-    if (!header || !readObject(import, number)) break;
+  for (int number = 0; findObject(import, number, " is out of order"); number++) {
+    if (readObject(import, number)) continue;
+    findObject(import, -1, " comes behind it");
+    break;
   }
+  settleChains();
   renumberMarkedGroups();
   endUndoBatch();
+  leftOutNote = noteOf(import);
   return import.largestEnd;
 }
 

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/canvas.h"
 #include "platform/paths.h"
 #include "platform/system.h"
 #include "platform/window.h"
 #include "zenlay/effects/effect_services.h"
+#include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/host/module_files.h"
@@ -144,7 +146,10 @@ int startUp(HostFilterRecord* filter) {
   readModuleFiles(environment.modulePath);
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
-  modelHooks = {.objectDeleted = freeWorkMemoryOf, .sendCommand = sendEffectCommand};
+  modelHooks = {.objectDeleted = freeWorkMemoryOf,
+                .sendCommand = sendEffectCommand,
+                .hideControls = hideEffectControls,
+                .trackValues = evaluateSlot};
   installMediaServices();
   registerBuiltIns(filter->functions, &effectServices, filter);
   linkHostFilters(system.filterCount);

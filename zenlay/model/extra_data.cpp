@@ -9,6 +9,12 @@
 namespace zenlay {
 
 bool refuseGrowth;
+int growthToRefuse;
+
+bool mayGrow() {
+  if (growthToRefuse > 0 && --growthToRefuse == 0) refuseGrowth = true;
+  return !refuseGrowth;
+}
 
 namespace {
 
@@ -45,7 +51,7 @@ uint32_t findRun(uint32_t bytes) {
 }
 
 bool growRegion() {
-  if (refuseGrowth || regionBytes > UINT32_MAX - extraDataGrowth) return false;
+  if (regionBytes > UINT32_MAX - extraDataGrowth || !mayGrow()) return false;
   void* grown = realloc(region, regionBytes + extraDataGrowth);
   if (!grown) return false;
   region = static_cast<uint8_t*>(grown);
@@ -54,7 +60,17 @@ bool growRegion() {
   return true;
 }
 
+/// Offset of `bytes` free bytes, growing the region; regionBytes when that fails.
+uint32_t findOrGrow(uint32_t bytes) {
+  uint32_t at;
+  while ((at = findRun(bytes)) == regionBytes)
+    if (!growRegion()) break;
+  return at;
+}
+
 }  // namespace
+
+int makeExtraDataRoom(uint32_t size) { return size == 0 || findOrGrow(bytesNeeded(size)) != regionBytes; }
 
 int reserveExtraData(int object, uint32_t size) {
   ObjectRecord& o = objects[object];
@@ -68,9 +84,8 @@ int reserveExtraData(int object, uint32_t size) {
     o.extraDataSize = size;
     return 1;
   }
-  uint32_t at;
-  while ((at = findRun(bytes)) == regionBytes)
-    if (!growRegion()) return 0;
+  uint32_t at = findOrGrow(bytes);
+  if (at == regionBytes) return 0;
   releaseExtraData(object);
   objects[object].extraDataBlock = at;
   objects[object].extraDataSize = size;

@@ -65,7 +65,7 @@ bool dropOldestStep() {
 }
 
 bool makeRoom(int size) {
-  if (!undoLog.area) undoLog.area = static_cast<uint8_t*>(malloc(areaBytes));
+  if (!undoLog.area && mayGrow()) undoLog.area = static_cast<uint8_t*>(malloc(areaBytes));
   if (!undoLog.area) {
     disable();
     return false;

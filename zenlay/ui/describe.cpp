@@ -7,6 +7,7 @@
 
 #include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
+#include "zenlay/files/left_out.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
@@ -217,6 +218,10 @@ int answerQuery(intptr_t query, QueryRequest* request) {
       return answerWith(describeProject());
     case queryWriteBackup:
       request->answer = writeBackup(request->argument, true);
+      return 1;
+    case queryLeftOut:
+      answer = leftOutNote;
+      request->answer = answer.empty() ? nullptr : answer.c_str();
       return 1;
     default:
       return 0;
