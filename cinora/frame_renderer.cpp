@@ -12,6 +12,13 @@ using zenlay::FramePixel;
 
 constexpr int scratchImages = 2;  // first image of getFrameBeforeFilter
 
+Background shown = blackBackground;  // of the frame being made
+
+struct ShownBracket {
+  explicit ShownBracket(Background background) { shown = background; }
+  ~ShownBracket() { shown = blackBackground; }
+};
+
 void fillFrame(Host& host, FramePixel* rows, Background background) {
   const ClipFormat& format = host.edit.format;
   FramePixel colour{background, 0, 0};
@@ -59,6 +66,7 @@ RenderedFrame runFilters(Host& host, int frame, Background background, int first
 }  // namespace
 
 RenderedFrame renderFrame(Host& host, int frame, Background background) {
+  ShownBracket bracket(background);
   return runFilters(host, frame, background, 0, nullptr);
 }
 
@@ -68,7 +76,7 @@ FramePixel* frameBefore(Host& host, const zenlay::HostFilterRecord* stop, int fr
   running = true;
   FramePixel* rows = nullptr;
   try {
-    rows = const_cast<FramePixel*>(runFilters(host, frame, blackBackground, scratchImages, stop).rows);
+    rows = const_cast<FramePixel*>(runFilters(host, frame, shown, scratchImages, stop).rows);
   } catch (const Failure& failure) {
     host.addMessage(failure.what());
   }

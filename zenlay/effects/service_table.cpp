@@ -143,6 +143,7 @@ const EffectServiceTable effectServices = {
     .drawObject = drawObject,
     .placeObject = placeObject,
     .renderScene = renderScenePicture,
+    .renderLayersBelow = renderLayersBelow,
     .previousObject = previousObject,
     .drawFigure = Installed<&ServiceHooks::drawFigure>::call,
     .openMedia = Installed<&ServiceHooks::openMedia>::call,
