@@ -8,7 +8,6 @@
 #include "tests/support/fake_host.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/test_effects.h"
-#include "zenlay/render/pipeline.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/files/default_settings.h"
 #include "zenlay/model/checker.h"
@@ -20,6 +19,7 @@
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
+#include "zenlay/render/pipeline.h"
 
 namespace zenlay::test {
 namespace {
@@ -222,6 +222,15 @@ TEST_F(Alias, DamagedFilesGiveTheStatedPart) {
   EXPECT_EQ(usedSlots(object), maxSlots);
   EXPECT_EQ(place("[v]\nlength=4\n" + blur, 0, 100), -1);
   EXPECT_EQ(objects[place("[v]\nlength=4\n" + blur, -5, 5)].start, 0);
+}
+
+TEST_F(Alias, MoreSectionsThanThereIsRoomFor) {
+  std::string text;
+  for (int i = 0; i < maxObjects + 1000; i++) text += "[vo]\nlength=2\n[vo.0]\n_name=Video file\n";
+  int head = place(text);
+  EXPECT_EQ(objectCount, maxObjects);
+  EXPECT_EQ(chainRange(head).last, 2 * maxObjects - 1);
+  EXPECT_EQ(shownMessages(), std::vector<std::string>{"Unable to add more object"});
 }
 
 TEST_F(Alias, FailuresAreTold) {
