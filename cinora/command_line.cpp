@@ -1,8 +1,11 @@
 #include "cinora/command_line.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <charconv>
-#include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <set>
 
@@ -18,6 +21,7 @@ namespace cinora {
 namespace {
 
 constexpr char version[] = "cinora 0.92";
+constexpr char unwritableOutput[] = "standard output cannot be written";
 constexpr int maxThreads = 256;
 
 struct Arguments {
@@ -29,12 +33,19 @@ struct Arguments {
   bool quiet = false, json = false;
 };
 
+/// A line for standard error: nothing in a file's name or contents breaks it or reaches the terminal as a command.
+void say(std::string line) {
+  for (char& c : line)
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
+  std::cerr << "cinora: " << line << '\n';
+}
+
 /// Warnings, each said once.
 class Warnings {
  public:
   void report(Host& host) {
     for (const std::string& line : host.takeMessages())
-      if (said_.insert(line).second) std::cerr << "cinora: warning: " << line << '\n';
+      if (said_.insert(line).second) say("warning: " + line);
   }
 
  private:
@@ -75,7 +86,21 @@ struct OpenFilm {
 };
 
 void print(const std::string& text) {
-  if (!(std::cout << text << std::flush)) throw Failure("standard output cannot be written");
+  if (!(std::cout << text << std::flush)) throw Failure(unwritableOutput);
+}
+
+bool sameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  return std::filesystem::equivalent(platform::nativePath(a), platform::nativePath(b), error);
+}
+
+/// The film's own footage is not to be lost to a slip of the hand.
+void keepMediaOf(Host& host, const std::string& output) {
+  if (!platform::fileExists(output)) return;
+  std::string folder(platform::folderOf(host.projectFile));
+  for (const std::string& name : textsOf(askEditor(host, zenlay::queryTexts, nullptr)))
+    if (sameFile(name, output) || sameFile(folder + name, output))
+      throw WrongUsage(output + " is a file the film is made of");
 }
 
 int render(const Arguments& arguments) {
@@ -94,6 +119,7 @@ int render(const Arguments& arguments) {
     throw WrongUsage("--frames " + arguments.frames + ": the film has " + std::to_string(frameCount) + " frames");
   request.first = range ? range->first - 1 : 0;
   request.last = range ? range->last - 1 : frameCount - 1;
+  keepMediaOf(film.host, arguments.output);
   watchForInterruption();
   {
     ProgressBar bar(arguments.quiet);
@@ -124,6 +150,7 @@ int effects(const Arguments& arguments) {
 
 int convert(const Arguments& arguments) {
   projectKind(arguments.output);
+  if (sameFile(arguments.input, arguments.output)) throw WrongUsage(arguments.output + " is the file to be converted");
   OpenFilm film(arguments);
   saveProject(film.host, arguments.output);
   film.warnings.report(film.host);
@@ -195,8 +222,16 @@ std::vector<Command> addCommands(CLI::App& app, Arguments& a) {
 }
 
 int complain(const std::string& what, int status) {
-  std::cerr << "cinora: " << what << '\n';
+  say(what);
   return status;
+}
+
+/// Where the shell closed a standard stream no file of ours may take its place and get our messages.
+void occupyStandardStreams() {
+  int file;
+  do file = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  while (file >= 0 && file <= STDERR_FILENO);
+  if (file >= 0) close(file);
 }
 
 }  // namespace
@@ -216,6 +251,7 @@ std::optional<FrameRange> parseFrameRange(const std::string& text) {
 }
 
 int runCommandLine(int argc, const char* const* argv) {
+  occupyStandardStreams();
   Arguments arguments;
   CLI::App app{"Renders, describes and converts films made with Zenlay."};
   app.name("cinora");
@@ -226,7 +262,10 @@ int runCommandLine(int argc, const char* const* argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);
+    if (error.get_exit_code() == 0) {  // --help, --version
+      app.exit(error);
+      return std::cout.flush() ? statusDone : complain(unwritableOutput, statusFailed);
+    }
     return complain(std::string(error.what()) + " (cinora --help tells more)", statusWrongUsage);
   }
   makeWriteSignalsErrors();

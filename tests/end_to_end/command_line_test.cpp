@@ -6,6 +6,7 @@
 
 #include <cstring>
 
+#include "platform/paths.h"
 #include "tests/end_to_end/run_program.h"
 
 namespace cinora::test {
@@ -165,6 +166,8 @@ TEST_F(CommandLine, WrongUseIsTwoAndFailureOneWithOneLine) {
       {{"render", "a.zlo", "-o", "a.mp4", "--frames", ""}, 2, "--frames: must not be empty"},
       {{"convert", "a.zlo"}, 2, "OUTPUT"},
       {{"convert", "a.zlo", ""}, 2, "OUTPUT: must not be empty"},
+      {{"convert", "a.zlo", "../" + std::string(platform::fileName(folder.path())) + "/a.zlo"}, 2, "to be converted"},
+      {{"info", "line\nbreak.zlo"}, 1, "line?break.zlo"},
       {{"effects", ""}, 2, "NAME: must not be empty"},
       {{"render", "a.zlo"}, 2, "--output"},
       {{"render", "a.zlo", "-o", "a.mp4", "--nonsense"}, 2, "--nonsense"},
@@ -230,6 +233,20 @@ TEST_F(CommandLine, FullDisksLeaveNothingUnderTheFinalName) {
   Outcome outcome = run({"render", "a.zlo", "-o", "full.mkv"});
   EXPECT_EQ(outcome.status, 1);
   EXPECT_NE(complaint(outcome).find("No space left"), std::string::npos) << outcome.errors;
+}
+
+TEST_F(CommandLine, ClosedOrFullStandardStreamsHarmNothing) {
+  film("a.zlo", "16 16 25 1 13");  // warns
+  auto shell = [&](const std::string& line) {
+    return runProgram({"sh", "-c", BINARY_DIR "/bin/cinora " + line}, {.folder = folder.path()}).status;
+  };
+  std::string modules = " --plugins " BINARY_DIR "/test_modules ";
+  EXPECT_EQ(shell("render a.zlo -o a.raw" + modules), 0);
+  EXPECT_EQ(shell("render a.zlo -o b.raw" + modules + "0<&- 1>&- 2>&-"), 0);
+  EXPECT_TRUE(contentsOf(folder / "a.raw") == contentsOf(folder / "b.raw"));
+  for (const char* stream : {">&-", ">/dev/full"})
+    for (const std::string& command : {"info a.zlo" + modules, "effects" + modules, std::string("--help ")})
+      EXPECT_EQ(shell(command + stream), 1) << command << stream;
 }
 
 TEST_F(CommandLine, InterruptedItCleansUp) {

@@ -10,6 +10,7 @@
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
+#include "zenlay/files/alias_list.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/host/module_files.h"
 #include "zenlay/host/plugin.h"
@@ -19,6 +20,7 @@
 #include "zenlay/media/image_loading.h"
 #include "zenlay/media/media_handles.h"
 #include "zenlay/media/media_services.h"
+#include "zenlay/model/clipboard.h"
 #include "zenlay/model/extra_data.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
@@ -153,6 +155,7 @@ int startUp(HostFilterRecord* filter) {
   installMediaServices();
   registerBuiltIns(filter->functions, &effectServices, filter);
   linkHostFilters(system.filterCount);
+  scanAliases();
   publishRenderService();
   keyboardHook = platform::installKeyHook(onKey);
   return 1;
@@ -177,6 +180,7 @@ int shutDown(HostFilterRecord*) {
   if (memoryCanvas) platform::releaseCanvas(memoryCanvas);
   memoryCanvas = nullptr;
   freeObjects();
+  freeClipboard();
   return 1;
 }
 

@@ -73,26 +73,24 @@ std::vector<int> objectsBelow(int from) {
   return found;
 }
 
-/// Whole objects of one group behind a cut.
+/// What of one group stands behind a cut, by chain heads.
 struct GroupBehind {
-  std::vector<int> heads;
-  bool cut;
+  std::vector<int> pieces, uncut;
 };
 
 void setGroup(int object, int group) {
   for (int section : sectionsOf(object)) objects[section].group = group;
 }
 
-void divideGroups(const std::map<int, GroupBehind>& groups, std::span<const int> pieces) {
+void divideGroups(const std::map<int, GroupBehind>& groups) {
   for (const auto& [number, behind] : groups) {
-    if (!behind.cut) continue;
-    int fresh = behind.heads.size() > 1 ? newGroupNumber() : 0;
-    if (fresh == 0 && behind.heads.size() > 1) continue;  // no number is left; they stay where they are
-    for (int head : behind.heads) {
-      bool isNew = std::find(pieces.begin(), pieces.end(), head) != pieces.end();
-      if (!isNew) recordUndo(head, undoSnapshot | undoChain);
-      setGroup(head, fresh);
-    }
+    if (behind.pieces.empty()) continue;
+    const bool alone = behind.pieces.size() + behind.uncut.size() == 1;
+    const int fresh = alone ? 0 : newGroupNumber();
+    if (fresh == 0 && !alone) continue;  // no number is left; they stay where they are
+    for (int head : behind.uncut) recordUndo(head, undoSnapshot | undoChain);
+    for (auto heads : {&behind.pieces, &behind.uncut})
+      for (int head : *heads) setGroup(head, fresh);
   }
 }
 
@@ -139,15 +137,15 @@ std::vector<int> splitObjects(std::span<const int> selection, int frame) {
   heads.erase(std::unique(heads.begin(), heads.end()), heads.end());
   std::map<int, GroupBehind> groups;
   for (int head : heads) {
-    int behind = objects[head].start >= frame ? head : splitObject(head, frame);
-    if (behind < 0) continue;
-    if (behind != head) pieces.push_back(behind);
-    if (objects[head].group <= 0) continue;
-    GroupBehind& group = groups[objects[head].group];
-    group.heads.push_back(behind);
-    group.cut |= behind != head;
+    const int group = objects[head].group;
+    if (objects[head].start >= frame) {
+      if (group > 0) groups[group].uncut.push_back(head);
+    } else if (int piece = splitObject(head, frame); piece >= 0) {
+      pieces.push_back(piece);
+      if (group > 0) groups[group].pieces.push_back(piece);
+    }
   }
-  if (preferences.divide_group) divideGroups(groups, pieces);
+  if (preferences.divide_group) divideGroups(groups);
   return pieces;
 }
 

@@ -20,7 +20,10 @@ namespace {
 
 uint8_t* region;
 uint32_t regionBytes;
-uint32_t firstFree;  // every unit below is allocated, so that a search may start here
+/// By run length in units: no free run of that length begins below, so that a search may start there. Longer runs go by
+/// the last entry.
+constexpr size_t longestRun = (maxExtraData + sizeof(uint32_t) + extraDataUnit - 1) / extraDataUnit;
+constinit uint32_t searchFrom[longestRun + 1]{};
 
 uint32_t lengthAt(uint32_t offset) {
   uint32_t length;
@@ -33,21 +36,15 @@ uint32_t bytesNeeded(uint32_t size) { return (size + extraDataUnit + 3) / extraD
 
 /// First fit: offset of `bytes` consecutive free bytes, or regionBytes.
 uint32_t findRun(uint32_t bytes) {
-  uint32_t run = firstFree;
-  bool sawFree = false;
-  for (uint32_t at = firstFree; at < regionBytes;) {
+  size_t units = bytes / extraDataUnit;
+  uint32_t run = searchFrom[std::min(units, longestRun)];
+  for (uint32_t at = run; at < regionBytes && at - run < bytes;) {
     uint32_t length = lengthAt(at);
-    if (length) {
-      at += length;
-      run = at;
-      if (!sawFree) firstFree = at;
-      continue;
-    }
-    sawFree = true;
-    at += extraDataUnit;
-    if (at - run >= bytes) return run;
+    at += length ? length : extraDataUnit;
+    if (length) run = at;
   }
-  return regionBytes;
+  for (; units <= longestRun; units++) searchFrom[units] = std::max(searchFrom[units], run);
+  return regionBytes - run >= bytes ? run : regionBytes;
 }
 
 bool growRegion() {
@@ -99,7 +96,8 @@ void releaseExtraData(int object) {
   if (o.extraDataSize) {
     uint32_t end = o.extraDataBlock + lengthAt(o.extraDataBlock);
     for (uint32_t at = o.extraDataBlock; at < end; at += extraDataUnit) setLength(at, 0);
-    firstFree = std::min(firstFree, o.extraDataBlock);
+    // What is free in front of the block becomes one run with it.
+    std::ranges::fill(searchFrom, std::min(searchFrom[1], o.extraDataBlock));
   }
   o.extraDataSize = 0;
 }
@@ -114,7 +112,8 @@ ExtraDataRegion extraDataRegion() { return {region, regionBytes}; }
 void freeExtraData() {
   free(region);
   region = nullptr;
-  regionBytes = firstFree = 0;
+  regionBytes = 0;
+  std::ranges::fill(searchFrom, 0);
 }
 
 }  // namespace zenlay

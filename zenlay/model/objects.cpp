@@ -212,7 +212,7 @@ void freeObjects() {
   objectCapacity = searchFrom = 0;
   currentObject = objectUnderEdit = -1;
   freeExtraData();
-  resetUndo();
+  freeUndo();
   rebuildOrder();
 }
 

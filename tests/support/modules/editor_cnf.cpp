@@ -106,6 +106,8 @@ int answer(intptr_t query, QueryRequest* request) {
     result = "{\"log\": \"" + log + "\"}";
   } else if (query == queryEffects) {
     result = request->argument && strcmp(request->argument, "Bar") != 0 ? "[]" : "[{\"index\": 0, \"name\": \"Bar\"}]";
+  } else if (query == queryTexts) {
+    result = "[]";
   } else if (query == queryWriteBackup) {
     std::FILE* file = fopen(request->argument, "wb");
     if (file) fclose(file);
