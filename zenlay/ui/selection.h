@@ -1,0 +1,29 @@
+// The selection of the timeline: object indices in the order they were added. Independent of the current object, the
+// one whose effects the settings window shows.
+#pragma once
+
+#include <span>
+#include <vector>
+
+namespace zenlay {
+
+std::span<const int> selection();
+bool isSelected(int object);
+/// Adds the object alone. Ignored for objects on locked layers, of other scenes, already in the list, and when the list
+/// is full (maxObjects). Whether it was added.
+bool addToSelection(int object);
+/// Adds every section of the object's chain.
+void selectChain(int object);
+/// Adds every object of its group, with their chains.
+void selectGroup(int object);
+void removeChainFromSelection(int object);
+void clearSelection();
+/// Takes a deleted object out of the list.
+void forgetSelected(int object);
+
+/// What commands act on: the selected objects, else the current one (with its chain), else nothing.
+std::vector<int> commandTargets();
+/// The same, each chain once, by its head.
+std::vector<int> commandTargetHeads();
+
+}  // namespace zenlay

@@ -1,0 +1,44 @@
+// The timeline window as the rest of the editor sees it: what to redraw, where the view stands. Frames are 0-based.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace zenlay {
+
+void redrawTimeline();  // all of it
+void redrawLayer(int layer);
+void redrawLayers(const bool (&touched)[100]);
+void redrawObjects(std::span<const int> objects);
+void redrawChain(int object);
+void redrawRuler();
+
+/// Clamped to the scene; moves the cursor line, updates the title, follows with the current object and the view as the
+/// preferences ask. Does not tell the host.
+void setCursorFrame(int frame);
+/// The same, telling the host first, which then asks for the frame to be redrawn.
+void moveCursor(int frame);
+void setPlaybackFrame(int frame);  // -1 removes the marker
+void setLeftFrame(int frame);
+void setTopLayer(int layer);
+void setTimelineZoom(int level);  // the cursor stays at the same x
+void centreCursor();              // when it is out of view
+void updateScrollBars();
+void updateTitle();
+/// The layer and mark height follow `small_layer`; the window is resized to show the same rows.
+void applyLayerHeight();
+
+/// Called by the host's playback window.
+void playbackNotification(int frame, uint32_t flags);
+
+/// Where the press that opened the context menu lay: the frame as it stands, the layer, and the section boundary near
+/// it (the object behind the boundary, or -1).
+struct ClickPosition {
+  int frame = 0, layer = 0, section = -1;
+};
+extern ClickPosition clickPosition;
+
+/// The frame snapped as for a move of something onto `layer`, when the target lies within 8 pixels; otherwise `frame`.
+int snapFrame(int frame, int layer, bool ignoreSelected);
+
+}  // namespace zenlay
