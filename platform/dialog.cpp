@@ -132,6 +132,7 @@ bool dialogKey(Window* window, int key) {
   Window* dialog = topLevelWindow(window);
   if (!dialog || dialog->procedure != dialogWindow || (key != keyEnter && key != keyEscape)) return false;
   if (key == keyEscape) return press(dialog, dialogCancel), true;
+  if (ControlRecord* c = controlRecord(window); c && (c->style & controlMultiLine)) return false;
   Window* button = controlKind(window) == controlButton && window != dialog ? window : nullptr;
   for (Window* child : dialog->children)
     if (!button && controlRecord(child) && (controlRecord(child)->style & controlDefault)) button = child;

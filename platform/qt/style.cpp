@@ -56,6 +56,9 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
     case PM_SliderThickness:
     case PM_SliderControlThickness:
       return sliderThickness;
+    case PM_CheckBoxLabelSpacing:
+    case PM_RadioButtonLabelSpacing:
+      return 5;
     case PM_ButtonMargin:
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:

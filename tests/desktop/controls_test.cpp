@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QSlider>
 
 #include "platform/qt/qt_desktop.h"
@@ -132,6 +133,34 @@ TEST_F(QtControls, TextIsTypedInAnyLanguage) {
   EXPECT_EQ(line->cursorPosition(), 1);
   selectText(edit, 1, -1);
   EXPECT_EQ(line->selectedText(), "bcd");
+}
+
+TEST_F(QtControls, TextOfSeveralLines) {
+  Window* box = add(controlEdit, 14, {0, 0, 200, 92}, "one", controlMultiLine);
+  focusWindow(box);
+  test::settle();
+  log.lines.clear();
+  selectText(box, 3, 3);
+  test::typeKey(Qt::Key_Return, {}, "\r");
+  test::typeText("b");
+  EXPECT_EQ(windowText(box), "one\nb");
+  EXPECT_EQ(log.lines, Lines(2, "command 14 event 768 value 0"));
+  setWindowText(box, "x\ny\nz");
+  EXPECT_EQ(log.lines.size(), 3u);
+  EXPECT_EQ(static_cast<QPlainTextEdit*>(qt::widgetOf(box))->toPlainText(), "x\ny\nz");
+}
+
+TEST_F(QtControls, KeysGoNowhereWhileTheWindowIsHeldBack) {
+  Window* edit = add(controlEdit, 10, {0, 0, 80, 20});
+  focusWindow(edit);
+  test::settle();
+  enableWindow(window, false);
+  test::typeText("a");
+  test::click(edit, {3, 3});
+  EXPECT_EQ(windowText(edit), "");
+  enableWindow(window, true);
+  test::typeText("a");
+  EXPECT_EQ(windowText(edit), "a");
 }
 
 TEST_F(QtControls, KeysOfATextBoxReachItsHookFirst) {

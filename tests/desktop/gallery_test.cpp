@@ -61,6 +61,7 @@ constexpr Row rows[] = {
     {controlButton, {412, 180, 70, 22}, "OK", controlDefault},
     {controlButton, {412, 208, 70, 22}, "Cancel"},
     {controlButton, {412, 236, 70, 22}, "Disabled"},
+    {controlEdit, {206, 222, 40, 32}, "a\nb", controlMultiLine},
 };
 
 void drawCanvas(Window* window) {
