@@ -37,6 +37,7 @@ enum ControlStyle : uint32_t {
   controlSunken = 0x20,      // static edge
   controlGroupStart = 0x40,  // of radio buttons
   controlDefault = 0x80,     // the button Enter presses
+  controlMultiLine = 0x100,  // of an edit box: Enter begins a line, lines end in \n
 };
 
 /// High half of messageCommand's first parameter.
@@ -86,6 +87,8 @@ std::string controlItem(Window*, int index);
 void setControlIcon(Window*, const char* icon);
 const std::string& controlIcon(Window*);
 void setControlTip(Window*, const char* text);
+/// Draws the text in colorGreyText, though the control works.
+void setControlMuted(Window*, bool muted);
 /// Of an edit box, in characters; last = -1 is the end of the text.
 void selectText(Window*, int first, int last);
 /// Of a combo box: how wide its list opens; 0 the box's own width.

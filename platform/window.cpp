@@ -53,6 +53,7 @@ bool contained(const Window* window, const Window* container) {
 }
 
 bool reachable(const Window* window) {
+  if (!window) return false;
   for (; window; window = window->style & windowChild ? window->owner : nullptr)
     if (!window->lives || !window->enabled) return false;
   return true;
@@ -193,7 +194,7 @@ void showWindow(Window* window, bool shown, bool activate) {
   if (!shown) {
     if (contained(desktop().capture, window)) releaseMouse();
     giveFocusUp(window);
-  } else if (activate && !(window->style & windowChild)) {
+  } else if (activate && !(window->style & windowChild) && !contained(desktop().focus, window)) {
     focusWindow(window);
   }
 }
@@ -235,7 +236,12 @@ void setWindowPlace(Window* window, Rect place) {
     resizeClient(window, {std::max(place.width - frame.width, 0), std::max(place.height - frame.height, 0)});
 }
 
-Rect windowPlace(Window* window) { return lives(window) ? window->place : Rect{}; }
+Rect windowPlace(Window* window) {
+  if (!lives(window)) return {};
+  tell(&DesktopBackend::refreshPlace, window);
+  return window->place;
+}
+
 Size clientSize(Window* window) { return lives(window) ? window->client : Size{}; }
 
 void setClientSize(Window* window, Size size) {
@@ -259,6 +265,7 @@ void reportPlace(Window* window, Rect outer, Rect client) {
 
 Point clientToScreen(Window* window, Point point) {
   for (; lives(window); window = window->owner) {
+    if (!(window->style & windowChild)) tell(&DesktopBackend::refreshPlace, window);
     point.x += window->place.x + window->clientAt.x;
     point.y += window->place.y + window->clientAt.y;
     if (!(window->style & windowChild)) break;
@@ -283,7 +290,7 @@ void focusWindow(Window* window) {
 
 void reportFocus(Window* window) {
   Desktop& d = desktop();
-  if (window && !lives(window)) window = nullptr;
+  if (window && !lives(window)) return;
   Window* old = d.focus;
   if (old == window) return;
   Window *from = topLevelWindow(old), *to = topLevelWindow(window);

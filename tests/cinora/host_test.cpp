@@ -133,6 +133,15 @@ TEST_F(HostTest, SettingsBelongToTheirFilter) {
   EXPECT_EQ(std::string(text), std::string(255, 'x'));
 }
 
+TEST_F(HostTest, OtherFramesHaveTheBackgroundOfTheFrameBeingMade) {
+  ::test::ScratchFolder folder;
+  folder.write("a.zlo", "64 48 25 1 17");
+  Host& host = start({});
+  openProject(host, readFilmFile(folder / "a.zlo"));
+  for (Background background : {blackBackground, whiteBackground, blackBackground})
+    EXPECT_EQ(renderFrame(host, 4, background).rows[0].y, background);
+}
+
 // The editor makes half of (256 frame + what is below); Lift adds its track to the luma.
 TEST_F(HostTest, FiltersProcessInOrderWhenTheyAreOn) {
   ::test::ScratchFolder folder;
