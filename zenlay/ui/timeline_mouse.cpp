@@ -239,15 +239,9 @@ int timelineReleased(Point, intptr_t state) {
   return redraw;
 }
 
-int timelineDoubleClicked(Point at) {
-  if (timelineView.sceneLength < 1) return 0;
-  if (at.x < headerWidth) {
-    if (at.y < rowsTop || at.y >= rowsBottom()) return 0;
-    toggleHidden(layerAtY(at.y));
-    return 1;
-  }
-  int object = objectHolding(at);
-  if (object < 0) return 0;
+int timelineDoubleClicked(Point at, intptr_t state) {
+  int object = timelineView.sceneLength < 1 ? -1 : objectHolding(at);
+  if (object < 0) return timelinePressed(at, state);
   makeCurrent(object);
   return 1;
 }

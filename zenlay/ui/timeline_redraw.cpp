@@ -22,6 +22,8 @@ using platform::Color;
 
 namespace {
 
+constexpr char invitation[] = "Right-click for a new project, or drop a file here";
+
 /// A vertical line over ruler and rows, with ticks below the ruler over the rest of its frame.
 struct FrameLine {
   int x, behind;
@@ -73,6 +75,16 @@ void followScene() {
   updateTitle();
 }
 
+/// Where nothing is open yet: how to begin.
+void paintInvitation(Canvas* canvas) {
+  if (timelineView.sceneLength > 0) return;
+  platform::Size size = platform::textSize(invitation);
+  platform::Rect area{headerWidth, rowsTop, timelineView.clientWidth - headerWidth, rowsBottom() - rowsTop};
+  platform::Point at{area.x + (area.width - size.width) / 2, area.y + (area.height - size.height) / 2};
+  platform::clearClip(canvas);
+  platform::drawText(canvas, at, area, invitation, platform::systemColor(platform::colorGreyText));
+}
+
 void paintAll(Canvas* canvas) {
   platform::clearClip(canvas);
   collectRangeMarks();
@@ -84,6 +96,7 @@ void paintAll(Canvas* canvas) {
                      painting.colors.visible);
   paintRuler(painting);
   paintHeaderBox(painting);
+  paintInvitation(canvas);
   showLines(canvas);
   if (!redraw.rubberBand) return;
   platform::setClip(canvas, {headerWidth, rulerTop, timelineView.clientWidth - headerWidth, timelineView.clientHeight});
@@ -95,7 +108,8 @@ void paintParts(Canvas* canvas) {
   bool parts =
       redraw.ruler || std::find(std::begin(redraw.layers), std::end(redraw.layers), true) != std::end(redraw.layers);
   if (!parts && !redraw.lines) return;
-  if (parts && redraw.rubberBand) return paintAll(canvas);  // it lies over the rows
+  bool overlaid = redraw.rubberBand || timelineView.sceneLength < 1;
+  if (parts && overlaid) return paintAll(canvas);
   invertLines(canvas);
   if (parts) {
     Painting painting = beginPainting(canvas);

@@ -21,7 +21,7 @@ namespace {
 std::vector<GridLine> beatGridLines() {
   std::vector<GridLine> lines;
   BeatLines kind = beatLines();
-  if (kind == beatLinesNone) return lines;
+  if (kind == beatLinesNone || timelineView.sceneLength < 1) return lines;
   bool bars = kind == beatLinesBars;
   auto indexAt = [&](int x) { return bars ? barIndex(frameAtX(x)) : beatIndex(frameAtX(x)); };
   int64_t before = indexAt(headerWidth - 1);
