@@ -183,12 +183,35 @@ int isSelectedRef(ObjectRef ref) {
   return objectOf(ref) && currentObject >= 0 && headOf(objectOfRef(ref)) == headOf(currentObject);
 }
 
+ObjectRef companionRef(ObjectRef ref, const char* name) {
+  const ObjectRecord* object = objectOf(ref);
+  if (!object) return 0;
+  int own = headOf(indexOf(object));
+  bool current = object->scene == currentScene;
+  ObjectRecord** at = layerOrder + (current ? 0 : sceneObjectCount);
+  ObjectRecord** end = layerOrder + (current ? sceneObjectCount : objectCount);
+  ObjectRef found = 0;
+  for (; at != end && indexOf(*at) != own; at++) {
+    const ObjectRecord& other = **at;
+    if (other.scene != object->scene || other.start != objects[own].start) continue;
+    const EffectDefinition* d = slotEffect(&other, 0);
+    if (headOf(indexOf(&other)) == indexOf(&other) && d && strcmp(d->name, name) == 0)
+      found = makeObjectRef(indexOf(&other), 0);
+  }
+  return found;
+}
+
 int64_t trackIntegral(EffectDefinition* effect, EffectProcessInfo* info, int track) {
-  const ObjectRecord* bound = effect->bound_object;
-  if (!bound || track < 0 || track >= effect->track_count) return 0;
-  int slot = slotOfRef(effect->object_ref);
+  return effect->bound_object ? trackIntegralOf(effect->object_ref, info, track) : 0;
+}
+
+int64_t trackIntegralOf(ObjectRef ref, EffectProcessInfo* info, int track) {
+  const ObjectRecord* object = objectOf(ref);
+  int slot = slotOfRef(ref);
+  const EffectDefinition* effect = object && validSlot(ref) ? slotEffect(object, slot) : nullptr;
+  if (!effect || track < 0 || track >= effect->track_count) return 0;
   int64_t sum = 0;
-  for (int section = headOf(indexOf(bound)); section >= 0; section = nextSection(section)) {
+  for (int section = headOf(indexOf(object)); section >= 0; section = nextSection(section)) {
     const ObjectRecord& o = objects[section];
     if (o.start > info->absoluteFrame) break;
     int index = o.slots[slot].firstTrack + track;

@@ -4,6 +4,8 @@
 #include "zenlay/effects/object_services.h"
 #include "zenlay/effects/service_hooks.h"
 #include "zenlay/host/environment.h"
+#include "zenlay/model/scenes.h"
+#include "zenlay/render/audio_mix.h"
 #include "zenlay/render/flattening.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/render/image_cache.h"
@@ -136,6 +138,10 @@ const EffectServiceTable effectServices = {
     .effectCache = effectImage,
     .workMemory = workMemory,
     .trackIntegral = trackIntegral,
+    .trackIntegralOf = trackIntegralOf,
+    .companion = companionRef,
+    .mixScene = mixScene,
+    .sceneLength = sceneLength,
     .swapImages = swapImages,
     .addAlpha = addAlpha,
     .flattenObject = flattenObject,
