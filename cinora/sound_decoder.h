@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "cinora/ffmpeg.h"
 #include "cinora/packet_reader.h"
 
 extern "C" {
@@ -17,60 +16,62 @@ extern "C" {
 
 namespace cinora {
 
-struct FreeSwr {
+struct FreeResampler {
   void operator()(SwrContext* c) const { swr_free(&c); }
 };
-using AvResampler = std::unique_ptr<SwrContext, FreeSwr>;
+using AvResampler = std::unique_ptr<SwrContext, FreeResampler>;
 
 struct SoundFacts {
   int rate = 0, channels = 0;
-  int64_t samples = 0;  // per channel, estimated from the container
+  int64_t samples = 0;  // per channel, as the container tells
   uint32_t tag = 0;     // four-character or numbered codec tag
-  int32_t videoRate = 0, videoScale = 0, videoFrames = 0;  // as the container tells; 0 when unknown
+  // Of the pictures beside it, as the container tells; 0 when it doesn't.
+  int32_t videoRate = 0, videoScale = 0, videoFrames = 0;
 };
 
 class SoundDecoder {
  public:
   /// False, with a reason, when the file has no sound that can be decoded.
-  bool open(const std::string& path, std::string& error);
+  bool open(const std::string& url, std::string& error);
   const SoundFacts& facts() const { return facts_; }
-  /// Channels of what `read` gives. Mono goes to both sides at full level; more channels are mixed by their places.
+  /// Channels of what `read` gives. Mono goes to all of them at full level; more are mixed by their places.
   void setChannels(int channels);
   /// Samples per channel, found by decoding the end of the file when first asked for.
   int64_t length();
   /// `count` interleaved sample frames from `first` on; what lies outside the sound is 0. Stretches that follow each
-  /// other, or overlap the last second, are not decoded again.
+  /// other, or lie within the last second, are not decoded again.
   void read(int64_t first, int count, float* out);
 
  private:
   bool openCodec();
-  bool decodeNext();
-  bool convert(const AVFrame&, int64_t at);
-  bool prepareMixer(const AVFrame&);
-  int64_t placeOf(const AVFrame&);
+  void findOrigin();
+  void findGrid();
   bool restart();
-  void seekBefore(int64_t sample);
-  void append(int64_t at, int samples);
-  void trim(int64_t keepFrom);
+  void position(int64_t sample);
+  bool seekTo(int64_t sample, int64_t wanted);
+  bool nextFrame();
+  int64_t placeOf(const AVFrame&) const;
+  bool mix(const AVFrame&);
+  bool prepareMixer(const AVFrame&);
+  void append(int64_t at, const float* samples, int64_t count);
+  bool decodeMore();
+  int64_t windowEnd() const { return windowFirst_ + static_cast<int64_t>(window_.size()) / channels_; }
 
-  std::string path_;
   PacketReader reader_;
   AvCodec codec_;
   AvPacket packet_;
   AvFrame frame_;
   SoundFacts facts_;
-  int channels_ = 0;
-  AVRational timeBase_{};
-  int64_t origin_ = 0;      // time of sample 0, in AV_TIME_BASE units
-  int64_t grid_ = 0;        // samples between the places where frames may begin; 0: anywhere
-  int64_t gridPhase_ = 0;
-  bool timesTell_ = false;  // a frame's time tells its first sample exactly
+  int channels_ = 2;
+  int64_t origin_ = 0;             // samples between time 0 and sample 0
+  bool timesExact_ = false;        // a frame's time is its place to the sample
+  int64_t grid_ = 0, gridAt_ = 0;  // else frames begin every `grid_` samples around `gridAt_`; 0: not known
   int64_t length_ = -1;
-  bool ended_ = false, sent_ = false, counting_ = false;
-  int64_t next_ = 0;  // first sample of the next frame, where frames are counted
-  AvResampler mixer_;
-  AVSampleFormat mixerFormat_ = AV_SAMPLE_FMT_NONE;
-  AVChannelLayout mixerLayout_{};
+  bool ended_ = false;
+  bool placed_ = false;  // `next_` holds
+  int64_t next_ = 0;     // sample behind the last frame
+  AvResampler mixer_;    // to float and to `channels_`
+  int mixerFormat_ = -1, mixerChannels_ = 0;
   std::vector<float> mixed_;
   std::vector<float> window_;  // sample frames from windowFirst_ on
   int64_t windowFirst_ = 0;

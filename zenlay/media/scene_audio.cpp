@@ -150,8 +150,8 @@ int processSceneAudio(EffectDefinition* effect, EffectProcessInfo* info) {
   auto* memory = static_cast<uint8_t*>(services->workMemory(effect->object_ref, size * nestings, &created));
   if (!memory) return 0;
   auto* window = reinterpret_cast<SceneWindow*>(memory + size * (info->depth % nestings));
-  SceneReader reader{effect,   info,  window,   reinterpret_cast<int16_t*>(window + 1),
-                     capacity, scene, channels, frameSample(info, services->sceneLength(scene))};
+  SceneReader reader{effect, info,     window, reinterpret_cast<int16_t*>(window + 1),
+                     scene,  channels, frameSample(info, services->sceneLength(scene))};
 
   PlaceRange range{0, reader.length * stepOne, time.loop};
   if (time.ranged) {

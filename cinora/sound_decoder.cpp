@@ -1,0 +1,278 @@
+#include "cinora/sound_decoder.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+
+extern "C" {
+#include <libavutil/opt.h>
+}
+
+namespace cinora {
+namespace {
+
+constexpr int maxChannels = 64;
+constexpr int maxFailures = 1000;         // packets in a row that cannot be decoded
+constexpr int prerollSeconds[] = {1, 8};  // decoded ahead of what is wanted, before it is tried from the file's start
+constexpr int forwardSeconds = 2;         // nearer than this is decoded up to, not sought
+constexpr int maxGapSeconds = 10;         // between frames; longer ones are taken for damaged times
+
+/// Codecs whose frames all have the same number of samples: a time rounded to milliseconds still tells which one it is.
+/// 0: as many as the first whole frame.
+struct GridRow {
+  AVCodecID codec;
+  int samples;
+};
+constexpr GridRow gridTable[] = {
+    {AV_CODEC_ID_AAC, 0}, {AV_CODEC_ID_MP3, 0},  {AV_CODEC_ID_MP2, 0},
+    {AV_CODEC_ID_AC3, 0}, {AV_CODEC_ID_EAC3, 0}, {AV_CODEC_ID_OPUS, 120},
+};
+
+const GridRow* gridOf(AVCodecID codec) {
+  for (const GridRow& row : gridTable)
+    if (row.codec == codec) return &row;
+  return nullptr;
+}
+
+/// Cover pictures are no film.
+const AVStream* pictureStream(AVFormatContext* container) {
+  int best = av_find_best_stream(container, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+  if (best < 0 || container->streams[best]->disposition & AV_DISPOSITION_ATTACHED_PIC) return nullptr;
+  return container->streams[best];
+}
+
+int64_t inSamples(int64_t time, AVRational base, int rate) { return av_rescale_q(time, base, AVRational{1, rate}); }
+
+}  // namespace
+
+bool SoundDecoder::open(const std::string& url, std::string& error) {
+  packet_.reset(av_packet_alloc());
+  frame_.reset(av_frame_alloc());
+  if (!packet_ || !frame_) throw std::bad_alloc();
+  if (!reader_.open(url, error)) return false;
+  error = "There is no sound in it that can be read";
+  AVFormatContext* container = reader_.container();
+  int stream = av_find_best_stream(container, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
+  if (stream < 0 || !reader_.select(stream) || !openCodec()) return false;
+  while (!ended_ && !nextFrame()) {
+  }
+  if (ended_ || frame_->sample_rate <= 0 || frame_->ch_layout.nb_channels < 1 ||
+      frame_->ch_layout.nb_channels > maxChannels)
+    return false;
+  const AVStream& sound = *reader_.selected();
+  const AVCodecTag* const tables[] = {avformat_get_riff_audio_tags(), nullptr};
+  facts_.rate = frame_->sample_rate;
+  facts_.channels = frame_->ch_layout.nb_channels;
+  facts_.tag =
+      sound.codecpar->codec_tag ? sound.codecpar->codec_tag : av_codec_get_tag(tables, sound.codecpar->codec_id);
+  if (sound.duration > 0)
+    facts_.samples = inSamples(sound.duration, sound.time_base, facts_.rate);
+  else if (container->duration > 0)
+    facts_.samples = inSamples(container->duration, AVRational{1, AV_TIME_BASE}, facts_.rate);
+  findOrigin();
+  findGrid();
+  return restart();
+}
+
+bool SoundDecoder::openCodec() {
+  const AVCodecParameters* parameters = reader_.parameters();
+  const AVCodec* decoder = avcodec_find_decoder(parameters->codec_id);
+  codec_.reset(decoder ? avcodec_alloc_context3(decoder) : nullptr);
+  if (!codec_ || avcodec_parameters_to_context(codec_.get(), parameters) < 0) return false;
+  codec_->pkt_timebase = reader_.selected()->time_base;
+  codec_->thread_count = 1;
+  return avcodec_open2(codec_.get(), decoder, nullptr) >= 0;
+}
+
+void SoundDecoder::findOrigin() {
+  const AVStream* pictures = pictureStream(reader_.container());
+  if (pictures && pictures->start_time != AV_NOPTS_VALUE) {
+    origin_ = inSamples(pictures->start_time, pictures->time_base, facts_.rate);
+  } else if (frame_->best_effort_timestamp != AV_NOPTS_VALUE) {
+    origin_ = inSamples(frame_->best_effort_timestamp, reader_.selected()->time_base, facts_.rate);
+  }
+  if (!pictures) return;
+  facts_.videoRate = pictures->avg_frame_rate.num;
+  facts_.videoScale = pictures->avg_frame_rate.den;
+  facts_.videoFrames = static_cast<int32_t>(std::min<int64_t>(pictures->nb_frames, INT32_MAX));
+}
+
+/// Looks at the first frames, which the decoder has begun to deliver.
+void SoundDecoder::findGrid() {
+  AVRational base = reader_.selected()->time_base;
+  timesExact_ = base.num == 1 && base.den % facts_.rate == 0;
+  const GridRow* row = gridOf(reader_.parameters()->codec_id);
+  if (timesExact_ || !row) return;
+  int64_t at = placeOf(*frame_) + frame_->nb_samples;  // the first frame may have lost its beginning
+  if (!nextFrame()) return;
+  grid_ = row->samples > 0 ? row->samples : frame_->nb_samples;
+  gridAt_ = at;
+}
+
+bool SoundDecoder::restart() {
+  ended_ = placed_ = false;
+  return reader_.restart() && openCodec();
+}
+
+void SoundDecoder::setChannels(int channels) {
+  if (channels == channels_) return;
+  channels_ = channels;
+  mixer_.reset();
+  window_.clear();
+  windowFirst_ = INT64_MAX;  // nothing lies in it
+}
+
+/// The first sample of the frame by its time; the one behind the last frame where that has no say.
+int64_t SoundDecoder::placeOf(const AVFrame& frame) const {
+  if (frame.best_effort_timestamp == AV_NOPTS_VALUE) return placed_ ? next_ : 0;
+  int64_t at = inSamples(frame.best_effort_timestamp, reader_.selected()->time_base, facts_.rate) - origin_;
+  if (grid_ > 0) {
+    int64_t off = at - gridAt_;
+    at = gridAt_ + (off >= 0 ? off + grid_ / 2 : off - grid_ / 2) / grid_ * grid_;
+  }
+  if (!placed_) return at;
+  int64_t apart = std::abs(at - next_);
+  bool rounded = !timesExact_ && apart < (grid_ > 0 ? grid_ : facts_.rate / 10);
+  return rounded || apart > int64_t{maxGapSeconds} * facts_.rate ? next_ : at;
+}
+
+/// The next frame into `frame_`. False at the end.
+bool SoundDecoder::nextFrame() {
+  for (int failures = 0; !ended_;) {
+    int result = avcodec_receive_frame(codec_.get(), frame_.get());
+    if (result == 0) {
+      if (frame_->nb_samples > 0) return true;
+    } else if (result == AVERROR(EAGAIN)) {
+      bool more = reader_.next(packet_.get());
+      avcodec_send_packet(codec_.get(), more ? packet_.get() : nullptr);  // a refused packet is a gap
+      if (more) av_packet_unref(packet_.get());
+    } else {
+      ended_ = result == AVERROR_EOF || ++failures > maxFailures;
+    }
+  }
+  return false;
+}
+
+bool SoundDecoder::prepareMixer(const AVFrame& frame) {
+  int channels = frame.ch_layout.nb_channels;
+  if (mixer_ && mixerFormat_ == frame.format && mixerChannels_ == channels) return true;
+  AVChannelLayout in{}, out{};
+  av_channel_layout_default(&out, channels_);
+  bool known = frame.ch_layout.order == AV_CHANNEL_ORDER_NATIVE;
+  if (channels == channels_ || !known || av_channel_layout_copy(&in, &frame.ch_layout) < 0)
+    av_channel_layout_default(&in, channels);
+  SwrContext* made = nullptr;
+  auto format = static_cast<AVSampleFormat>(frame.format);
+  int result = swr_alloc_set_opts2(&made, &out, AV_SAMPLE_FMT_FLT, facts_.rate, &in, format, facts_.rate, 0, nullptr);
+  mixer_.reset(made);
+  bool placeless = in.order != AV_CHANNEL_ORDER_NATIVE;
+  if (result >= 0 && channels != channels_ && (channels == 1 || placeless)) {
+    // Mono at full level on every side; channels without places are dealt out in turn.
+    std::vector<double> matrix(static_cast<size_t>(channels) * channels_, 0.0);
+    for (int c = 0; c < std::max(channels, channels_); c++)
+      matrix[static_cast<size_t>(c % channels_) * channels + c % channels] = 1.0;
+    for (int o = 0; o < channels_ && channels > 1; o++) {
+      int inputs = (channels - o + channels_ - 1) / channels_;
+      for (int i = 0; i < channels; i++) matrix[static_cast<size_t>(o) * channels + i] /= std::max(inputs, 1);
+    }
+    if (placeless) av_opt_set_chlayout(made, "in_chlayout", &in, 0);
+    swr_set_matrix(made, matrix.data(), channels);
+  }
+  av_channel_layout_uninit(&in);
+  av_channel_layout_uninit(&out);
+  if (result < 0 || swr_init(made) < 0) mixer_.reset();
+  mixerFormat_ = frame.format;
+  mixerChannels_ = channels;
+  return mixer_ != nullptr;
+}
+
+bool SoundDecoder::mix(const AVFrame& frame) {
+  mixed_.assign(static_cast<size_t>(frame.nb_samples) * channels_, 0.0f);
+  if (!prepareMixer(frame)) return false;
+  auto* out = reinterpret_cast<uint8_t*>(mixed_.data());
+  auto** in = const_cast<const uint8_t**>(frame.extended_data);
+  return swr_convert(mixer_.get(), &out, frame.nb_samples, in, frame.nb_samples) == frame.nb_samples;
+}
+
+/// What lies before the window's end is passed over, a gap before it becomes silence.
+void SoundDecoder::append(int64_t at, const float* samples, int64_t count) {
+  int64_t end = windowEnd();
+  if (at + count <= end) return;
+  if (at > end) {
+    window_.resize(window_.size() + static_cast<size_t>(at - end) * channels_);
+    end = at;
+  }
+  window_.insert(window_.end(), samples + (end - at) * channels_, samples + count * channels_);
+}
+
+bool SoundDecoder::decodeMore() {
+  if (!nextFrame()) return false;
+  int64_t at = placeOf(*frame_);
+  next_ = at + frame_->nb_samples;
+  placed_ = true;
+  if (next_ > windowEnd()) {
+    mix(*frame_);
+    append(at, mixed_.data(), frame_->nb_samples);
+  }
+  return true;
+}
+
+/// Starts decoding so that frame places are known from `sample` on. False when the container comes out elsewhere.
+bool SoundDecoder::seekTo(int64_t sample, int64_t wanted) {
+  AVRational base = reader_.selected()->time_base;
+  int64_t time = av_rescale_q(sample + origin_, AVRational{1, facts_.rate}, base);
+  ended_ = placed_ = false;
+  if (!reader_.seek(time)) return false;
+  avcodec_flush_buffers(codec_.get());
+  // Damaged or unsettled frames may come first; they must be over half way to what is wanted.
+  return decodeMore() && next_ - frame_->nb_samples <= (sample + wanted) / 2;
+}
+
+/// Gets ready to decode `sample` next; the window begins there.
+void SoundDecoder::position(int64_t sample) {
+  window_.clear();
+  windowFirst_ = sample;
+  bool known = timesExact_ || grid_ > 0;
+  for (int seconds : prerollSeconds) {
+    int64_t from = sample - int64_t{seconds} * facts_.rate;
+    if (!known || from <= facts_.rate) break;
+    if (seekTo(from, sample)) return;
+    window_.clear();
+  }
+  if (!restart()) ended_ = true;
+}
+
+int64_t SoundDecoder::length() {
+  if (length_ >= 0) return length_;
+  position(std::max<int64_t>(facts_.samples - facts_.rate, 0));
+  if (!placed_ && !ended_) decodeMore();
+  while (!ended_) {
+    decodeMore();
+    windowFirst_ = windowEnd();
+    window_.clear();
+  }
+  length_ = placed_ ? std::max<int64_t>(next_, 0) : 0;
+  windowFirst_ = INT64_MAX;
+  return length_;
+}
+
+void SoundDecoder::read(int64_t first, int count, float* out) {
+  std::fill_n(out, static_cast<size_t>(count) * channels_, 0.0f);
+  int64_t begin = std::max<int64_t>(first, 0), end = first + count;
+  if (end <= begin) return;
+  int64_t second = facts_.rate;
+  if (windowFirst_ > begin || begin > windowEnd() + forwardSeconds * second) position(begin);
+  if (begin - windowFirst_ > forwardSeconds * second) {
+    int64_t dropped = std::min(begin - second, windowEnd()) - windowFirst_;
+    window_.erase(window_.begin(), window_.begin() + dropped * channels_);
+    windowFirst_ += dropped;
+  }
+  while (windowEnd() < end && decodeMore()) {
+  }
+  int64_t last = std::min(end, windowEnd());
+  if (last > begin)
+    std::copy_n(window_.begin() + (begin - windowFirst_) * channels_, (last - begin) * channels_,
+                out + (begin - first) * channels_);
+}
+
+}  // namespace cinora
