@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "cinora/media_files.h"
+
 namespace cinora {
 namespace {
 
@@ -71,6 +73,7 @@ Host::Host(const HostOptions& options) : settings(options.settingsFile), pool(op
 Host::~Host() {
   closeEdit();
   plugins.stop();
+  dropKeptSound();
   if (font_) platform::closeFont(font_);
   platform::setDesktopBackend(nullptr);
   livingHost = nullptr;
@@ -98,10 +101,12 @@ void Host::closeEdit() {
   if (!edit.open) return;
   plugins.broadcast(zenlay::messageFileClose);
   edit = {};
+  sound.forget();
 }
 
 bool Host::setFrameCount(int32_t count) {
   if (!resizeClip(edit, count)) return false;
+  sound.forget();
   plugins.broadcast(zenlay::messageUpdate);
   return true;
 }
