@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <new>
+#include <string_view>
 
 extern "C" {
 #include <libavutil/opt.h>
@@ -12,26 +14,29 @@ namespace cinora {
 namespace {
 
 constexpr int maxChannels = 64;
-constexpr int maxFailures = 1000;         // packets in a row that cannot be decoded
-constexpr int prerollSeconds[] = {1, 8};  // decoded ahead of what is wanted, before it is tried from the file's start
-constexpr int forwardSeconds = 2;         // nearer than this is decoded up to, not sought
-constexpr int maxGapSeconds = 10;         // between frames; longer ones are taken for damaged times
+constexpr int maxFailures = 1000;  // packets in a row that cannot be decoded
+constexpr int prerollSeconds = 1;  // decoded ahead of what is wanted
+constexpr int segmentSeconds = 10;
+constexpr int seekSeconds[] = {0, 5, 30};  // farther back, until the container comes out early enough
+constexpr int forwardSeconds = 2;          // nearer than this is decoded up to, not sought
+constexpr int maxGapSeconds = 10;          // between frames; longer ones are taken for damaged times
 
 /// Codecs whose frames all have the same number of samples: a time rounded to milliseconds still tells which one it is.
-/// 0: as many as the first whole frame.
-struct GridRow {
-  AVCodecID codec;
-  int samples;
-};
-constexpr GridRow gridTable[] = {
-    {AV_CODEC_ID_AAC, 0}, {AV_CODEC_ID_MP3, 0},  {AV_CODEC_ID_MP2, 0},
-    {AV_CODEC_ID_AC3, 0}, {AV_CODEC_ID_EAC3, 0}, {AV_CODEC_ID_OPUS, 120},
-};
+constexpr AVCodecID evenCodecs[] = {AV_CODEC_ID_AAC, AV_CODEC_ID_MP3,  AV_CODEC_ID_MP2,
+                                    AV_CODEC_ID_AC3, AV_CODEC_ID_EAC3, AV_CODEC_ID_OPUS};
 
-const GridRow* gridOf(AVCodecID codec) {
-  for (const GridRow& row : gridTable)
-    if (row.codec == codec) return &row;
-  return nullptr;
+/// Containers that find a place by counting bytes, which tells no time unless the samples are stored plainly.
+constexpr const char* byteContainers[] = {"wav", "w64", "aiff", "au", "caf", "voc"};
+
+bool tellsTimes(const AVFormatContext* container, AVCodecID codec) {
+  auto is = [&](const char* name) { return std::string_view(container->iformat->name) == name; };
+  bool counts = std::any_of(std::begin(byteContainers), std::end(byteContainers), is);
+  return !counts || av_get_exact_bits_per_sample(codec) >= 8;
+}
+
+bool isLossless(AVCodecID codec) {
+  const AVCodecDescriptor* about = avcodec_descriptor_get(codec);
+  return about && about->props & AV_CODEC_PROP_LOSSLESS && !(about->props & AV_CODEC_PROP_LOSSY);
 }
 
 /// Cover pictures are no film.
@@ -99,18 +104,24 @@ void SoundDecoder::findOrigin() {
 
 /// Looks at the first frames, which the decoder has begun to deliver.
 void SoundDecoder::findGrid() {
+  AVCodecID codec = reader_.parameters()->codec_id;
   AVRational base = reader_.selected()->time_base;
   timesExact_ = base.num == 1 && base.den % facts_.rate == 0;
-  const GridRow* row = gridOf(reader_.parameters()->codec_id);
-  if (timesExact_ || !row) return;
-  int64_t at = placeOf(*frame_) + frame_->nb_samples;  // the first frame may have lost its beginning
-  if (!nextFrame()) return;
-  grid_ = row->samples > 0 ? row->samples : frame_->nb_samples;
-  gridAt_ = at;
+  bool even = std::find(std::begin(evenCodecs), std::end(evenCodecs), codec) != std::end(evenCodecs);
+  if (!timesExact_ && even) {
+    int64_t at = placeOf(*frame_) + frame_->nb_samples;  // the first frame may have lost its beginning
+    if (nextFrame()) {
+      grid_ = frame_->nb_samples;
+      gridAt_ = at;
+    }
+  }
+  seekable_ = (timesExact_ || grid_ > 0) && tellsTimes(reader_.container(), codec);
+  segmented_ = seekable_ && !isLossless(codec);
 }
 
 bool SoundDecoder::restart() {
-  ended_ = placed_ = false;
+  if (held_) av_packet_unref(packet_.get());
+  held_ = ended_ = placed_ = sought_ = false;
   return reader_.restart() && openCodec();
 }
 
@@ -126,7 +137,7 @@ void SoundDecoder::setChannels(int channels) {
 int64_t SoundDecoder::placeOf(const AVFrame& frame) const {
   if (frame.best_effort_timestamp == AV_NOPTS_VALUE) return placed_ ? next_ : 0;
   int64_t at = inSamples(frame.best_effort_timestamp, reader_.selected()->time_base, facts_.rate) - origin_;
-  if (grid_ > 0) {
+  if (grid_ > 0 && (placed_ || sought_)) {
     int64_t off = at - gridAt_;
     at = gridAt_ + (off >= 0 ? off + grid_ / 2 : off - grid_ / 2) / grid_ * grid_;
   }
@@ -143,7 +154,8 @@ bool SoundDecoder::nextFrame() {
     if (result == 0) {
       if (frame_->nb_samples > 0) return true;
     } else if (result == AVERROR(EAGAIN)) {
-      bool more = reader_.next(packet_.get());
+      bool more = held_ || reader_.next(packet_.get());
+      held_ = false;
       avcodec_send_packet(codec_.get(), more ? packet_.get() : nullptr);  // a refused packet is a gap
       if (more) av_packet_unref(packet_.get());
     } else {
@@ -165,6 +177,7 @@ bool SoundDecoder::prepareMixer(const AVFrame& frame) {
   auto format = static_cast<AVSampleFormat>(frame.format);
   int result = swr_alloc_set_opts2(&made, &out, AV_SAMPLE_FMT_FLT, facts_.rate, &in, format, facts_.rate, 0, nullptr);
   mixer_.reset(made);
+  if (made) av_opt_set_double(made, "rematrix_maxval", 1.0, 0);  // sums of channels do not grow
   bool placeless = in.order != AV_CHANNEL_ORDER_NATIVE;
   if (result >= 0 && channels != channels_ && (channels == 1 || placeless)) {
     // Mono at full level on every side; channels without places are dealt out in turn.
@@ -205,49 +218,70 @@ void SoundDecoder::append(int64_t at, const float* samples, int64_t count) {
   window_.insert(window_.end(), samples + (end - at) * channels_, samples + count * channels_);
 }
 
+/// Decodes a frame more; false at the end.
 bool SoundDecoder::decodeMore() {
+  if (windowEnd() >= segmentEnd_ && !ended_) position(windowEnd());
   if (!nextFrame()) return false;
   int64_t at = placeOf(*frame_);
   next_ = at + frame_->nb_samples;
   placed_ = true;
   if (next_ > windowEnd()) {
     mix(*frame_);
-    append(at, mixed_.data(), frame_->nb_samples);
+    append(std::min(at, segmentEnd_), mixed_.data(), std::clamp<int64_t>(segmentEnd_ - at, 0, frame_->nb_samples));
   }
   return true;
 }
 
-/// Starts decoding so that frame places are known from `sample` on. False when the container comes out elsewhere.
-bool SoundDecoder::seekTo(int64_t sample, int64_t wanted) {
+/// Brings the first packet at or behind `time` into `packet_`, wherever the container came out before it.
+bool SoundDecoder::seekBefore(int64_t time) {
   AVRational base = reader_.selected()->time_base;
-  int64_t time = av_rescale_q(sample + origin_, AVRational{1, facts_.rate}, base);
-  ended_ = placed_ = false;
-  if (!reader_.seek(time)) return false;
-  avcodec_flush_buffers(codec_.get());
-  // Damaged or unsettled frames may come first; they must be over half way to what is wanted.
-  return decodeMore() && next_ - frame_->nb_samples <= (sample + wanted) / 2;
+  for (int back : seekSeconds) {
+    if (!reader_.seek(time - av_rescale_q(back, AVRational{1, 1}, base))) continue;
+    bool early = false;
+    while (reader_.next(packet_.get())) {
+      if (packet_->pts == AV_NOPTS_VALUE) break;
+      if (packet_->pts >= time) {
+        held_ = early || packet_->pts == time;
+        if (held_) return true;
+        break;
+      }
+      early = true;
+      av_packet_unref(packet_.get());
+    }
+    av_packet_unref(packet_.get());
+  }
+  return false;
 }
 
-/// Gets ready to decode `sample` next; the window begins there.
+/// Starts the decoder anew so far ahead of the sample that it delivers it whole. False when there is no telling where.
+bool SoundDecoder::decodeFrom(int64_t sample) {
+  int64_t from = sample - int64_t{prerollSeconds} * facts_.rate;
+  if (!seekable_ || from <= facts_.rate) return false;
+  if (held_) av_packet_unref(packet_.get());
+  held_ = ended_ = placed_ = false;
+  sought_ = true;
+  AVRational base = reader_.selected()->time_base;
+  if (seekBefore(av_rescale_q(from + origin_, AVRational{1, facts_.rate}, base)) && openCodec()) return true;
+  seekable_ = segmented_ = false;
+  return false;
+}
+
+/// Gets ready to decode `sample` next. A window that does not end there is begun anew.
 void SoundDecoder::position(int64_t sample) {
-  window_.clear();
-  windowFirst_ = sample;
-  bool known = timesExact_ || grid_ > 0;
-  for (int seconds : prerollSeconds) {
-    int64_t from = sample - int64_t{seconds} * facts_.rate;
-    if (!known || from <= facts_.rate) break;
-    if (seekTo(from, sample)) return;
+  if (windowFirst_ > sample || windowEnd() != sample) {
     window_.clear();
+    windowFirst_ = sample;
   }
-  if (!restart()) ended_ = true;
+  int64_t segment = int64_t{segmentSeconds} * facts_.rate;
+  bool sought = decodeFrom(segmented_ ? sample / segment * segment : sample);
+  segmentEnd_ = segmented_ ? (sample / segment + 1) * segment : INT64_MAX;
+  if (!sought && !restart()) ended_ = true;
 }
 
 int64_t SoundDecoder::length() {
   if (length_ >= 0) return length_;
   position(std::max<int64_t>(facts_.samples - facts_.rate, 0));
-  if (!placed_ && !ended_) decodeMore();
-  while (!ended_) {
-    decodeMore();
+  while (decodeMore()) {
     windowFirst_ = windowEnd();
     window_.clear();
   }

@@ -1,7 +1,8 @@
 // The sound of a file at its own rate, any stretch of it exactly.
 //
-// Sample 0 is heard with the first picture, or is the first sample of a file without pictures. After a seek the decoder
-// starts far enough ahead that what it delivers does not depend on where it started.
+// Sample 0 is heard with the first picture, or is the first sample of a file without pictures. What a decoder delivers
+// may depend on all it has decoded before. Where it does, the sound is cut into segments and each is decoded by itself,
+// from a second ahead of it, so that every sample is the same however it is come to.
 #pragma once
 
 #include <cstdint>
@@ -48,7 +49,8 @@ class SoundDecoder {
   void findGrid();
   bool restart();
   void position(int64_t sample);
-  bool seekTo(int64_t sample, int64_t wanted);
+  bool decodeFrom(int64_t sample);
+  bool seekBefore(int64_t time);
   bool nextFrame();
   int64_t placeOf(const AVFrame&) const;
   bool mix(const AVFrame&);
@@ -63,11 +65,16 @@ class SoundDecoder {
   AvFrame frame_;
   SoundFacts facts_;
   int channels_ = 2;
-  int64_t origin_ = 0;             // samples between time 0 and sample 0
-  bool timesExact_ = false;        // a frame's time is its place to the sample
-  int64_t grid_ = 0, gridAt_ = 0;  // else frames begin every `grid_` samples around `gridAt_`; 0: not known
+  int64_t origin_ = 0;     // samples between time 0 and sample 0
+  bool seekable_ = false;  // places are known wherever decoding begins
+  bool segmented_ = false;
+  int64_t segmentEnd_ = INT64_MAX;  // of the segment being decoded
+  bool timesExact_ = false;         // a frame's time is its place to the sample
+  int64_t grid_ = 0, gridAt_ = 0;   // else frames begin every `grid_` samples around `gridAt_`; 0: not known
   int64_t length_ = -1;
   bool ended_ = false;
+  bool sought_ = false;  // decoding began elsewhere than at the file's start
+  bool held_ = false;    // packet_ was read while seeking and is the next to decode
   bool placed_ = false;  // `next_` holds
   int64_t next_ = 0;     // sample behind the last frame
   AvResampler mixer_;    // to float and to `channels_`
