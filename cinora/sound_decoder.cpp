@@ -261,7 +261,8 @@ bool SoundDecoder::decodeFrom(int64_t sample) {
   held_ = ended_ = placed_ = false;
   sought_ = true;
   AVRational base = reader_.selected()->time_base;
-  if (seekBefore(av_rescale_q(from + origin_, AVRational{1, facts_.rate}, base)) && openCodec()) return true;
+  if (seekBefore(av_rescale_q(from + origin_, AVRational{1, facts_.rate}, base)) && openCodec())
+    return nextFrame();  // passed over: a new decoder may cut it off as it would the beginning of the file
   seekable_ = segmented_ = false;
   return false;
 }
