@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <chrono>
 #include <list>
 #include <memory>
 
@@ -70,26 +71,37 @@ zenlay::HostFileInfo soundInfo(const zenlay::HostMedia& media) {
 
 struct KeptSound {
   std::string path;
+  std::chrono::steady_clock::time_point closed;
   struct stat status;
   std::unique_ptr<SoundReader> sound;
 };
-constexpr size_t maxKeptSounds = 32;
-std::list<KeptSound> keptSounds;  // the one closed last in front
+constexpr size_t maxKeptSounds = 64;
+constexpr std::chrono::seconds trustedFor{1};  // a file closed so lately is not looked at again
+std::list<KeptSound> keptSounds;               // the one closed last in front
 
 bool sameFile(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
          a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
 }
 
-bool openSound(zenlay::HostMedia& media) {
-  if (media.sound) return true;
-  if (stat(platform::nativePath(media.path).c_str(), &media.status) != 0) return false;
-  for (auto kept = keptSounds.begin(); kept != keptSounds.end(); ++kept) {
-    if (kept->path != media.path || !sameFile(kept->status, media.status)) continue;
+bool takeKept(zenlay::HostMedia& media) {
+  auto kept = std::find_if(keptSounds.begin(), keptSounds.end(), [&](auto& k) { return k.path == media.path; });
+  if (kept == keptSounds.end()) return false;
+  bool trusted = std::chrono::steady_clock::now() - kept->closed < trustedFor;
+  struct stat status {};
+  if (!trusted) stat(platform::nativePath(media.path).c_str(), &status);
+  bool same = trusted || sameFile(kept->status, status);
+  if (same) {
     media.sound = std::move(kept->sound);
-    keptSounds.erase(kept);
-    return true;
+    media.status = kept->status;
   }
+  keptSounds.erase(kept);
+  return same;
+}
+
+bool openSound(zenlay::HostMedia& media) {
+  if (media.sound || takeKept(media)) return true;
+  if (stat(platform::nativePath(media.path).c_str(), &media.status) != 0) return false;
   auto sound = std::make_unique<SoundReader>();
   std::string reason;
   if (!sound->open(media.path, reason)) return false;
@@ -115,7 +127,7 @@ zenlay::MediaHandle openMedia(const std::string& path, zenlay::HostFileInfo* inf
 
 void closeMedia(zenlay::MediaHandle media) {
   if (media && media->sound) {
-    keptSounds.push_front({media->path, media->status, std::move(media->sound)});
+    keptSounds.push_front({media->path, std::chrono::steady_clock::now(), media->status, std::move(media->sound)});
     if (keptSounds.size() > maxKeptSounds) keptSounds.pop_back();
   }
   delete media;

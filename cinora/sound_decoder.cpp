@@ -19,6 +19,7 @@ constexpr int prerollSeconds = 1;  // decoded ahead of what is wanted
 constexpr int segmentSeconds = 10;
 constexpr int seekSeconds[] = {0, 5, 30};  // farther back, until the container comes out early enough
 constexpr int forwardSeconds = 2;          // nearer than this is decoded up to, not sought
+constexpr int keptParts = 8;               // an eighth of a second behind what was read last stays
 constexpr int maxGapSeconds = 10;          // between frames; longer ones are taken for damaged times
 
 /// Codecs whose frames all have the same number of samples: a time rounded to milliseconds still tells which one it is.
@@ -119,10 +120,14 @@ void SoundDecoder::findGrid() {
   segmented_ = seekable_ && !isLossless(codec);
 }
 
+/// To the beginning. Where times tell all, that is no farther than a seek; opening the file anew takes longer.
 bool SoundDecoder::restart() {
   if (held_) av_packet_unref(packet_.get());
   held_ = ended_ = placed_ = sought_ = false;
-  return reader_.restart() && openCodec();
+  const AVStream* stream = reader_.selected();
+  int64_t begin = stream->start_time == AV_NOPTS_VALUE ? 0 : stream->start_time;
+  bool sought = seekable_ && !segmented_ && timesExact_ && reader_.seek(begin);
+  return (sought || reader_.restart()) && openCodec();
 }
 
 void SoundDecoder::setChannels(int channels) {
@@ -200,8 +205,11 @@ bool SoundDecoder::prepareMixer(const AVFrame& frame) {
 }
 
 bool SoundDecoder::mix(const AVFrame& frame) {
-  mixed_.assign(static_cast<size_t>(frame.nb_samples) * channels_, 0.0f);
-  if (!prepareMixer(frame)) return false;
+  mixed_.resize(static_cast<size_t>(frame.nb_samples) * channels_);
+  if (!prepareMixer(frame)) {
+    std::fill(mixed_.begin(), mixed_.end(), 0.0f);
+    return false;
+  }
   auto* out = reinterpret_cast<uint8_t*>(mixed_.data());
   auto** in = const_cast<const uint8_t**>(frame.extended_data);
   return swr_convert(mixer_.get(), &out, frame.nb_samples, in, frame.nb_samples) == frame.nb_samples;
@@ -292,22 +300,21 @@ int64_t SoundDecoder::length() {
 }
 
 void SoundDecoder::read(int64_t first, int count, float* out) {
-  std::fill_n(out, static_cast<size_t>(count) * channels_, 0.0f);
   int64_t begin = std::max<int64_t>(first, 0), end = first + count;
-  if (end <= begin) return;
-  int64_t second = facts_.rate;
-  if (windowFirst_ > begin || begin > windowEnd() + forwardSeconds * second) position(begin);
-  if (begin - windowFirst_ > forwardSeconds * second) {
-    int64_t dropped = std::min(begin - second, windowEnd()) - windowFirst_;
+  if (windowFirst_ > begin || begin > windowEnd() + int64_t{forwardSeconds} * facts_.rate) position(begin);
+  int64_t kept = facts_.rate / keptParts;
+  if (begin - windowFirst_ > 2 * kept) {
+    int64_t dropped = std::min(begin - kept, windowEnd()) - windowFirst_;
     window_.erase(window_.begin(), window_.begin() + dropped * channels_);
     windowFirst_ += dropped;
   }
   while (windowEnd() < end && decodeMore()) {
   }
-  int64_t last = std::min(end, windowEnd());
-  if (last > begin)
-    std::copy_n(window_.begin() + (begin - windowFirst_) * channels_, (last - begin) * channels_,
-                out + (begin - first) * channels_);
+  int64_t last = std::clamp(windowEnd(), begin, std::max(end, begin));
+  auto at = [&](int64_t sample) { return out + std::clamp<int64_t>(sample - first, 0, count) * channels_; };
+  std::fill(out, at(begin), 0.0f);
+  std::copy_n(window_.begin() + (begin - windowFirst_) * channels_, (last - begin) * channels_, at(begin));
+  std::fill(at(last), at(end), 0.0f);
 }
 
 }  // namespace cinora

@@ -40,7 +40,7 @@ class SoundDecoder {
   /// Samples per channel, found by decoding the end of the file when first asked for.
   int64_t length();
   /// `count` interleaved sample frames from `first` on; what lies outside the sound is 0. Stretches that follow each
-  /// other, or lie within the last second, are not decoded again.
+  /// other, or overlap a little, are not decoded again.
   void read(int64_t first, int count, float* out);
 
  private:

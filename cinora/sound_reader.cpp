@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cmath>
 #include <numeric>
 
 extern "C" {
@@ -18,10 +17,11 @@ namespace {
 constexpr int filterTaps = 64;      // input samples under the filter, more when the rate falls
 constexpr int chunk = 4096;         // input samples per call
 constexpr int maxPhases = 1 << 10;  // of exact ratios; others are interpolated between
-constexpr double sampleScale = 32768.0;
-
+/// To nearest; written so that the compiler makes vectors of it.
 int16_t toSample(float value) {
-  return static_cast<int16_t>(std::clamp(std::lrint(value * sampleScale), long{INT16_MIN}, long{INT16_MAX}));
+  constexpr float scale = 32768.0f, low = -32768.0f, high = 32767.0f;
+  float scaled = std::min(std::max(value * scale, low), high);
+  return static_cast<int16_t>(static_cast<int>(scaled + 32768.5f) - 32768);
 }
 
 AvResampler makeResampler(int from, int to, int channels, int64_t phases) {
