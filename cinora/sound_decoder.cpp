@@ -47,6 +47,13 @@ const AVStream* pictureStream(AVFormatContext* container) {
   return container->streams[best];
 }
 
+/// To nearest; written so that the compiler makes vectors of it.
+int16_t toSample(float value) {
+  constexpr float scale = 32768.0f, low = -32768.0f, high = 32767.0f;
+  float scaled = std::min(std::max(value * scale, low), high);
+  return static_cast<int16_t>(static_cast<int>(scaled + 32768.5f) - 32768);
+}
+
 int64_t inSamples(int64_t time, AVRational base, int rate) { return av_rescale_q(time, base, AVRational{1, rate}); }
 
 }  // namespace
@@ -204,15 +211,12 @@ bool SoundDecoder::prepareMixer(const AVFrame& frame) {
   return mixer_ != nullptr;
 }
 
-bool SoundDecoder::mix(const AVFrame& frame) {
-  mixed_.resize(static_cast<size_t>(frame.nb_samples) * channels_);
-  if (!prepareMixer(frame)) {
-    std::fill(mixed_.begin(), mixed_.end(), 0.0f);
-    return false;
-  }
-  auto* out = reinterpret_cast<uint8_t*>(mixed_.data());
+void SoundDecoder::mix(const AVFrame& frame, float* out) {
+  int samples = frame.nb_samples;
+  auto* bytes = reinterpret_cast<uint8_t*>(out);
   auto** in = const_cast<const uint8_t**>(frame.extended_data);
-  return swr_convert(mixer_.get(), &out, frame.nb_samples, in, frame.nb_samples) == frame.nb_samples;
+  if (!prepareMixer(frame) || swr_convert(mixer_.get(), &bytes, samples, in, samples) != samples)
+    std::fill_n(out, static_cast<size_t>(samples) * channels_, 0.0f);
 }
 
 /// What lies before the window's end is passed over, a gap before it becomes silence.
@@ -233,8 +237,13 @@ bool SoundDecoder::decodeMore() {
   int64_t at = placeOf(*frame_);
   next_ = at + frame_->nb_samples;
   placed_ = true;
-  if (next_ > windowEnd()) {
-    mix(*frame_);
+  size_t samples = static_cast<size_t>(frame_->nb_samples) * channels_;
+  if (at == windowEnd() && next_ <= segmentEnd_) {
+    window_.resize(window_.size() + samples);
+    mix(*frame_, window_.data() + window_.size() - samples);
+  } else if (next_ > windowEnd()) {
+    mixed_.resize(samples);
+    mix(*frame_, mixed_.data());
     append(std::min(at, segmentEnd_), mixed_.data(), std::clamp<int64_t>(segmentEnd_ - at, 0, frame_->nb_samples));
   }
   return true;
@@ -299,7 +308,8 @@ int64_t SoundDecoder::length() {
   return length_;
 }
 
-void SoundDecoder::read(int64_t first, int count, float* out) {
+template <class Sample, class Convert>
+void SoundDecoder::readAs(int64_t first, int count, Sample* out, Convert convert) {
   int64_t begin = std::max<int64_t>(first, 0), end = first + count;
   if (windowFirst_ > begin || begin > windowEnd() + int64_t{forwardSeconds} * facts_.rate) position(begin);
   int64_t kept = facts_.rate / keptParts;
@@ -312,9 +322,18 @@ void SoundDecoder::read(int64_t first, int count, float* out) {
   }
   int64_t last = std::clamp(windowEnd(), begin, std::max(end, begin));
   auto at = [&](int64_t sample) { return out + std::clamp<int64_t>(sample - first, 0, count) * channels_; };
-  std::fill(out, at(begin), 0.0f);
-  std::copy_n(window_.begin() + (begin - windowFirst_) * channels_, (last - begin) * channels_, at(begin));
-  std::fill(at(last), at(end), 0.0f);
+  std::fill(out, at(begin), Sample{});
+  const float* from = window_.data() + (begin - windowFirst_) * channels_;
+  std::transform(from, from + (last - begin) * channels_, at(begin), convert);
+  std::fill(at(last), at(end), Sample{});
+}
+
+void SoundDecoder::read(int64_t first, int count, float* out) {
+  readAs(first, count, out, [](float value) { return value; });
+}
+
+void SoundDecoder::read(int64_t first, int count, int16_t* out) {
+  readAs(first, count, out, [](float value) { return toSample(value); });
 }
 
 }  // namespace cinora

@@ -42,6 +42,8 @@ class SoundDecoder {
   /// `count` interleaved sample frames from `first` on; what lies outside the sound is 0. Stretches that follow each
   /// other, or overlap a little, are not decoded again.
   void read(int64_t first, int count, float* out);
+  /// The same to the nearest 16-bit samples.
+  void read(int64_t first, int count, int16_t* out);
 
  private:
   bool openCodec();
@@ -53,7 +55,9 @@ class SoundDecoder {
   bool seekBefore(int64_t time);
   bool nextFrame();
   int64_t placeOf(const AVFrame&) const;
-  bool mix(const AVFrame&);
+  template <class Sample, class Convert>
+  void readAs(int64_t first, int count, Sample* out, Convert convert);
+  void mix(const AVFrame&, float* out);
   bool prepareMixer(const AVFrame&);
   void append(int64_t at, const float* samples, int64_t count);
   bool decodeMore();

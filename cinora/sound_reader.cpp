@@ -17,13 +17,6 @@ namespace {
 constexpr int filterTaps = 64;      // input samples under the filter, more when the rate falls
 constexpr int chunk = 4096;         // input samples per call
 constexpr int maxPhases = 1 << 10;  // of exact ratios; others are interpolated between
-/// To nearest; written so that the compiler makes vectors of it.
-int16_t toSample(float value) {
-  constexpr float scale = 32768.0f, low = -32768.0f, high = 32767.0f;
-  float scaled = std::min(std::max(value * scale, low), high);
-  return static_cast<int16_t>(static_cast<int>(scaled + 32768.5f) - 32768);
-}
-
 AvResampler makeResampler(int from, int to, int channels, int64_t phases) {
   AVChannelLayout layout{};
   av_channel_layout_default(&layout, channels);
@@ -110,17 +103,11 @@ bool SoundReader::produce() {
   return true;
 }
 
-void SoundReader::copyPlain(int64_t first, int count, int16_t* out) {
-  input_.resize(static_cast<size_t>(count) * channels_);
-  decoder_.read(first, count, input_.data());
-  std::transform(input_.begin(), input_.end(), out, toSample);
-}
-
 int SoundReader::read(int64_t first, int count, int16_t* out) {
   if (first < 0 || first >= total_ || count < 1) return 0;
   count = static_cast<int>(std::min<int64_t>(count, total_ - first));
   if (unitIn_ == unitOut_) {
-    copyPlain(first, count, out);
+    decoder_.read(first, count, out);
     return count;
   }
   int64_t second = rate_;

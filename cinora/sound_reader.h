@@ -23,7 +23,6 @@ class SoundReader {
  private:
   bool align(int64_t first);
   bool produce();
-  void copyPlain(int64_t first, int count, int16_t* out);
   int64_t windowEnd() const { return windowFirst_ + static_cast<int64_t>(window_.size()) / channels_; }
 
   SoundDecoder decoder_;
