@@ -15,6 +15,7 @@ Container::Container(const std::string& path) : path_(path), file_(path), packet
   if (!packet_ || avformat_alloc_output_context2(&opened, format, nullptr, file_.temporaryPath().c_str()) < 0)
     throw Failure("out of memory");
   format_.reset(opened);
+  format_->strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;  // FLAC in .mp4, which players know by now
 }
 
 void Container::checkHolds(const AVCodec* encoder) const {
