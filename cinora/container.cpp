@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 
 #include "cinora/failure.h"
 
@@ -15,6 +16,7 @@ Container::Container(const std::string& path) : path_(path), file_(path), packet
   if (!packet_ || avformat_alloc_output_context2(&opened, format, nullptr, file_.temporaryPath().c_str()) < 0)
     throw Failure("out of memory");
   format_.reset(opened);
+  matroska_ = std::string_view(name()) == "matroska" || std::string_view(name()) == "webm";
   format_->strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;  // FLAC in .mp4, which players know by now
 }
 
@@ -35,12 +37,27 @@ void Container::begin() {
   check(avformat_write_header(format_.get(), nullptr), "cannot be written");
 }
 
+/// Encoders put samples ahead of the first one, which players leave out. In Matroska the time of a packet of Opus is
+/// that of what is left out, too; of AAC FFmpeg says nothing there, but the samples are a packet of their own. False
+/// for a packet that is better not written: otherwise all else would be moved back to make room for it.
+bool Container::placeInMatroska(const AVCodecContext* codec, AVPacket* packet) {
+  if (codec->codec_id == AV_CODEC_ID_OPUS) {
+    packet->pts += codec->initial_padding;
+    packet->dts += codec->initial_padding;
+  }
+  return codec->codec_id != AV_CODEC_ID_AAC || packet->pts + packet->duration > 0;
+}
+
 void Container::encode(AVCodecContext* codec, AVStream* stream, const AVFrame* frame, int64_t packetDuration) {
   check(avcodec_send_frame(codec, frame), "cannot be encoded");
   for (;;) {
     int result = avcodec_receive_packet(codec, packet_.get());
     if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) return;
     check(result, "cannot be encoded");
+    if (matroska_ && !placeInMatroska(codec, packet_.get())) {
+      av_packet_unref(packet_.get());
+      continue;
+    }
     if (packetDuration > 0) packet_->duration = packetDuration;
     av_packet_rescale_ts(packet_.get(), codec->time_base, stream->time_base);
     packet_->stream_index = stream->index;

@@ -36,10 +36,13 @@ class Container {
     }
   };
 
+  static bool placeInMatroska(const AVCodecContext*, AVPacket*);
+
   std::string path_;
   platform::ReplacementFile file_;
   std::unique_ptr<AVFormatContext, FreeFormat> format_;  // closed before the file goes
   AvPacket packet_;
+  bool matroska_ = false;
 };
 
 }  // namespace cinora

@@ -51,8 +51,9 @@ void echoFrames(EchoState* state, int16_t* samples, int count, int stride, int d
   }
 }
 
-int process(EffectDefinition* effect, EffectProcessInfo* info, int16_t* samples) {
+int proc(EffectDefinition* effect, EffectProcessInfo* info) {
   const FrameProcessInfo& host = info->host;
+  int16_t* samples = effect->flag & effectFilter ? info->audio->samples : host.audio;
   bool created = false;
   void* memory = effect->services->workMemory(effect->object_ref, sizeof(EchoState), &created);
   if (!memory) return 1;
@@ -73,11 +74,6 @@ int process(EffectDefinition* effect, EffectProcessInfo* info, int16_t* samples)
   return 1;
 }
 
-int processObject(EffectDefinition* effect, EffectProcessInfo* info) {
-  return process(effect, info, info->audio->samples);
-}
-int processMix(EffectDefinition* effect, EffectProcessInfo* info) { return process(effect, info, info->host.audio); }
-
 constexpr TrackColumns tracks({
     {"Strength", 500, 0, full, 10, 0, full},
     {"Delay (ms)", 100, 0, 1000, 1, 0, 1000},
@@ -89,14 +85,14 @@ constinit EffectDefinition audioDelayEffect = defineEffect({
     .flag = effectFilter | effectAudio,
     .name = "Audio delay",
     .tracks = tracks,
-    .proc = processObject,
+    .proc = proc,
 });
 
 constinit EffectDefinition audioDelayObject = defineEffect({
     .flag = effectAudio,
     .name = "Audio delay",
     .tracks = tracks,
-    .proc = processMix,
+    .proc = proc,
 });
 
 }  // namespace zenlay
