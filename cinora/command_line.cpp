@@ -1,8 +1,11 @@
 #include "cinora/command_line.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <charconv>
-#include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <set>
 
@@ -18,6 +21,7 @@ namespace cinora {
 namespace {
 
 constexpr char version[] = "cinora 0.92";
+constexpr char unwritableOutput[] = "standard output cannot be written";
 constexpr int maxThreads = 256;
 
 struct Arguments {
@@ -29,12 +33,19 @@ struct Arguments {
   bool quiet = false, json = false;
 };
 
+/// A line for standard error: nothing in a file's name or contents breaks it or reaches the terminal as a command.
+void say(std::string line) {
+  for (char& c : line)
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
+  std::cerr << "cinora: " << line << '\n';
+}
+
 /// Warnings, each said once.
 class Warnings {
  public:
   void report(Host& host) {
     for (const std::string& line : host.takeMessages())
-      if (said_.insert(line).second) std::cerr << "cinora: warning: " << line << '\n';
+      if (said_.insert(line).second) say("warning: " + line);
   }
 
  private:
@@ -50,12 +61,46 @@ HostOptions hostOptions(const Arguments& arguments) {
     options.overrides.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
   }
   options.threads = arguments.threads;
-  if (!arguments.input.empty()) {
-    ImageNeed need = imageNeed(arguments.input);
-    options.wantedWidth = need.width;
-    options.wantedHeight = need.height;
-  }
   return options;
+}
+
+HostOptions hostOptions(const Arguments& arguments, const FilmFile& film) {
+  HostOptions options = hostOptions(arguments);
+  options.wantedWidth = film.width;
+  options.wantedHeight = film.height;
+  return options;
+}
+
+/// The film of INPUT, opened in a host of its own.
+struct OpenFilm {
+  explicit OpenFilm(const Arguments& arguments) : OpenFilm(arguments, readFilmFile(arguments.input)) {}
+
+  Host host;
+  Warnings warnings;
+
+ private:
+  OpenFilm(const Arguments& arguments, const FilmFile& film) : host(hostOptions(arguments, film)) {
+    openProject(host, film);
+    warnings.report(host);
+  }
+};
+
+void print(const std::string& text) {
+  if (!(std::cout << text << std::flush)) throw Failure(unwritableOutput);
+}
+
+bool sameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  return std::filesystem::equivalent(platform::nativePath(a), platform::nativePath(b), error);
+}
+
+/// The film's own footage is not to be lost to a slip of the hand.
+void keepMediaOf(Host& host, const std::string& output) {
+  if (!platform::fileExists(output)) return;
+  std::string folder(platform::folderOf(host.projectFile));
+  for (const std::string& name : textsOf(askEditor(host, zenlay::queryTexts, nullptr)))
+    if (sameFile(name, output) || sameFile(folder + name, output))
+      throw WrongUsage(output + " is a file the film is made of");
 }
 
 int render(const Arguments& arguments) {
@@ -68,34 +113,30 @@ int render(const Arguments& arguments) {
     throw WrongUsage("--frames " + arguments.frames + ": N or FIRST-LAST is wanted, counted from 1");
   checkOutput(request.output, range ? range->last - range->first + 1 : 1);
 
-  Host host(hostOptions(arguments));
-  Warnings warnings;
-  openProject(host, arguments.input);
-  if (range && range->last > host.edit.frameCount)
-    throw WrongUsage("--frames " + arguments.frames + ": the film has " + std::to_string(host.edit.frameCount) +
-                     " frames");
+  OpenFilm film(arguments);
+  int frameCount = film.host.edit.frameCount;
+  if (range && range->last > frameCount)
+    throw WrongUsage("--frames " + arguments.frames + ": the film has " + std::to_string(frameCount) + " frames");
   request.first = range ? range->first - 1 : 0;
-  request.last = range ? range->last - 1 : host.edit.frameCount - 1;
-  warnings.report(host);
+  request.last = range ? range->last - 1 : frameCount - 1;
+  keepMediaOf(film.host, arguments.output);
+  watchForInterruption();
   {
     ProgressBar bar(arguments.quiet);
-    exportFilm(host, request, [&](int done, int total) {
+    exportFilm(film.host, request, [&](int done, int total) {
       bar.show(done, total);
       return !interrupted();
     });
   }
-  warnings.report(host);
+  film.warnings.report(film.host);
   return statusDone;
 }
 
 int info(const Arguments& arguments) {
-  Host host(hostOptions(arguments));
-  Warnings warnings;
-  openProject(host, arguments.input);
-  warnings.report(host);
-  std::string answer = askEditor(host, zenlay::queryProject, nullptr);
-  std::cout << (arguments.json ? answer + "\n" : describeProject(answer)) << std::flush;
-  return std::cout ? statusDone : throw Failure("standard output cannot be written");
+  OpenFilm film(arguments);
+  std::string answer = askEditor(film.host, zenlay::queryProject, nullptr);
+  print(arguments.json ? answer + "\n" : describeProject(answer, askEditor(film.host, zenlay::queryEffects, nullptr)));
+  return statusDone;
 }
 
 int effects(const Arguments& arguments) {
@@ -103,23 +144,23 @@ int effects(const Arguments& arguments) {
   const char* name = arguments.effect.empty() ? nullptr : arguments.effect.c_str();
   std::string answer = askEditor(host, zenlay::queryEffects, name);
   if (name && countEntries(answer) == 0) throw Failure("there is no effect \"" + arguments.effect + "\"");
-  std::cout << (arguments.json ? answer + "\n" : describeEffects(answer, name != nullptr)) << std::flush;
-  return std::cout ? statusDone : throw Failure("standard output cannot be written");
+  print(arguments.json ? answer + "\n" : describeEffects(answer, name != nullptr));
+  return statusDone;
 }
 
 int convert(const Arguments& arguments) {
   projectKind(arguments.output);
-  Host host(hostOptions(arguments));
-  Warnings warnings;
-  openProject(host, arguments.input);
-  warnings.report(host);
-  saveProject(host, arguments.output);
-  warnings.report(host);
+  if (sameFile(arguments.input, arguments.output)) throw WrongUsage(arguments.output + " is the file to be converted");
+  OpenFilm film(arguments);
+  saveProject(film.host, arguments.output);
+  film.warnings.report(film.host);
   return statusDone;
 }
 
 int openEditor(const Arguments& arguments) {
   std::string file = arguments.file.empty() ? "FILE" : arguments.file;
+  if (!arguments.file.empty() && !platform::fileExists(file))
+    throw WrongUsage("\"" + file + "\" is neither a command nor a file (cinora --help tells more)");
   throw WrongUsage("the editor window is not part of this build; to make a film: cinora render " + file +
                    " -o film.mp4 (cinora --help tells more)");
 }
@@ -129,6 +170,8 @@ struct Command {
   int (*run)(const Arguments&);
 };
 
+const CLI::Validator notEmpty([](std::string& text) { return text.empty() ? "must not be empty" : ""; }, "");
+
 void addCommonOptions(CLI::App* app, Arguments& a) {
   app->add_option("--set", a.settings, "a setting of the plug-in for this run")
       ->type_name("KEY=VALUE")
@@ -137,20 +180,24 @@ void addCommonOptions(CLI::App* app, Arguments& a) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app->add_option("--threads", a.threads, "worker threads (default: one a processor)")
       ->check(CLI::Range(1, maxThreads));
-  app->add_option("--plugins", a.plugins, "load the modules of this folder")->type_name("FOLDER");
+  app->add_option("--plugins", a.plugins, "load the modules of this folder")->type_name("FOLDER")->check(notEmpty);
 }
 
 std::vector<Command> addCommands(CLI::App& app, Arguments& a) {
   constexpr char inputHelp[] = "project (.cnp), object file (.zlo) or backup (.zenlay_backup)";
   CLI::App* renderApp = app.add_subcommand("render", "render a film to a file");
-  renderApp->add_option("INPUT", a.input, inputHelp)->required();
+  renderApp->add_option("INPUT", a.input, inputHelp)->required()->check(notEmpty);
   renderApp
       ->add_option("-o,--output", a.output,
                    "film (.mp4 .mkv .mov .webm .avi), picture or sequence (frame%05d.png), sound (.wav .flac), .raw")
       ->required()
+      ->check(notEmpty)
       ->type_name("OUTPUT");
-  renderApp->add_option("--frames", a.frames, "frames to render, from 1, both included")->type_name("FIRST-LAST");
+  renderApp->add_option("--frames", a.frames, "frames to render, from 1, both included")
+      ->check(notEmpty)
+      ->type_name("FIRST-LAST");
   renderApp->add_option("--codec", a.how.codec, "h264 h265 vp9 av1 ffv1 prores mpeg4 ... or an encoder of FFmpeg")
+      ->check(notEmpty)
       ->type_name("NAME");
   renderApp
       ->add_option("--audio-codec", a.how.soundCodec, "aac opus vorbis flac pcm mp3 ..., or none for a silent film")
@@ -159,26 +206,35 @@ std::vector<Command> addCommands(CLI::App& app, Arguments& a) {
       ->check(CLI::Range(0, 1000))
       ->type_name("N");
   renderApp->add_option("--preset", a.how.preset, "the encoder's preset: veryfast, slow ... or a number")
+      ->check(notEmpty)
       ->type_name("NAME");
   renderApp->add_flag("--alpha", a.how.alpha, "keep transparency (vp9, ffv1, prores; png, tif, webp)");
   renderApp->add_flag("--quiet,-q", a.quiet, "no progress bar");
   CLI::App* infoApp = app.add_subcommand("info", "tell what a film holds");
-  infoApp->add_option("INPUT", a.input, inputHelp)->required();
+  infoApp->add_option("INPUT", a.input, inputHelp)->required()->check(notEmpty);
   infoApp->add_flag("--json", a.json, "as JSON");
   CLI::App* effectsApp = app.add_subcommand("effects", "list the effects, or one with its tracks and checks");
-  effectsApp->add_option("NAME", a.effect, "name of an effect");
+  effectsApp->add_option("NAME", a.effect, "name of an effect")->check(notEmpty);
   effectsApp->add_flag("--json", a.json, "as JSON");
   CLI::App* convertApp = app.add_subcommand("convert", "write a film as another kind of file");
-  convertApp->add_option("INPUT", a.input, inputHelp)->required();
-  convertApp->add_option("OUTPUT", a.output, "likewise")->required();
+  convertApp->add_option("INPUT", a.input, inputHelp)->required()->check(notEmpty);
+  convertApp->add_option("OUTPUT", a.output, "likewise")->required()->check(notEmpty);
   std::vector<Command> commands{{renderApp, render}, {infoApp, info}, {effectsApp, effects}, {convertApp, convert}};
   for (const Command& command : commands) addCommonOptions(command.app, a);
   return commands;
 }
 
 int complain(const std::string& what, int status) {
-  std::cerr << "cinora: " << what << '\n';
+  say(what);
   return status;
+}
+
+/// Where the shell closed a standard stream no file of ours may take its place and get our messages.
+void occupyStandardStreams() {
+  int file;
+  do file = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  while (file >= 0 && file <= STDERR_FILENO);
+  if (file >= 0) close(file);
 }
 
 }  // namespace
@@ -198,6 +254,7 @@ std::optional<FrameRange> parseFrameRange(const std::string& text) {
 }
 
 int runCommandLine(int argc, const char* const* argv) {
+  occupyStandardStreams();
   Arguments arguments;
   CLI::App app{"Renders, describes and converts films made with Zenlay."};
   app.name("cinora");
@@ -208,10 +265,13 @@ int runCommandLine(int argc, const char* const* argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);
+    if (error.get_exit_code() == 0) {  // --help, --version
+      app.exit(error);
+      return std::cout.flush() ? statusDone : complain(unwritableOutput, statusFailed);
+    }
     return complain(std::string(error.what()) + " (cinora --help tells more)", statusWrongUsage);
   }
-  watchForInterruption();
+  makeWriteSignalsErrors();
   captureFfmpegLog();
   try {
     for (const Command& command : commands)

@@ -16,11 +16,26 @@ Json parse(const std::string& text) {
   return json;
 }
 
-std::string plain(const Json& value) { return value.is_string() ? value.get<std::string>() : value.dump(); }
+/// A member or an entry that is not there is null: without text, number or entries of its own.
+const Json none;
 
-std::string field(const Json& object, const char* key) {
+const Json& member(const Json& object, const char* key) {
   auto found = object.find(key);
-  return found == object.end() ? "" : plain(*found);
+  return found == object.end() ? none : *found;
+}
+const Json& entry(const Json& list, int64_t index) {
+  return list.is_array() && index >= 0 && index < static_cast<int64_t>(list.size()) ? list[index] : none;
+}
+
+std::string plain(const Json& value) {
+  return value.is_null() ? "" : value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+std::string field(const Json& object, const char* key) { return plain(member(object, key)); }
+
+int64_t number(const Json& object, const char* key) {
+  const Json& value = member(object, key);
+  return value.is_number() ? value.get<int64_t>() : 0;
 }
 
 std::string padded(std::string text, size_t width) {
@@ -28,38 +43,37 @@ std::string padded(std::string text, size_t width) {
   return text;
 }
 
-/// A value in units of 1 / scale, as the settings window shows it.
+/// A value in units of 1 / scale, as the settings window shows it: whole numbers, one or two decimals for tenths and
+/// hundredths, three for every other scale.
 std::string scaled(int64_t value, int64_t scale) {
   if (scale <= 1) return std::to_string(value);
   char text[48];
-  snprintf(text, sizeof text, "%.*f", scale >= 1000 ? 3 : scale >= 100 ? 2 : 1, static_cast<double>(value) / scale);
+  snprintf(text, sizeof text, "%.*f", scale == 10 ? 1 : scale == 100 ? 2 : 3, static_cast<double>(value) / scale);
   return text;
 }
 
-std::string flagWord(const Json& value) {
+std::string flagWord(const Json& effect) {
   char text[16];
-  snprintf(text, sizeof text, "%08X", value.is_number() ? static_cast<unsigned>(value.get<int64_t>()) : 0u);
+  snprintf(text, sizeof text, "%08X", static_cast<unsigned>(number(effect, "flag")));
   return text;
 }
 
 std::string trackLine(const Json& track) {
-  int64_t scale = track.value("scale", int64_t{0});
-  auto shown = [&](const char* key) { return scaled(track.value(key, int64_t{0}), scale); };
+  auto shown = [&](const char* key) { return scaled(number(track, key), number(track, "scale")); };
   return "    " + padded(field(track, "name"), 24) + " " + padded(shown("default"), 10) + " " + shown("min") + " .. " +
          shown("max") + "\n";
 }
 
 std::string effectDetails(const Json& effect) {
-  std::string text =
-      field(effect, "name") + "  (" + field(effect, "index") + ", flags " + flagWord(effect["flag"]) + ")\n";
-  if (!effect["tracks"].empty()) text += "  tracks                     default    range\n";
-  for (const Json& track : effect["tracks"]) text += trackLine(track);
-  if (!effect["checks"].empty()) text += "  checks                     default\n";
-  for (const Json& check : effect["checks"])
+  std::string text = field(effect, "name") + "  (" + field(effect, "index") + ", flags " + flagWord(effect) + ")\n";
+  if (!member(effect, "tracks").empty()) text += "  tracks                     default    range\n";
+  for (const Json& track : member(effect, "tracks")) text += trackLine(track);
+  if (!member(effect, "checks").empty()) text += "  checks                     default\n";
+  for (const Json& check : member(effect, "checks"))
     text += "    " + padded(field(check, "name"), 24) + " " + field(check, "default") + "\n";
-  if (!effect["exdata"].empty()) text += "  extra data (" + field(effect, "exdata_size") + " bytes)\n";
-  for (const Json& item : effect["exdata"])
-    if (!field(item, "name").empty() && field(item, "name") != "null")
+  if (!member(effect, "exdata").empty()) text += "  extra data (" + field(effect, "exdata_size") + " bytes)\n";
+  for (const Json& item : member(effect, "exdata"))
+    if (!field(item, "name").empty())
       text += "    " + padded(field(item, "name"), 24) + " " + field(item, "size") + " bytes\n";
   return text;
 }
@@ -69,21 +83,27 @@ void addPart(std::string& list, const std::string& part) {
   list += part;
 }
 
-std::string trackValue(const Json& track) {
-  std::string text = field(track, "name") + "=" + field(track, "start");
-  if (track.value("mode", int64_t{0}) != 0) text += ".." + field(track, "end");
+std::string trackValue(const Json& track, const Json& definition) {
+  int64_t scale = number(definition, "scale");
+  std::string text = field(track, "name") + "=" + scaled(number(track, "start"), scale);
+  if (number(track, "mode") != 0) text += ".." + scaled(number(track, "end"), scale);
   return text;
 }
 
-std::string slotLines(const Json& slot) {
-  std::string text(8, ' ');
-  text += field(slot, "effect");
-  text += slot.value("enabled", true) ? "\n" : " (off)\n";
+/// Labels of buttons and lists stand among the checks with a negative default; what was chosen there is extra data.
+bool holdsValue(const Json& check) { return number(check, "default") >= 0; }
+
+std::string slotLines(const Json& slot, const Json& effects) {
+  const Json& effect = entry(effects, number(slot, "index"));
   std::string values;
-  for (const Json& track : slot["tracks"]) addPart(values, trackValue(track));
-  for (const auto& [key, value] : slot["exdata"].items())
-    if (value.is_string() && key != "_exdata" && !value.get<std::string>().empty())
-      addPart(values, key + "=" + value.get<std::string>());
+  for (int64_t i = 0; const Json& track : member(slot, "tracks"))
+    addPart(values, trackValue(track, entry(member(effect, "tracks"), i++)));
+  for (int64_t i = 0; const Json& check : member(slot, "checks"))
+    if (holdsValue(entry(member(effect, "checks"), i++)))
+      addPart(values, field(check, "name") + "=" + field(check, "value"));
+  for (const auto& [key, value] : member(slot, "exdata").items())
+    if (key != "_exdata" && !plain(value).empty()) addPart(values, key + "=" + plain(value));
+  std::string text = "        " + field(slot, "effect") + (slot.value("enabled", true) ? "\n" : " (off)\n");
   return values.empty() ? text : text + "            " + values + "\n";
 }
 
@@ -93,23 +113,29 @@ std::string frameRate(const Json& clip) {
 
 }  // namespace
 
-std::string describeProject(const std::string& json) {
-  Json project = parse(json);
+std::string describeProject(const std::string& projectJson, const std::string& effectsJson) {
+  const Json project = parse(projectJson), effects = parse(effectsJson);
   if (!project.is_object()) throw Failure("the editing plug-in's answer describes no film");
-  const Json& clip = project["clip"];
+  const Json& clip = member(project, "clip");
   std::string text = "clip    " + field(clip, "width") + "x" + field(clip, "height") + ", " + frameRate(clip) +
                      " frames per second, " + field(clip, "length") + " frames, sound " + field(clip, "audio_rate") +
                      " Hz\n";
-  for (const Json& scene : project["scenes"])
+  for (const Json& scene : member(project, "scenes"))
     text += "scene   " + field(scene, "index") + " " + field(scene, "name") + "  " + field(scene, "width") + "x" +
             field(scene, "height") + ", " + field(scene, "length") + " frames\n";
-  text += "objects " + std::to_string(project["objects"].size()) + "\n";
-  for (const Json& object : project["objects"]) {
+  text += "objects " + std::to_string(member(project, "objects").size()) + "\n";
+  for (const Json& object : member(project, "objects")) {
     text += "    " + field(object, "name") + "  scene " + field(object, "scene") + " layer " + field(object, "layer") +
             " frames " + field(object, "start") + "-" + field(object, "end") + "\n";
-    for (const Json& slot : object["slots"]) text += slotLines(slot);
+    for (const Json& slot : member(object, "slots")) text += slotLines(slot, effects);
   }
   return text;
+}
+
+std::vector<std::string> textsOf(const std::string& json) {
+  std::vector<std::string> texts;
+  for (const Json& text : parse(json)) texts.push_back(plain(text));
+  return texts;
 }
 
 std::string describeEffects(const std::string& json, bool details) {
@@ -121,9 +147,9 @@ std::string describeEffects(const std::string& json, bool details) {
       if (!text.empty()) text += '\n';
       text += effectDetails(effect);
     } else {
-      text += padded(field(effect, "index"), 4) + padded(field(effect, "name"), 32) + flagWord(effect["flag"]) + "  " +
-              std::to_string(effect["tracks"].size()) + " tracks, " + std::to_string(effect["checks"].size()) +
-              " checks\n";
+      text += padded(field(effect, "index"), 4) + padded(field(effect, "name"), 32) + flagWord(effect) + "  " +
+              std::to_string(member(effect, "tracks").size()) + " tracks, " +
+              std::to_string(member(effect, "checks").size()) + " checks\n";
     }
   }
   return text;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cinora/media_files.h"
+#include "platform/backend.h"
 
 namespace cinora {
 namespace {
@@ -102,6 +103,7 @@ void Host::closeEdit() {
   plugins.broadcast(zenlay::messageFileClose);
   edit = {};
   sound.forget();
+  absentFilters.clear();
 }
 
 bool Host::setFrameCount(int32_t count) {

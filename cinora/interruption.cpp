@@ -1,6 +1,7 @@
 #include "cinora/interruption.h"
 
 #include <signal.h>
+#include <string.h>
 #include <unistd.h>
 
 #include "platform/paths.h"
@@ -9,19 +10,35 @@ namespace cinora {
 namespace {
 
 constexpr int failedStatus = 1;
-volatile sig_atomic_t asked = 0;
+constexpr unsigned secondsOfPatience = 5;  // for what cannot be asked: a file that never answers, a last slow flush
+constexpr char farewell[] = "\ncinora: interrupted\n";
 
-void onSignal(int) {
-  if (asked) {
-    platform::removeUncommittedFiles();
-    _exit(failedStatus);
-  }
+volatile sig_atomic_t asked = 0;
+volatile sig_atomic_t onTerminal = 0;  // where a progress bar may stand in the line
+
+void endAtOnce(int) {
+  platform::removeUncommittedFiles();
+  const char* line = onTerminal ? farewell : farewell + 1;
+  [[maybe_unused]] ssize_t written = write(STDERR_FILENO, line, strlen(line));
+  _exit(failedStatus);
+}
+
+void onSignal(int signal) {
+  if (asked) endAtOnce(signal);
   asked = 1;
+  alarm(secondsOfPatience);
 }
 
 }  // namespace
 
+void makeWriteSignalsErrors() {
+  signal(SIGXFSZ, SIG_IGN);
+  signal(SIGPIPE, SIG_IGN);
+}
+
 void watchForInterruption() {
+  onTerminal = isatty(STDERR_FILENO);
+  signal(SIGALRM, endAtOnce);
   struct sigaction action {};
   action.sa_handler = onSignal;
   action.sa_flags = SA_RESTART;
@@ -30,8 +47,6 @@ void watchForInterruption() {
     sigaction(signal, nullptr, &before);
     if (before.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);  // nohup and background jobs stay so
   }
-  signal(SIGXFSZ, SIG_IGN);
-  signal(SIGPIPE, SIG_IGN);
 }
 
 bool interrupted() { return asked; }

@@ -84,6 +84,7 @@ std::string PluginHost::defaultFolder() {
 }
 
 void PluginHost::load(const std::string& folder) {
+  folder_ = folder;
   std::string base = folder.empty() || platform::isSeparator(folder.back()) ? folder : folder + "/";
   for (const std::string& name : platform::filesMatching(base, modulePattern)) {
     platform::Module* module = platform::loadModule(base + name);
@@ -145,12 +146,15 @@ void PluginHost::start(const zenlay::HostFunctionTable* functions, const zenlay:
   for (bool last : {false, true}) {
     for (size_t i = 0; i < filters_.size();) {
       Filter& filter = *filters_[i];
-      if (keepsProject(*filter.record) == last && !startFilter(filter, functions, edit, settings)) {
-        platform::debugOutput(std::string("cinora: warning: filter \"") + filter.record->name + "\" refused to start");
-        filters_.erase(filters_.begin() + i);
-      } else {
+      if (keepsProject(*filter.record) != last || startFilter(filter, functions, edit, settings)) {
         i++;
+        continue;
       }
+      if (last)
+        editorRefused_ = true;  // told by who wants to use it
+      else
+        platform::debugOutput(std::string("cinora: warning: filter \"") + filter.record->name + "\" refused to start");
+      filters_.erase(filters_.begin() + i);
     }
   }
 }
@@ -171,6 +175,11 @@ void PluginHost::stop() {
 Filter* PluginHost::editor() const {
   auto found = std::find_if(filters_.begin(), filters_.end(), [](auto& f) { return keepsProject(*f->record); });
   return found == filters_.end() ? nullptr : found->get();
+}
+
+std::string PluginHost::whyNoEditor() const {
+  if (editorRefused_) return "the editing plug-in refused to start";
+  return "no editing plug-in was found in " + (folder_.empty() ? "any folder: HOME is not set" : folder_);
 }
 
 void PluginHost::broadcast(uint32_t message, intptr_t first, intptr_t second) {

@@ -51,6 +51,8 @@ class PluginHost {
   const std::vector<std::unique_ptr<Filter>>& filters() const { return filters_; }
   /// The filter that keeps a project and takes commands; null when none is loaded.
   Filter* editor() const;
+  /// Why there is no editor, when the filter itself told nothing.
+  std::string whyNoEditor() const;
   /// To the window of every filter that has one.
   void broadcast(uint32_t message, intptr_t first = 0, intptr_t second = 0);
 
@@ -61,6 +63,8 @@ class PluginHost {
   std::vector<std::unique_ptr<Filter>> filters_;  // in the order they process a frame
   std::vector<Filter*> started_;                  // in the order they started
   platform::Window* mainWindow_ = nullptr;
+  std::string folder_;
+  bool editorRefused_ = false;
 };
 
 }  // namespace cinora

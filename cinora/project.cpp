@@ -12,7 +12,6 @@
 namespace cinora {
 namespace {
 
-constexpr size_t fileNameBytes = 260;            // with the NUL, of the host's file dialogs
 constexpr int64_t maxImagePixels = 8192 * 8192;  // so that a few bytes cannot ask for gigabytes
 constexpr size_t headBytes = 1 << 16;
 constexpr int32_t backupWidthAt = 12;
@@ -30,10 +29,19 @@ std::string fullPath(const std::string& path) {
   return error ? path : full.lexically_normal().string();
 }
 
+/// A pipe would keep the program waiting, a device feed it for ever.
+void requireRegularFile(const std::string& path) {
+  std::error_code error;
+  std::filesystem::file_status status = std::filesystem::status(platform::nativePath(path), error);
+  if (!std::filesystem::exists(status)) throw Failure(path + ": " + error.message());
+  if (std::filesystem::is_directory(status)) throw Failure(path + " is a folder");
+  if (!std::filesystem::is_regular_file(status)) throw Failure(path + " is no regular file");
+}
+
 /// The first bytes of a file.
 std::string readHead(const std::string& path) {
   errno = 0;
-  std::FILE* file = platform::folderExists(path) ? nullptr : platform::openFile(path, "rb");
+  std::FILE* file = platform::openFile(path, "rb");
   if (!file) throw Failure(path + ": " + (errno ? strerror(errno) : "cannot be read"));
   std::string head(headBytes, '\0');
   head.resize(fread(head.data(), 1, head.size(), file));
@@ -41,17 +49,24 @@ std::string readHead(const std::string& path) {
   return head;
 }
 
-ImageNeed needOfBackup(std::string_view head) {
-  ImageNeed need;
-  if (head.size() < backupWidthAt + 8) return need;
-  memcpy(&need.width, head.data() + backupWidthAt, 4);
-  memcpy(&need.height, head.data() + backupWidthAt + 4, 4);
-  return need;
+void takeSizeOfBackup(FilmFile& film) {
+  std::string head = readHead(film.path);
+  if (head.size() < backupWidthAt + 8) return;
+  memcpy(&film.width, head.data() + backupWidthAt, 4);
+  memcpy(&film.height, head.data() + backupWidthAt + 4, 4);
 }
 
-ImageNeed needOfObjectFile(const std::string& head) {
-  platform::IniFile ini = platform::IniFile::parse(head);
-  return {ini.getInt("zenlay", "width", 0), ini.getInt("zenlay", "height", 0)};
+void takeSizeOfObjectFile(FilmFile& film) {
+  platform::IniFile ini = platform::IniFile::parse(readHead(film.path));
+  film.width = ini.getInt("zenlay", "width", 0);
+  film.height = ini.getInt("zenlay", "height", 0);
+}
+
+void readHostProject(FilmFile& film) {
+  std::string reason = readProject(film.path, &film.project);
+  if (!reason.empty()) throw Failure(film.path + ": " + reason);
+  film.width = film.project.format.width;
+  film.height = film.project.format.height;
 }
 
 /// The message that tells most: filters speak first of the cause.
@@ -65,7 +80,7 @@ Filter& editorOf(Host& host) {
   Filter* editor = host.plugins.editor();
   if (editor) return *editor;
   std::vector<std::string> messages = host.takeMessages();  // of one that refused to start
-  throw Failure(messages.empty() ? "no editing plug-in was found in " + PluginHost::defaultFolder() : messages.front());
+  throw Failure(messages.empty() ? host.plugins.whyNoEditor() : messages.front());
 }
 
 /// Gives the editor a command whose file dialog answers with the path. The command's result.
@@ -78,9 +93,19 @@ intptr_t commandWithFile(Host& host, int command, const std::string& path, std::
   return result;
 }
 
-void openHostProject(Host& host, const std::string& path) {
-  ProjectFile project;
-  if (std::string reason = readProject(path, &project); !reason.empty()) throw Failure(path + ": " + reason);
+/// False when the editor does not know the query.
+bool ask(Host& host, zenlay::PluginQuery query, zenlay::QueryRequest& request) {
+  return platform::sendMessage(editorOf(host).window, zenlay::messageQuery, query,
+                               reinterpret_cast<intptr_t>(&request)) == 1;
+}
+
+/// Adds the editor's word on what an object file could not hold, or could not give, to the messages.
+void takeLeftOut(Host& host, const std::string& path) {
+  zenlay::QueryRequest request{};
+  if (ask(host, zenlay::queryLeftOut, request) && request.answer) host.addMessage(path + ": " + request.answer);
+}
+
+void openHostProject(Host& host, const std::string& path, const ProjectFile& project) {
   if (!host.openEdit(project.clipName)) failWithMessage(host, path, "the clip cannot be opened");
   host.setFrameCount(project.frameCount);
   moveTo(host.edit, project.currentFrame);
@@ -92,6 +117,7 @@ void openHostProject(Host& host, const std::string& path) {
     });
     if (found == filters.end()) {
       host.addMessage("the project has data of a filter that is not loaded: " + block.name);
+      host.absentFilters.push_back(block);
       continue;
     }
     zenlay::HostFilterRecord* record = (*found)->record;
@@ -121,6 +147,7 @@ void saveHostProject(Host& host, const std::string& path) {
     data.resize(std::min<size_t>(data.size(), size));
     project.filters.push_back({record->name, std::move(data)});
   }
+  project.filters.insert(project.filters.end(), host.absentFilters.begin(), host.absentFilters.end());
   if (std::string reason = writeProject(path, project); !reason.empty()) throw Failure(path + ": " + reason);
 }
 
@@ -128,9 +155,7 @@ void saveBackup(Host& host, const std::string& path) {
   platform::ReplacementFile file(path);
   if (file.temporaryPath().empty()) throw Failure(path + ": " + strerror(errno));
   zenlay::QueryRequest request{file.temporaryPath().c_str(), nullptr};
-  bool answered = platform::sendMessage(editorOf(host).window, zenlay::messageQuery, zenlay::queryWriteBackup,
-                                        reinterpret_cast<intptr_t>(&request)) == 1;
-  if (!answered) throw Failure(path + ": the editing plug-in writes no backups");
+  if (!ask(host, zenlay::queryWriteBackup, request)) throw Failure(path + ": the editing plug-in writes no backups");
   if (request.answer) throw Failure(path + ": " + request.answer);
   if (!file.commit()) throw Failure(path + ": " + strerror(errno));
 }
@@ -146,6 +171,7 @@ void saveObjectFile(Host& host, const std::string& path) {
   if (std::vector<std::string> messages = host.takeMessages(); !messages.empty())
     throw Failure(path + ": " + messages.front());
   if (!file.commit()) throw Failure(path + ": " + strerror(errno));
+  takeLeftOut(host, path);
 }
 
 }  // namespace
@@ -156,34 +182,37 @@ ProjectKind projectKind(const std::string& path) {
   throw WrongUsage(path + ": a project (.cnp), an object file (.zlo) or a backup (.zenlay_backup) is wanted");
 }
 
-ImageNeed imageNeed(const std::string& path) {
-  ProjectKind kind = projectKind(path);
-  std::string head = readHead(path);
-  ImageNeed need;
-  if (kind == ProjectKind::backup) need = needOfBackup(head);
-  if (kind == ProjectKind::objectFile) need = needOfObjectFile(head);
-  if (kind == ProjectKind::project) {
-    ProjectFile project;
-    if (std::string reason = readProject(path, &project); !reason.empty()) throw Failure(path + ": " + reason);
-    need = {project.format.width, project.format.height};
+FilmFile readFilmFile(const std::string& path) {
+  FilmFile film{.path = path, .kind = projectKind(path), .project = {}};
+  requireRegularFile(path);
+  switch (film.kind) {
+    case ProjectKind::project:
+      readHostProject(film);
+      break;
+    case ProjectKind::backup:
+      takeSizeOfBackup(film);
+      break;
+    case ProjectKind::objectFile:
+      takeSizeOfObjectFile(film);
+      break;
   }
-  if (need.width > maxSide || need.height > maxSide || int64_t{need.width} * need.height > maxImagePixels)
-    throw Failure(path + ": an image of " + std::to_string(need.width) + "x" + std::to_string(need.height) +
+  if (film.width > maxSide || film.height > maxSide || int64_t{film.width} * film.height > maxImagePixels)
+    throw Failure(path + ": an image of " + std::to_string(film.width) + "x" + std::to_string(film.height) +
                   " is larger than can be made");
-  return need;
+  return film;
 }
 
-void openProject(Host& host, const std::string& path) {
-  ProjectKind kind = projectKind(path);
+void openProject(Host& host, const FilmFile& film) {
   host.closeEdit();
-  host.projectFile = fullPath(path);
-  if (kind == ProjectKind::project) {
-    openHostProject(host, path);
+  host.projectFile = fullPath(film.path);
+  if (film.kind == ProjectKind::project) {
+    openHostProject(host, film.path, film.project);
   } else {
-    int command = kind == ProjectKind::backup ? zenlay::commandOpenBackup : zenlay::commandOpenObjectFile;
-    if (commandWithFile(host, command, path, &DialogAnswers::load) != 1) host.closeEdit();
+    int command = film.kind == ProjectKind::backup ? zenlay::commandOpenBackup : zenlay::commandOpenObjectFile;
+    if (commandWithFile(host, command, film.path, &DialogAnswers::load) != 1) host.closeEdit();
   }
-  if (!host.edit.open) failWithMessage(host, path, "the file cannot be opened");
+  if (!host.edit.open) failWithMessage(host, film.path, "the file cannot be opened");
+  if (film.kind == ProjectKind::objectFile) takeLeftOut(host, film.path);
 }
 
 void saveProject(Host& host, const std::string& path) {
@@ -200,12 +229,9 @@ void saveProject(Host& host, const std::string& path) {
   }
 }
 
-std::string askEditor(Host& host, int query, const char* argument) {
+std::string askEditor(Host& host, zenlay::PluginQuery query, const char* argument) {
   zenlay::QueryRequest request{argument, nullptr};
-  if (platform::sendMessage(editorOf(host).window, zenlay::messageQuery, query, reinterpret_cast<intptr_t>(&request)) !=
-          1 ||
-      !request.answer)
-    throw Failure("the editing plug-in does not answer");
+  if (!ask(host, query, request) || !request.answer) throw Failure("the editing plug-in does not answer");
   return request.answer;
 }
 

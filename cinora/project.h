@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cinora/host.h"
+#include "cinora/project_file.h"
 
 namespace cinora {
 
@@ -12,18 +13,22 @@ enum class ProjectKind { project, objectFile, backup };
 /// By extension: .cnp, .zlo, .zenlay_backup. Throws WrongUsage for others.
 ProjectKind projectKind(const std::string& path);
 
-struct ImageNeed {
-  int width = 0, height = 0;  // pixels; 0 when the file doesn't say
+/// A film's file before it is opened.
+struct FilmFile {
+  std::string path;
+  ProjectKind kind;
+  int width = 0, height = 0;  // pixels the file asks for; 0 when it doesn't say
+  ProjectFile project;        // of kind project; the other kinds are read when they are opened
 };
-/// What the file says about its image size, without opening it as a project. Throws Failure when it cannot be read or
-/// asks for more than an image may have.
-ImageNeed imageNeed(const std::string& path);
+/// Throws WrongUsage for other extensions; Failure when it cannot be read, is no regular file or asks for a larger
+/// image than there may be.
+FilmFile readFilmFile(const std::string& path);
 
 /// Throws Failure with the message of the filter, or the reason.
-void openProject(Host&, const std::string& path);
+void openProject(Host&, const FilmFile&);
 void saveProject(Host&, const std::string& path);
 
 /// The JSON a query to the editor's window procedure gives. Throws Failure when there is no editor or no answer.
-std::string askEditor(Host&, int query, const char* argument);
+std::string askEditor(Host&, zenlay::PluginQuery, const char* argument);
 
 }  // namespace cinora

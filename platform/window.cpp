@@ -1,31 +1,13 @@
 #include "platform/window.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cstdlib>
-#include <memory>
+#include <deque>
 #include <mutex>
-#include <string>
-#include <string_view>
-#include <vector>
 
-#include "platform/system.h"
+#include "platform/backend.h"
+#include "platform/window_record.h"
 
 namespace platform {
-
-struct Window {
-  Window* owner;
-  WindowProcedure procedure;
-  void* user;
-};
-
-struct HookHandle {
-  KeyHook hook;
-};
-
-struct Canvas {
-  uint32_t* pixels;
-};
 
 namespace {
 
@@ -35,13 +17,13 @@ struct Posted {
   intptr_t first, second;
 };
 
-// A destroyed window's record stays allocated, so that no later window gets its address while somebody holds it.
 struct Desktop {
-  std::mutex lock;
-  std::vector<Window*> live;
-  std::vector<std::unique_ptr<Window>> all;
+  std::deque<Window> records;
+  std::vector<Window*> topLevel;  // the last activated last
+  Window* focus = nullptr;
+  Window* capture = nullptr;
+  std::mutex lock;  // of what follows
   std::vector<Posted> posted;
-  std::vector<HookHandle*> hooks;
 };
 
 Desktop& desktop() {
@@ -51,90 +33,146 @@ Desktop& desktop() {
 
 std::atomic<const DesktopBackend*> backend{nullptr};
 
-bool isLive(const Desktop& d, const Window* window) {
-  return std::find(d.live.begin(), d.live.end(), window) != d.live.end();
+bool lives(const Window* window) { return window && window->lives; }
+
+/// The entry for a window that the desktop shows.
+template <typename Entry, typename... Arguments>
+void tell(Entry DesktopBackend::*entry, Window* window, Arguments... arguments) {
+  if (Entry call = desktopBackend().*entry; call && window->native) call(window, arguments...);
 }
 
-/// Buttons in bits 0..3 of a box's style, and the answer of nobody.
-struct BoxButtons {
-  uint32_t buttons;
-  int refusal;
-};
-constexpr int boxAbort = 3;
-constexpr BoxButtons boxButtons[] = {
-    {0, boxOk},      // OK
-    {1, boxCancel},  // OK, cancel
-    {2, boxAbort},   // abort, retry, ignore
-    {3, boxCancel},  // yes, no, cancel
-    {4, boxNo},      // yes, no
-    {5, boxCancel},  // retry, cancel
-};
-
-int refusalOf(uint32_t style) {
-  for (const BoxButtons& row : boxButtons)
-    if (row.buttons == (style & 15)) return row.refusal;
-  return boxCancel;
+bool within(const Window* window, const Window* container) {
+  while (window && window != container) window = window->owner;
+  return window;
 }
 
-/// The lines of `text` as sentences of one line.
-std::string joinLines(std::string_view text) {
-  std::string out;
-  while (!text.empty()) {
-    size_t end = std::min(text.find('\n'), text.size());
-    std::string_view line = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
-    while (!line.empty() && static_cast<unsigned char>(line.back()) <= ' ') line.remove_suffix(1);
-    while (!line.empty() && static_cast<unsigned char>(line.front()) <= ' ') line.remove_prefix(1);
-    if (line.empty()) continue;
-    if (!out.empty()) out += std::string_view(".!?:;,").find(out.back()) == std::string_view::npos ? ". " : " ";
-    out += line;
+/// Within it without leaving its own surface.
+bool contained(const Window* window, const Window* container) {
+  while (window && window != container) window = window->style & windowChild ? window->owner : nullptr;
+  return window;
+}
+
+bool reachable(const Window* window) {
+  for (; window; window = window->style & windowChild ? window->owner : nullptr)
+    if (!window->lives || !window->enabled) return false;
+  return true;
+}
+
+void tellFocus(Window* window, ControlEvent event) {
+  ControlRecord* control = controlRecord(window);
+  if (control && (control->kind == controlEdit || control->kind == controlComboBox))
+    sendMessage(window->owner, messageCommand, control->id | event << 16, reinterpret_cast<intptr_t>(window));
+}
+
+void resizeClient(Window* window, Size client) {
+  if (window->client == client) return;
+  window->client = client;
+  if (!window->control) sendMessage(window, messageSized, 0, packPoint({client.width, client.height}));
+}
+
+/// Where the focus goes when `window` can no longer have it.
+void giveFocusUp(Window* window) {
+  if (!contained(desktop().focus, window)) return;
+  Window* next = window->owner;
+  while (next && !(reachable(next) && next->shown && !next->control)) next = next->owner;
+  if (next)
+    focusWindow(next);
+  else
+    reportFocus(nullptr);
+}
+
+void removeRecords(Window* window) {
+  for (Window* child : std::vector<Window*>(window->children)) removeRecords(child);
+  Desktop& d = desktop();
+  window->lives = false;
+  std::erase(d.topLevel, window);
+  if (d.capture == window) {
+    d.capture = nullptr;
+    if (desktopBackend().capture) desktopBackend().capture(nullptr);
   }
-  return out;
+  std::lock_guard guard(d.lock);
+  std::erase_if(d.posted, [&](const Posted& p) { return p.window == window; });
+}
+
+void releaseRecords(Window* window) {
+  for (Window* child : window->children) releaseRecords(child);
+  tell(&DesktopBackend::destroyWindow, window);
+  window->native = nullptr;
+  window->control.reset();
+  window->children = {};
+  window->timers = {};
 }
 
 }  // namespace
 
-Window* createWindow(Window* owner, WindowProcedure procedure, void* user) {
-  Desktop& d = desktop();
-  std::lock_guard guard(d.lock);
-  d.all.push_back(std::make_unique<Window>(Window{owner, procedure, user}));
-  d.live.push_back(d.all.back().get());
-  return d.all.back().get();
+const DesktopBackend& desktopBackend() {
+  static const DesktopBackend none{};
+  const DesktopBackend* table = backend;
+  return table ? *table : none;
+}
+
+void setDesktopBackend(const DesktopBackend* table) { backend = table; }
+
+Window* addWindowRecord(Window* owner, WindowProcedure procedure, void* user) {
+  Window& window = desktop().records.emplace_back();
+  window.owner = lives(owner) ? owner : nullptr;
+  window.procedure = procedure;
+  window.user = user;
+  if (window.owner) window.owner->children.push_back(&window);
+  return &window;
+}
+
+std::vector<Window*> topLevelWindows() { return desktop().topLevel; }
+
+Window* createWindow(Window* owner, WindowProcedure procedure, void* user, const WindowOptions& options) {
+  Window* window = addWindowRecord(owner, procedure, user);
+  window->className = options.className;
+  window->text = options.title;
+  window->style = window->owner ? options.style : options.style & ~windowChild;
+  window->place = options.place;
+  window->client = sizeOf(options.place);
+  if (!(window->style & windowChild)) desktop().topLevel.insert(desktop().topLevel.begin(), window);
+  bool hasSurface = !(window->style & windowChild) || window->owner->native;
+  if (desktopBackend().createWindow && hasSurface) desktopBackend().createWindow(window);
+  if (options.style & windowVisible) showWindow(window, true);
+  return window;
 }
 
 void destroyWindow(Window* window) {
-  Desktop& d = desktop();
-  std::lock_guard guard(d.lock);
-  std::vector<Window*> going;
-  if (window && isLive(d, window)) going.push_back(window);
-  for (size_t i = 0; i < going.size(); i++) {
-    std::erase(d.live, going[i]);
-    std::erase_if(d.posted, [&](const Posted& p) { return p.window == going[i]; });
-    std::copy_if(d.live.begin(), d.live.end(), std::back_inserter(going),
-                 [&](const Window* other) { return other->owner == going[i]; });
-  }
+  if (!lives(window)) return;
+  Window* owner = window->owner;
+  bool hadFocus = within(desktop().focus, window);
+  if (owner) std::erase(owner->children, window);
+  removeRecords(window);
+  releaseRecords(window);
+  if (!hadFocus) return;
+  desktop().focus = nullptr;
+  while (owner && !(reachable(owner) && owner->shown && !owner->control)) owner = owner->owner;
+  if (owner) focusWindow(owner);
 }
 
-Window* windowOwner(Window* window) {
-  Desktop& d = desktop();
-  std::lock_guard guard(d.lock);
-  return window && isLive(d, window) ? window->owner : nullptr;
+Window* windowOwner(Window* window) { return lives(window) && lives(window->owner) ? window->owner : nullptr; }
+bool windowLives(Window* window) { return lives(window); }
+uint32_t windowStyle(Window* window) { return lives(window) ? window->style : 0; }
+const char* windowClassName(Window* window) { return window ? window->className.c_str() : ""; }
+
+Window* topLevelWindow(Window* window) {
+  while (lives(window) && (window->style & windowChild)) window = window->owner;
+  return lives(window) ? window : nullptr;
 }
 
 intptr_t sendMessage(Window* window, uint32_t message, intptr_t first, intptr_t second) {
-  WindowProcedure procedure = nullptr;
-  {
-    Desktop& d = desktop();
-    std::lock_guard guard(d.lock);
-    if (window && isLive(d, window)) procedure = window->procedure;
-  }
-  return procedure ? procedure(window, message, first, second, window->user) : 0;
+  return lives(window) && window->procedure ? window->procedure(window, message, first, second, window->user) : 0;
 }
 
 void postMessage(Window* window, uint32_t message, intptr_t first, intptr_t second) {
   Desktop& d = desktop();
-  std::lock_guard guard(d.lock);
-  if (window && isLive(d, window)) d.posted.push_back({window, message, first, second});
+  {
+    std::lock_guard guard(d.lock);
+    if (!lives(window)) return;
+    d.posted.push_back({window, message, first, second});
+  }
+  if (desktopBackend().wake) desktopBackend().wake();
 }
 
 void runPostedMessages() {
@@ -147,52 +185,201 @@ void runPostedMessages() {
   for (const Posted& p : batch) sendMessage(p.window, p.message, p.first, p.second);
 }
 
-void setDesktopBackend(const DesktopBackend* table) { backend = table; }
-
-int messageBox(Window* owner, const char* text, const char* caption, uint32_t style) {
-  const DesktopBackend* table = backend;
-  if (table && table->messageBox) return table->messageBox(owner, text, caption, style);
-  std::string line = joinLines(caption ? caption : "");
-  debugOutput((line.empty() ? line : line + ": ") + joinLines(text ? text : ""));
-  return refusalOf(style);
-}
-
-HookHandle* installKeyHook(KeyHook hook) {
-  Desktop& d = desktop();
-  std::lock_guard guard(d.lock);
-  d.hooks.push_back(new HookHandle{hook});
-  return d.hooks.back();
-}
-
-void removeKeyHook(HookHandle* handle) {
-  Desktop& d = desktop();
-  std::lock_guard guard(d.lock);
-  if (std::erase(d.hooks, handle) > 0) delete handle;
-}
-
-bool runKeyHooks(int key, bool down) {
-  std::vector<KeyHook> hooks;
-  {
-    Desktop& d = desktop();
-    std::lock_guard guard(d.lock);
-    for (const HookHandle* handle : d.hooks) hooks.push_back(handle->hook);
+void showWindow(Window* window, bool shown, bool activate) {
+  if (!lives(window)) return;
+  bool changed = window->shown != shown;
+  window->shown = shown;
+  if (changed || (shown && activate)) tell(&DesktopBackend::show, window, activate);
+  if (!shown) {
+    if (contained(desktop().capture, window)) releaseMouse();
+    giveFocusUp(window);
+  } else if (activate && !(window->style & windowChild)) {
+    focusWindow(window);
   }
-  return std::any_of(hooks.rbegin(), hooks.rend(), [&](KeyHook hook) { return hook(key, down) == 1; });
 }
 
-Canvas* createMemoryCanvas(int width, int height) {
-  constexpr int maxSide = 32767;
-  if (width < 1 || width > maxSide || height < 1 || height > maxSide) return nullptr;
-  auto* pixels = static_cast<uint32_t*>(std::calloc(static_cast<size_t>(width) * height, sizeof(uint32_t)));
-  return pixels ? new Canvas{pixels} : nullptr;
+bool windowShown(Window* window) { return lives(window) && window->shown; }
+
+void enableWindow(Window* window, bool enabled) {
+  if (!lives(window) || window->enabled == enabled) return;
+  window->enabled = enabled;
+  tell(&DesktopBackend::enable, window);
+  if (enabled) return;
+  if (contained(desktop().capture, window)) releaseMouse();
+  if (contained(desktop().focus, window) && (window->style & windowChild)) giveFocusUp(window);
 }
 
-void releaseCanvas(Canvas* canvas) {
-  if (!canvas) return;
-  std::free(canvas->pixels);
-  delete canvas;
+bool windowEnabled(Window* window) { return lives(window) && window->enabled; }
+
+void setWindowText(Window* window, const char* text) {
+  if (!lives(window) || window->text == text) return;
+  window->text = text;
+  tell(&DesktopBackend::setText, window);
+  ControlRecord* control = controlRecord(window);
+  if (control && control->kind == controlEdit)
+    sendMessage(window->owner, messageCommand, control->id | controlTextChanged << 16,
+                reinterpret_cast<intptr_t>(window));
 }
 
-uint32_t* canvasPixels(Canvas* canvas) { return canvas ? canvas->pixels : nullptr; }
+const std::string& windowText(Window* window) {
+  static const std::string none;
+  return window ? window->text : none;
+}
+
+void setWindowPlace(Window* window, Rect place) {
+  if (!lives(window)) return;
+  Size frame{window->place.width - window->client.width, window->place.height - window->client.height};
+  window->place = place;
+  tell(&DesktopBackend::setPlace, window);
+  if (lives(window) && window->place == place)
+    resizeClient(window, {std::max(place.width - frame.width, 0), std::max(place.height - frame.height, 0)});
+}
+
+Rect windowPlace(Window* window) {
+  if (!lives(window)) return {};
+  tell(&DesktopBackend::refreshPlace, window);
+  return window->place;
+}
+
+Size clientSize(Window* window) { return lives(window) ? window->client : Size{}; }
+
+void setClientSize(Window* window, Size size) {
+  if (!lives(window) || window->client == size) return;
+  window->place.width += size.width - window->client.width;
+  window->place.height += size.height - window->client.height;
+  Size old = window->client;
+  window->client = size;
+  tell(&DesktopBackend::setClientSize, window);
+  if (!lives(window) || !(window->client == size)) return;
+  window->client = old;
+  resizeClient(window, size);
+}
+
+void reportPlace(Window* window, Rect outer, Rect client) {
+  if (!lives(window)) return;
+  window->place = outer;
+  window->clientAt = {client.x - outer.x, client.y - outer.y};
+  resizeClient(window, sizeOf(client));
+}
+
+Point clientToScreen(Window* window, Point point) {
+  for (; lives(window); window = window->owner) {
+    if (!(window->style & windowChild)) tell(&DesktopBackend::refreshPlace, window);
+    point.x += window->place.x + window->clientAt.x;
+    point.y += window->place.y + window->clientAt.y;
+    if (!(window->style & windowChild)) break;
+  }
+  return point;
+}
+
+Point screenToClient(Window* window, Point point) {
+  Point origin = clientToScreen(window, {0, 0});
+  return {point.x - origin.x, point.y - origin.y};
+}
+
+void invalidateWindow(Window* window) {
+  if (lives(window)) tell(&DesktopBackend::invalidate, window);
+}
+
+void focusWindow(Window* window) {
+  if (!reachable(window)) return;
+  tell(&DesktopBackend::focus, window);
+  reportFocus(window);
+}
+
+void reportFocus(Window* window) {
+  Desktop& d = desktop();
+  if (window && !lives(window)) window = nullptr;
+  Window* old = d.focus;
+  if (old == window) return;
+  Window *from = topLevelWindow(old), *to = topLevelWindow(window);
+  d.focus = window;
+  if (from != to) {
+    if (to) {
+      std::erase(d.topLevel, to);
+      d.topLevel.push_back(to);
+    }
+    sendMessage(from, messageActivated, 0, reinterpret_cast<intptr_t>(to));
+    sendMessage(to, messageActivated, 1, reinterpret_cast<intptr_t>(from));
+  }
+  tellFocus(old, controlLostFocus);
+  if (d.focus == window) tellFocus(window, controlGotFocus);
+}
+
+Window* focusedWindow() { return desktop().focus; }
+Window* activeWindow() { return topLevelWindow(desktop().focus); }
+
+void captureMouse(Window* window) {
+  Desktop& d = desktop();
+  if (!lives(window) || d.capture == window) return;
+  Window* old = d.capture;
+  d.capture = window;
+  tell(&DesktopBackend::capture, window);
+  sendMessage(old, messageCaptureLost, 0, reinterpret_cast<intptr_t>(window));
+}
+
+void releaseMouse() {
+  if (!desktop().capture) return;
+  if (desktopBackend().capture) desktopBackend().capture(nullptr);
+  reportCaptureLost();
+}
+
+void reportCaptureLost() {
+  Window* old = desktop().capture;
+  desktop().capture = nullptr;
+  sendMessage(old, messageCaptureLost, 0, 0);
+}
+
+Window* mouseCapture() { return desktop().capture; }
+
+void setCursorShape(Window* window, CursorShape shape) {
+  if (!lives(window) || window->cursor == shape) return;
+  window->cursor = shape;
+  tell(&DesktopBackend::setCursor, window);
+}
+
+void startTimer(Window* window, int id, int milliseconds) {
+  if (!lives(window)) return;
+  window->timers[id] = std::max(milliseconds, 1);
+  tell(&DesktopBackend::startTimer, window, id, std::max(milliseconds, 1));
+}
+
+void stopTimer(Window* window, int id) {
+  if (lives(window) && window->timers.erase(id)) tell(&DesktopBackend::stopTimer, window, id);
+}
+
+Window* windowAt(Point screen) {
+  if (desktopBackend().windowAt) return desktopBackend().windowAt(screen);
+  const std::vector<Window*>& all = desktop().topLevel;
+  auto hit = [&](const Window* w, Point p) { return w->shown && contains({0, 0, w->place.width, w->place.height}, p); };
+  for (auto top = all.rbegin(); top != all.rend(); ++top) {
+    Window* found = *top;
+    Point at{screen.x - found->place.x, screen.y - found->place.y};
+    if (!hit(found, at)) continue;
+    for (bool deeper = true; deeper;) {
+      deeper = false;
+      at = {at.x - found->clientAt.x, at.y - found->clientAt.y};
+      for (Window* child : found->children) {
+        Point inside{at.x - child->place.x, at.y - child->place.y};
+        if (!(child->style & windowChild) || !hit(child, inside)) continue;
+        found = child, at = inside, deeper = true;
+        break;
+      }
+    }
+    return found;
+  }
+  return nullptr;
+}
+
+int screenPixel(Point screen) { return desktopBackend().screenPixel ? desktopBackend().screenPixel(screen) : -1; }
+
+Rect virtualScreen() {
+  return desktopBackend().virtualScreen ? desktopBackend().virtualScreen() : Rect{0, 0, 1920, 1080};
+}
+
+bool onAnyMonitor(Rect place) {
+  if (desktopBackend().onAnyMonitor) return desktopBackend().onAnyMonitor(place);
+  return !isEmpty(intersect(place, virtualScreen()));
+}
 
 }  // namespace platform

@@ -9,6 +9,7 @@
 #include "cinora/failure.h"
 #include "cinora/frame_renderer.h"
 #include "cinora/project.h"
+#include "platform/paths.h"
 #include "tests/support/scratch_folder.h"
 
 namespace cinora {
@@ -132,6 +133,15 @@ TEST_F(HostTest, SettingsBelongToTheirFilter) {
   EXPECT_EQ(std::string(text), std::string(255, 'x'));
 }
 
+TEST_F(HostTest, OtherFramesHaveTheBackgroundOfTheFrameBeingMade) {
+  ::test::ScratchFolder folder;
+  folder.write("a.zlo", "64 48 25 1 17");
+  Host& host = start({});
+  openProject(host, readFilmFile(folder / "a.zlo"));
+  for (Background background : {blackBackground, whiteBackground, blackBackground})
+    EXPECT_EQ(renderFrame(host, 4, background).rows[0].y, background);
+}
+
 // The editor makes half of (256 frame + what is below); Lift adds its track to the luma.
 TEST_F(HostTest, FiltersProcessInOrderWhenTheyAreOn) {
   ::test::ScratchFolder folder;
@@ -139,7 +149,7 @@ TEST_F(HostTest, FiltersProcessInOrderWhenTheyAreOn) {
   folder.write("a.zlo", "64 48 25 1 9");
   for (bool lifted : {false, true}) {
     Host& host = start({.settingsFile = lifted ? folder / "a.ini" : ""});
-    openProject(host, folder / "a.zlo");
+    openProject(host, readFilmFile(folder / "a.zlo"));
     RenderedFrame frame = renderFrame(host, 4, whiteBackground);
     EXPECT_EQ(frame.width, 64);
     EXPECT_EQ(frame.rows[0].y, (1024 + 4096) / 2 + (lifted ? 300 : 0));
@@ -214,7 +224,7 @@ TEST_F(HostTest, TheSelectionIsExported) {
   folder.write("a.zlo", "16 16 25 1 9");
   Host& host = start();
   EXPECT_EQ(f->exportEdit(host.editHandle(), (out / "a.raw").c_str(), 0, ""), 0);
-  openProject(host, folder / "a.zlo");
+  openProject(host, readFilmFile(folder / "a.zlo"));
   f->setSelection(host.editHandle(), 2, 3);
   EXPECT_EQ(f->exportEdit(host.editHandle(), (out / "a.raw").c_str(), 0, "any"), 1);
   EXPECT_EQ(std::filesystem::file_size(out / "a.raw"), 2u * 16 * 16 * 6);
@@ -225,17 +235,40 @@ TEST_F(HostTest, TheSelectionIsExported) {
   EXPECT_EQ(host.takeMessages().size(), 1u);
 }
 
+TEST_F(HostTest, DataOfAbsentFiltersStaysInTheProject) {
+  ::test::ScratchFolder folder;
+  folder.write("a.zlo", "16 16 25 1 4");
+  Host& host = start();
+  openProject(host, readFilmFile(folder / "a.zlo"));
+  saveProject(host, folder / "a.cnp");
+  ProjectFile project;
+  ASSERT_EQ(readProject(folder / "a.cnp", &project), "");
+  project.filters.push_back({"Gone", std::string("kept\0as it is", 13)});
+  ASSERT_EQ(writeProject(folder / "a.cnp", project), "");
+  openProject(host, readFilmFile(folder / "a.cnp"));
+  EXPECT_EQ(host.takeMessages().size(), 1u);
+  saveProject(host, folder / "b.cnp");
+  std::string before, after;
+  EXPECT_TRUE(platform::readFile(folder / "a.cnp", before) && platform::readFile(folder / "b.cnp", after));
+  EXPECT_TRUE(before == after);
+  openProject(host, readFilmFile(folder / "a.zlo"));
+  saveProject(host, folder / "c.cnp");  // another film's
+  ASSERT_EQ(readProject(folder / "c.cnp", &project), "");
+  EXPECT_EQ(project.filters.size(), 1u);
+}
+
 TEST_F(HostTest, ProjectsSayWhatIsWrongWithThem) {
   ::test::ScratchFolder folder;
   Host& host = start();
   auto complaint = [&](const std::string& name) -> std::string {
     try {
-      openProject(host, folder / name);
+      openProject(host, readFilmFile(folder / name));
     } catch (const Failure& failure) {
       return failure.what();
     }
     return "";
   };
+  folder.write((std::string(250, 'n') + ".zlo").c_str(), "16 16 25 1 4");
   EXPECT_NE(complaint(std::string(250, 'n') + ".zlo").find("longer than 259"), std::string::npos);
   folder.write("bad.zlo", "16 16 25 1 bad");
   EXPECT_NE(complaint("bad.zlo").find("Not a film"), std::string::npos);

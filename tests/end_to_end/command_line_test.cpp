@@ -2,9 +2,11 @@
 // HEIGHT RATE SCALE FRAMES"; on the left half frame f has half luma 256 f, Cb 512, Cr -512 over the background.
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 
 #include <cstring>
 
+#include "platform/paths.h"
 #include "tests/end_to_end/run_program.h"
 
 namespace cinora::test {
@@ -156,7 +158,17 @@ TEST_F(CommandLine, WrongUseIsTwoAndFailureOneWithOneLine) {
   } rows[] = {
       {{}, 2, "editor"},
       {{"a.zlo"}, 2, "cinora render a.zlo"},
+      {{"nonsense"}, 2, "\"nonsense\" is neither a command nor a file"},
       {{"render"}, 2, "INPUT"},
+      {{"render", "", "-o", "a.mp4"}, 2, "INPUT: must not be empty"},
+      {{"render", "a.zlo", "-o", ""}, 2, "--output: must not be empty"},
+      {{"render", "a.zlo", "-o", "a.mp4", "--codec", ""}, 2, "--codec: must not be empty"},
+      {{"render", "a.zlo", "-o", "a.mp4", "--frames", ""}, 2, "--frames: must not be empty"},
+      {{"convert", "a.zlo"}, 2, "OUTPUT"},
+      {{"convert", "a.zlo", ""}, 2, "OUTPUT: must not be empty"},
+      {{"convert", "a.zlo", "../" + std::string(platform::fileName(folder.path())) + "/a.zlo"}, 2, "to be converted"},
+      {{"info", "line\nbreak.zlo"}, 1, "line?break.zlo"},
+      {{"effects", ""}, 2, "NAME: must not be empty"},
       {{"render", "a.zlo"}, 2, "--output"},
       {{"render", "a.zlo", "-o", "a.mp4", "--nonsense"}, 2, "--nonsense"},
       {{"render", "a.zlo", "-o", "a.xyz"}, 2, "a.xyz"},
@@ -223,6 +235,20 @@ TEST_F(CommandLine, FullDisksLeaveNothingUnderTheFinalName) {
   EXPECT_NE(complaint(outcome).find("No space left"), std::string::npos) << outcome.errors;
 }
 
+TEST_F(CommandLine, ClosedOrFullStandardStreamsHarmNothing) {
+  film("a.zlo", "16 16 25 1 13");  // warns
+  auto shell = [&](const std::string& line) {
+    return runProgram({"sh", "-c", BINARY_DIR "/bin/cinora " + line}, {.folder = folder.path()}).status;
+  };
+  std::string modules = " --plugins " BINARY_DIR "/test_modules ";
+  EXPECT_EQ(shell("render a.zlo -o a.raw" + modules), 0);
+  EXPECT_EQ(shell("render a.zlo -o b.raw" + modules + "0<&- 1>&- 2>&-"), 0);
+  EXPECT_TRUE(contentsOf(folder / "a.raw") == contentsOf(folder / "b.raw"));
+  for (const char* stream : {">&-", ">/dev/full"})
+    for (const std::string& command : {"info a.zlo" + modules, "effects" + modules, std::string("--help ")})
+      EXPECT_EQ(shell(command + stream), 1) << command << stream;
+}
+
 TEST_F(CommandLine, InterruptedItCleansUp) {
   film("a.zlo", "1280 720 25 1 100000");
   ::test::ScratchFolder out;
@@ -236,6 +262,46 @@ TEST_F(CommandLine, InterruptedItCleansUp) {
       EXPECT_EQ(namesIn(out.path()), std::vector<std::string>{});
     }
   }
+}
+
+TEST_F(CommandLine, InterruptedInAFrameThatNeverEndsItEndsAllTheSame) {
+  film("a.zlo", "64 48 25 1 15");
+  ::test::ScratchFolder out;
+  Outcome outcome = run({"render", "a.zlo", "-o", out / "a.mp4"}, {.signal = SIGINT, .until = out.path()});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(complaint(outcome), "cinora: interrupted\n");
+  EXPECT_EQ(namesIn(out.path()), std::vector<std::string>{});
+}
+
+TEST_F(CommandLine, BeforeThereIsAnythingToCleanUpSignalsEndIt) {
+  film("a.zlo", "64 48 25 1 16");
+  const std::vector<std::string> commands[] = {
+      {"info", "a.zlo"}, {"convert", "a.zlo", "b.zlo"}, {"render", "a.zlo", "-o", "a.mp4"}};
+  for (int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const auto& command : commands) {
+      Outcome outcome = run(command, {.signal = signal, .until = folder / "opening"});
+      EXPECT_EQ(outcome.status, 128 + signal) << command[0];
+      EXPECT_EQ(complaint(outcome), "");
+      std::filesystem::remove(folder / "opening");
+    }
+  }
+  EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>{"a.zlo"});
+}
+
+TEST_F(CommandLine, OnlyRegularFilesAreRead) {
+  ASSERT_EQ(mkfifo((folder / "pipe.zlo").c_str(), 0600), 0);
+  std::filesystem::create_directory(folder / "folder.cnp");
+  std::filesystem::create_symlink("/dev/zero", folder / "device.zenlay_backup");
+  for (const char* name : {"pipe.zlo", "folder.cnp", "device.zenlay_backup"}) {
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"info", name}, {"convert", name, "out.zlo"}, {"render", name, "-o", "out.raw"}}) {
+      Outcome outcome = run(command);
+      EXPECT_EQ(outcome.status, 1) << name;
+      std::string what = name[0] == 'f' ? " is a folder\n" : " is no regular file\n";
+      EXPECT_EQ(complaint(outcome), std::string("cinora: ") + name + what);
+    }
+  }
+  EXPECT_EQ(namesIn(folder.path()), (std::vector<std::string>{"device.zenlay_backup", "folder.cnp", "pipe.zlo"}));
 }
 
 TEST_F(CommandLine, ProjectsKeepClipAndData) {

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/end_to_end/run_program.h"
+#include "zenlay/model/records.h"
 
 namespace cinora::test {
 namespace {
@@ -190,6 +191,61 @@ TEST_F(Film, EveryKindOfProjectRendersTheSame) {
   EXPECT_TRUE(contentsOf(folder / "again.zlo") == contentsOf(folder / "twice.zlo"));
 }
 
+/// Puts the first object of a backup into scene 1: behind the backup's 36 bytes and the block's header of 256 come 76
+/// bytes a layer, 220 a scene, 128 a movement script and 112 an effect.
+void moveFirstObjectToSceneOne(std::string& backup) {
+  auto word = [&](size_t at) {
+    int32_t value;
+    memcpy(&value, &backup[36 + at], 4);
+    return value;
+  };
+  size_t object = 36 + 256 + 76 * word(0x6C) + 220 * word(0x68) + 128 * word(0x7C) + 112 * word(0x04);
+  int32_t scene = 1;
+  memcpy(&backup[object + offsetof(zenlay::ObjectRecord, scene)], &scene, 4);
+}
+
+TEST_F(Film, AnObjectFileHoldsTheCurrentSceneAndConvertSaysSo) {
+  folder.write("film.zlo", header() + object(0, redSquare) + object(1, redSquare) + object(2, redSquare));
+  ASSERT_EQ(run({"convert", "film.zlo", "film.zenlay_backup"}).status, 0);
+  std::string backup = contentsOf(folder / "film.zenlay_backup");
+  moveFirstObjectToSceneOne(backup);
+  folder.write("scenes.zenlay_backup", backup);
+  Outcome outcome = run({"convert", "scenes.zenlay_backup", "root.zlo"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.errors,
+            "cinora: warning: root.zlo: holds scene 0 \"Root\" alone; 1 scene left out: 1 \"Scene 1\" (1 object)\n");
+  EXPECT_EQ(Json::parse(run({"info", "root.zlo", "--json"}).output)["objects"].size(), 2u);
+  EXPECT_EQ(run({"convert", "scenes.zenlay_backup", "all.cnp"}).errors, "");
+  EXPECT_EQ(Json::parse(run({"info", "all.cnp", "--json"}).output)["objects"].size(), 3u);
+}
+
+TEST_F(Film, WhatAnObjectFileHoldsInVainIsToldInOneLine) {
+  folder.write("film.zlo", header() + object(0, redSquare) + object(1, "Sparkle") + object(3, redSquare));
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"render", "film.zlo", "-o", "film.raw"},
+                                                    {"info", "film.zlo"},
+                                                    {"convert", "film.zlo", "film.cnp"}}) {
+    Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors,
+              "cinora: warning: film.zlo: 2 objects left out: [1] is of an unknown effect \"Sparkle\", [3] is out of "
+              "order\n");
+  }
+}
+
+TEST_F(Film, InfoShowsWhatTheEditorShows) {
+  folder.write("film.zlo", header() + object(0, redSquare, "X=-10.0,8.5,1\r\nZoom%=50.25\r\nClearness=-0.5"));
+  std::string text = run({"info", "film.zlo"}).output;
+  EXPECT_NE(text.find("            Size=16, rAspect=0.0, Line width=4000, type=2, color=ff0000\n"), text.npos) << text;
+  EXPECT_NE(text.find("            X=-10.0..8.5, Y=0.0, Z=0.0, Zoom%=50.25, Clearness=-0.5, Rotation=0.00, blend=0\n"),
+            text.npos)
+      << text;
+  folder.write("video.zlo", header() + object(0, "Video file\r\nLoop playback=1\r\nfile=a b.avi"));
+  text = run({"info", "video.zlo"}).output;
+  EXPECT_NE(text.find("vPlay=100.0, Loop playback=1, Import alpha channel=0, file=a b.avi\n"), text.npos) << text;
+  Json track = Json::parse(run({"info", "film.zlo", "--json"}).output)["objects"][0]["slots"][1]["tracks"][3];
+  EXPECT_EQ(track["start"], 5025);
+}
+
 TEST_F(Film, LookingChangesNothing) {
   std::string text =
       header() + object(0, "Video file\r\nfile=C:\\clips\\gone.avi") + object(1, "Image file\r\nfile=gone.png");
@@ -207,6 +263,18 @@ TEST_F(Film, LookingChangesNothing) {
   ASSERT_EQ(run({"convert", "a.cnp", "b.zlo"}).status, 0);
   EXPECT_NE(contentsOf(folder / "b.zlo").find("file=C:\\clips\\gone.avi\r\n"), std::string::npos);
   EXPECT_EQ(contentsOf(folder / "film.zlo"), text);
+}
+
+TEST_F(Film, FootageIsNotOverwritten) {
+  folder.write("clip.mp4", "footage");
+  std::filesystem::create_symlink("clip.mp4", folder / "link.mp4");
+  folder.write("film.zlo", header() + object(0, "Video file\r\nfile=clip.mp4"));
+  for (const char* name : {"clip.mp4", "link.mp4"}) {
+    Outcome outcome = runCinora({"render", folder / "film.zlo", "-o", folder / name}, {.folder = "/"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_NE(outcome.errors.find("is a file the film is made of"), std::string::npos) << outcome.errors;
+  }
+  EXPECT_EQ(contentsOf(folder / "clip.mp4"), "footage");
 }
 
 TEST_F(Film, MissingMediaIsSaidOnceAndTheRestIsDrawn) {
@@ -279,7 +347,14 @@ TEST_F(Film, SettingsBeyondReasonAreRefused) {
   Outcome outcome =
       run({"render", "good.zlo", "-o", "film.raw", "--set", "max_w=2000000000", "--set", "max_h=2000000000"});
   EXPECT_EQ(outcome.status, 1);
-  EXPECT_NE(outcome.errors.find("Unable to reserve memory"), std::string::npos) << outcome.errors;
+  EXPECT_EQ(outcome.errors, "cinora: Unable to reserve memory\n");
+}
+
+TEST_F(Film, WithoutAnEditorItSaysWhereOneWasLookedFor) {
+  folder.write("good.zlo", header() + object(0, redSquare));
+  Outcome outcome = run({"info", "good.zlo", "--plugins", "nowhere"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "cinora: no editing plug-in was found in nowhere\n");
 }
 
 TEST_F(Film, DeepFoldersDoNotLengthenTheNameOfAFile) {

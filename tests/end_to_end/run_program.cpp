@@ -42,8 +42,9 @@ constexpr int timeLimit = 120;  // seconds
   _exit(127);
 }
 
-bool holdsHiddenFile(const std::string& folder) {
-  std::vector<std::string> names = namesIn(folder);
+bool isThere(const std::string& place) {
+  if (fs::is_regular_file(place)) return true;
+  std::vector<std::string> names = namesIn(place);
   return !names.empty() && names.front().front() == '.';
 }
 
@@ -54,7 +55,7 @@ Outcome runProgram(const std::vector<std::string>& words, const RunOptions& opti
   pid_t child = fork();
   if (child == 0) becomeProgram(words, options, outputs.path());
   if (options.signal) {
-    for (int i = 0; i < timeLimit * 100 && !holdsHiddenFile(options.until); i++)
+    for (int i = 0; i < timeLimit * 100 && !isThere(options.until); i++)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     std::this_thread::sleep_for(std::chrono::milliseconds(options.signalAfter));
     kill(child, options.signal);

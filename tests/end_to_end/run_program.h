@@ -17,7 +17,7 @@ struct RunOptions {
   std::string folder;               // to run in
   long fileSizeLimit = -1;          // bytes; -1: none
   int signal = 0, signalAfter = 0;  // sent once, so many milliseconds after `until` holds
-  std::string until;                // a folder with a hidden file, a film being written
+  std::string until;                // a file, or a folder with a hidden file: a film being written
 };
 
 /// `cinora` with the arguments, at home in a folder without settings.

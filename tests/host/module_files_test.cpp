@@ -27,6 +27,8 @@ std::string table() {
 TEST(ModuleFiles, ExtensionsReplaceTheDefaults) {
   readFrom("[extension]\na=b\n", "");
   EXPECT_EQ(table(), std::string("a\0b\0", 4));
+  readFrom("[extension]\na=b=c\nd=e\n", "");  // every = ends a string
+  EXPECT_EQ(table(), std::string("a\0b\0c\0d\0e\0", 10));
   readFrom("[extension]\n", "");
   EXPECT_EQ(table(), std::string(".bmp\0Image file\0.avi\0Video file\0.wav\0Audio file\0", 48));
 }

@@ -219,6 +219,21 @@ TEST_F(AudioFile, TimeControlsChangeTheRate) {
   EXPECT_EQ(stage.own, Samples(4)) << "time stands";
 }
 
+TEST_F(AudioFile, DividedObjectsGoOnWhereTheyWere) {
+  setTracks(50, 2000);
+  stage.effect.frame_begin = 20;
+  auto divide = [&] {
+    return stage.effect.window_proc(nullptr, messageEffectCommand, commandObjectEvent, objectDivided, nullptr,
+                                    &stage.effect);
+  };
+  EXPECT_EQ(divide(), 1);
+  EXPECT_EQ(stage.beginValues[0], 183) << "half a second and 20 frames at twice the speed, 1.8333 s";
+  EXPECT_EQ(stage.endValues[0], 183);
+  move(100, 430);
+  EXPECT_EQ(divide(), 1);
+  EXPECT_EQ(stage.beginValues[0], 100) << "a moving position was divided already";
+}
+
 /// Scenes whose sample n is n; frames of 3 and 4 samples (10 a second at 35).
 class SceneAudio : public ::testing::Test {
  protected:

@@ -1,14 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <random>
 
-#include "tests/support/fake_host.h"
-#include "tests/support/test_effects.h"
-#include "zenlay/model/checker.h"
-#include "zenlay/model/extra_data.h"
+#include "tests/model/fixture.h"
 #include "zenlay/model/groups.h"
-#include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/sections.h"
@@ -18,27 +13,6 @@
 
 namespace zenlay::test {
 namespace {
-
-class Model : public testing::Test {
- protected:
-  void SetUp() override {
-    resetFakeHost();
-    useTestEffects();
-    refuseGrowth = false;
-    modelHooks = {};
-  }
-  void TearDown() override {
-    EXPECT_EQ(modelFault(), "");
-    refuseGrowth = false;
-    modelHooks = {};
-    freeObjects();
-  }
-  int create(int frame, int layer, int effect = testFilterObject, int from = -1) {
-    int object = createObject(frame, layer, effect, from);
-    EXPECT_EQ(modelFault(), "");
-    return object;
-  }
-};
 
 TEST_F(Model, NewObjectsSpanFiftyPixelsAndFitTheLayer) {
   setZoomLevel(19);  // 1 pixel a frame
@@ -217,9 +191,10 @@ TEST_F(Model, SectionsShareTheHead) {
   EXPECT_EQ(objects[third].startValues[2], 55);
   EXPECT_EQ(objects[third].modes[2], 1);
   EXPECT_EQ(extraDataOf(third, 0), extraDataOf(head, 0));
-  objects[head].slotFlags[0] = 0;
-  EXPECT_EQ(slotFlagsOf(third, 0), 0);
+  setSlotFlags(third, 0, 0);
+  EXPECT_EQ(slotFlagsOf(head, 0), 0);
   EXPECT_EQ(addEffect(third, testFilter), 1);
+  setChainSlotDefaults(third, 1);
   for (int section : {head, second, third}) EXPECT_EQ(objects[section].slots[1].effect, testFilter);
   EXPECT_EQ(objects[second].startValues[trackOf(objects[second], 2, 0)], 55);
   EXPECT_EQ(chainRange(second).last, 140);
@@ -422,44 +397,6 @@ TEST_F(Model, EffectsHearOfDeletion) {
   deleteObject(o);
   const std::vector<std::array<intptr_t, 3>> expected = {{o, 1, objectSlotRemoved}, {o, 0, objectDeleted}};
   EXPECT_EQ(commands, expected);
-}
-
-TEST_F(Model, RandomEditingKeepsTheModelSound) {
-  std::mt19937 random(7);
-  auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-  for (int step = 0; step < 4000; step++) {
-    int o = objectCapacity ? pick(std::min(objectCapacity, 60)) : -1;
-    bool used = o >= 0 && objects[o].flags;
-    if (step % 3 == 0) beginUndoStep();
-    switch (pick(8)) {
-      case 0:
-      case 1:
-        createObject(pick(250), pick(12), pick(effectCount), -1);
-        break;
-      case 2:
-        if (used && objects[o].chainHead < 0) deleteObject(o);
-        break;
-      case 3:
-        if (used) recordUndo(o, undoChain), addEffect(o, pick(effectCount));
-        break;
-      case 4:
-        if (used && usedSlots(o) > 1) recordUndo(o, undoChain), removeEffect(o, pick(usedSlots(o)));
-        break;
-      case 5:
-        if (used && objects[o].layer >= 0) {
-          recordUndo(o, undoChain);
-          int end = chainRange(o).last;
-          appendSection(o, end + 1, end + 1 + pick(5));
-        }
-        break;
-      case 6:
-        undo();
-        break;
-      default:
-        if (pick(20) == 0) switchScene(pick(3), nullptr, nullptr), timelineView.sceneLength = 300;
-    }
-    ASSERT_EQ(modelFault(), "") << "step " << step;
-  }
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <thread>
 
-#include "platform/window.h"
+#include "platform/backend.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"

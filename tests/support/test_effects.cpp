@@ -37,6 +37,7 @@ constexpr TrackColumns drawingTracks({{"X", 0, -999999, 999999, 10, -20000, 2000
                                       {"Z", 0, -999999, 999999, 10, -20000, 20000, -2},
                                       {"Zoom%", 10000, 0, 500000, 100, 0, 80000}});
 constexpr CheckColumns drawingChecks({{"Normal", checkDropDown}});
+constexpr int32_t drawingMap[coordinateSlots] = {0, 1, 2, -1, -1, -1, -1, -1, -1, 3, -1, -1};
 constexpr ExdataField blendField[] = {{exdataInteger, 4, "blend"}};
 
 constexpr TrackColumns playbackTracks({{"Volume", 1000, 0, 5000, 10, 0, 5000}});
@@ -79,13 +80,15 @@ constexpr EffectDefinition templates[testEffectCount] = {
                   .tracks = drawingTracks,
                   .checks = drawingChecks,
                   .exdata_size = 4,
-                  .exdata_fields = blendField}),
+                  .exdata_fields = blendField,
+                  .coordinate_map = drawingMap}),
     defineEffect({.flag = effectDrawing,
                   .name = "Advanced drawing",
                   .tracks = drawingTracks,
                   .checks = drawingChecks,
                   .exdata_size = 4,
                   .exdata_fields = blendField,
+                  .coordinate_map = drawingMap,
                   .cameraTarget = true}),
     defineEffect({.flag = effectDrawing | effectAudio, .name = "Standard playback", .tracks = playbackTracks}),
 };

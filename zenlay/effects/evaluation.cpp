@@ -399,6 +399,12 @@ void evaluateTracks(int32_t* out, int frame, int32_t subFrame, int object, int i
   }
 }
 
+void evaluateSlot(int32_t* out, int object, int slot, int frame) {
+  const EffectSlot& s = objects[object].slots[slot];
+  const EffectDefinition* d = effectList[s.effect];
+  evaluateTracks(out, frame, 0, object, 0, s.firstTrack, d->track_count, d);
+}
+
 int32_t bezierValue(int32_t p0, int32_t p1, int32_t p2, int32_t p3, int64_t n, int64_t d) {
   double u = static_cast<double>(n) / static_cast<double>(d), v = 1.0 - u;
   double b = u * u * u * p3 + 3.0 * v * v * u * p1 + 3.0 * u * u * v * p2 + v * v * v * p0;

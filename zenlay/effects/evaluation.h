@@ -4,25 +4,9 @@
 #include <cstdint>
 
 #include "zenlay/effects/effect_definition.h"
+#include "zenlay/model/records.h"
 
 namespace zenlay {
-
-/// TrackMode word: mode number in bits 0..3, options above.
-enum TrackMode : int32_t {
-  modeNone,
-  modeRectilinear,
-  modeCurve,
-  modeTeleport,
-  modeIgnoreMidpoints,
-  modeAmount,
-  modeRandom,
-  modeAccelerate,
-  modeRepeat,
-  modeScript = 15,
-  modeNumber = 0xF,
-  modeDecelerationBit = 0x20,
-  modeAccelerationBit = 0x40,
-};
 
 /// Flags in the sub-frame argument.
 enum EvaluationFlag : int32_t { evaluateExactEnds = 0x40000000, evaluateForScript = 0x20000000 };
@@ -33,6 +17,9 @@ inline constexpr int32_t evaluateSingle = 0x40000000;
 /// `individual` the index of the individual object (0 normally). Tracks in modes 9..14 keep what `out` holds.
 void evaluateTracks(int32_t* out, int frame, int32_t subFrame, int object, int individual, int firstTrack,
                     int32_t trackCount, const EffectDefinition*);
+
+/// The tracks of one slot at a frame, in the first place. For ModelHooks::trackValues.
+void evaluateSlot(int32_t* out, int object, int slot, int frame);
 
 /// What a movement script (mode 15) is asked. The result is truncated and clamped to the track's limits.
 struct ScriptTrack {

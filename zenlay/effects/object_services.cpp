@@ -41,11 +41,6 @@ bool matches(const ObjectRecord* object, const EffectDefinition* d, const char* 
   return true;
 }
 
-bool isConstant(int32_t mode) {
-  int number = mode & modeNumber;
-  return number == modeNone || number == modeTeleport;
-}
-
 }  // namespace
 
 ObjectRecord* objectOf(ObjectRef ref) {
@@ -199,35 +194,6 @@ ObjectRef companionRef(ObjectRef ref, const char* name) {
       found = makeObjectRef(indexOf(&other), 0);
   }
   return found;
-}
-
-int64_t trackIntegral(EffectDefinition* effect, EffectProcessInfo* info, int track) {
-  return effect->bound_object ? trackIntegralOf(effect->object_ref, info, track) : 0;
-}
-
-int64_t trackIntegralOf(ObjectRef ref, EffectProcessInfo* info, int track) {
-  const ObjectRecord* object = objectOf(ref);
-  int slot = slotOfRef(ref);
-  const EffectDefinition* effect = object && validSlot(ref) ? slotEffect(object, slot) : nullptr;
-  if (!effect || track < 0 || track >= effect->track_count) return 0;
-  int64_t sum = 0;
-  for (int section = headOf(indexOf(object)); section >= 0; section = nextSection(section)) {
-    const ObjectRecord& o = objects[section];
-    if (o.start > info->absoluteFrame) break;
-    int index = o.slots[slot].firstTrack + track;
-    int last = std::min(o.end, info->absoluteFrame);                // of the section's frames so far
-    int part = last == info->absoluteFrame ? info->subFrame : 100;  // hundredths of it that have passed
-    if (isConstant(o.modes[index])) {
-      sum += o.startValues[index] * (int64_t{last - o.start} * 100 + part);
-      continue;
-    }
-    for (int frame = o.start; frame <= last; frame++) {
-      int32_t value = o.startValues[index];
-      evaluateTracks(&value, frame, 0, section, info->index, o.slots[slot].firstTrack, evaluateSingle ^ track, effect);
-      sum += int64_t{value} * (frame == last ? part : 100);
-    }
-  }
-  return sum;
 }
 
 }  // namespace zenlay

@@ -25,7 +25,5 @@ int changeObjectLength(ObjectRef, int length, uint32_t flags);
 void recordUndoService(ObjectRef);
 int isSelectedRef(ObjectRef);
 ObjectRef companionRef(ObjectRef, const char* name);
-int64_t trackIntegral(EffectDefinition*, EffectProcessInfo*, int track);
-int64_t trackIntegralOf(ObjectRef, EffectProcessInfo*, int track);
 
 }  // namespace zenlay

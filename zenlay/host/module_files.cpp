@@ -1,5 +1,6 @@
 #include "zenlay/host/module_files.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -51,11 +52,11 @@ void readExtensions(const platform::IniFile& ini) {
   size_t used = 0;
   if (const auto* rows = ini.section("extension")) {
     for (const auto& [extension, object] : *rows) {
-      size_t need = extension.size() + object.size() + 2;
-      if (used + need + 1 > sizeof extensionTable) break;
-      memcpy(extensionTable + used, extension.c_str(), extension.size() + 1);
-      memcpy(extensionTable + used + extension.size() + 1, object.c_str(), object.size() + 1);
-      used += need;
+      std::string line = extension + "=" + object;
+      if (used + line.size() + 2 > sizeof extensionTable) break;
+      std::replace(line.begin(), line.end(), '=', '\0');
+      memcpy(extensionTable + used, line.c_str(), line.size() + 1);
+      used += line.size() + 1;
     }
   }
   if (used == 0) memcpy(extensionTable, defaultExtensions, sizeof defaultExtensions);

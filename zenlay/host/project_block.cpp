@@ -15,6 +15,7 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
+#include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
@@ -247,6 +248,7 @@ int placeObject(Load& l, const StoredObject& s, int chainFrom) {
   o.chainHead = -1;
   o.extraDataSize = 0;
   o.layer = -1;
+  o.group = std::max(o.group, 0);
   for (int k = 0; k < maxSlots; k++) {
     if (k < s.used)
       o.slots[k] = {l.mapped[s.record.slots[k].effect], 0, 0, 0};
@@ -357,6 +359,7 @@ int loadProject(HostFilterRecord*, EditHandle, const void* data, int32_t size) {
   readObjects(l);
   for (SceneRecord& scene : scenes) scene.currentObject = objectAtPosition(l, scene.currentObject);
   selectScene(l.header.currentScene);
+  settleChains();
   if (scenes[currentScene].length > 0) timelineView.sceneLength = scenes[currentScene].length;
   environment.missingFiles = 0;
   for (int i = 0; i < objectCapacity; i++)

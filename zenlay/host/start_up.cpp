@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/canvas.h"
 #include "platform/paths.h"
 #include "platform/system.h"
 #include "platform/window.h"
 #include "zenlay/effects/effect_services.h"
+#include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
+#include "zenlay/files/alias_list.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/host/module_files.h"
 #include "zenlay/host/plugin.h"
@@ -17,6 +20,7 @@
 #include "zenlay/media/image_loading.h"
 #include "zenlay/media/media_handles.h"
 #include "zenlay/media/media_services.h"
+#include "zenlay/model/clipboard.h"
 #include "zenlay/model/extra_data.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
@@ -145,10 +149,14 @@ int startUp(HostFilterRecord* filter) {
   readModuleFiles(environment.modulePath);
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
-  modelHooks = {.objectDeleted = freeWorkMemoryOf, .sendCommand = sendEffectCommand};
+  modelHooks = {.objectDeleted = freeWorkMemoryOf,
+                .sendCommand = sendEffectCommand,
+                .hideControls = hideEffectControls,
+                .trackValues = evaluateSlot};
   installMediaServices();
   registerBuiltIns(filter->functions, &effectServices, filter);
   linkHostFilters(system.filterCount);
+  scanAliases();
   publishRenderService();
   keyboardHook = platform::installKeyHook(onKey);
   return 1;
@@ -174,6 +182,7 @@ int shutDown(HostFilterRecord*) {
   if (memoryCanvas) platform::releaseCanvas(memoryCanvas);
   memoryCanvas = nullptr;
   freeObjects();
+  freeClipboard();
   return 1;
 }
 

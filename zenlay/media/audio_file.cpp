@@ -22,8 +22,6 @@ struct AudioFileData {
 };
 static_assert(sizeof(AudioFileData) == 280);
 
-constexpr PositionUnit hundredths = {0, 1, 100};
-
 struct AudioFileState {
   BlockSequence sequence;
   int64_t next;  // sample behind the last block, at `rate`
@@ -148,7 +146,7 @@ int processAudioFile(EffectDefinition* effect, EffectProcessInfo* info) {
       effect->check[checkSynchronize] ? services->companion(effect->object_ref, videoFileMedia.name) : ObjectRef{0};
   ObjectData data{};
   if (!followed || !services->getObjectData(followed, &data) || !data.extraData) {
-    Source own{nullptr, {}, hundredths, 0};
+    Source own{nullptr, {}, hundredthsOfASecond, 0};
     own.handle = services->openMedia(&extraData<AudioFileData>(effect).media, openAudio, &own.info);
     return own.handle ? play(effect, info, state, own, effect->object_ref, follows) : 0;
   }
@@ -164,7 +162,12 @@ int processAudioFile(EffectDefinition* effect, EffectProcessInfo* info) {
   return play(effect, info, state, source, followed, follows);
 }
 
-int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
+int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle edit,
+                  EffectDefinition* effect) {
+  if (isObjectEvent(message, wparam, lparam, objectDivided)) {
+    continueSound(effect, edit, false);
+    return 1;
+  }
   if (!asksForFileCheck(message, wparam, lparam)) return 0;
   constexpr uint32_t flags = uint32_t{openAudio} | mediaQuiet | mediaExistence;
   return effect->services->openMedia(&extraData<AudioFileData>(effect).media, flags, nullptr) != nullptr;

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/effect_messages.h"
 #include "zenlay/media/sound_time.h"
 
 namespace zenlay {
@@ -150,8 +151,13 @@ int processSceneAudio(EffectDefinition* effect, EffectProcessInfo* info) {
   auto* memory = static_cast<uint8_t*>(services->workMemory(effect->object_ref, size * nestings, &created));
   if (!memory) return 0;
   auto* window = reinterpret_cast<SceneWindow*>(memory + size * (info->depth % nestings));
-  SceneReader reader{effect, info,     window, reinterpret_cast<int16_t*>(window + 1),
-                     scene,  channels, frameSample(info, services->sceneLength(scene))};
+  SceneReader reader{effect,
+                     info,
+                     window,
+                     reinterpret_cast<int16_t*>(window + 1),
+                     scene,
+                     channels,
+                     frameSample(info, services->sceneLength(scene))};
 
   PlaceRange range{0, reader.length * stepOne, time.loop};
   if (time.ranged) {
@@ -168,6 +174,13 @@ int processSceneAudio(EffectDefinition* effect, EffectProcessInfo* info) {
     window->channels = channels;
   }
   window->next = readScene(reader, window->next, time.speed, range);
+  return 1;
+}
+
+int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle edit,
+                  EffectDefinition* effect) {
+  if (!isObjectEvent(message, wparam, lparam, objectDivided)) return 0;
+  continueSound(effect, edit, true);
   return 1;
 }
 
@@ -193,6 +206,7 @@ constinit EffectDefinition sceneAudioMedia = defineEffect({
     .tracks = tracks,
     .checks = checks,
     .proc = processSceneAudio,
+    .window_proc = handleMessage,
     .exdata_size = sizeof(SceneAudioData),
     .exdata_default = &defaults,
     .exdata_fields = fields,

@@ -73,6 +73,25 @@ int64_t positionSample(int32_t value, const PositionUnit& unit, int64_t rate) {
   return limited((__int128{value} - unit.origin) * unit.part * rate / unit.whole);
 }
 
+void continueSound(EffectDefinition* effect, EditHandle edit, bool framesOfFilm) {
+  HostFileInfo clip{};
+  bool moving = effect->track_modes[playPosition] & movementMode;
+  if (moving || !effect->host_functions->getFileInfo(edit, &clip) || clip.rate <= 0 || clip.scale <= 0) return;
+  EffectProcessInfo info{};
+  AudioBlock block{};
+  block.speed = normalTimeSpeed;
+  info.audio = &block;
+  info.absoluteFrame = effect->frame_begin;
+  info.rate = clip.rate;
+  info.scale = clip.scale;
+  PositionUnit unit = framesOfFilm ? PositionUnit{1, clip.scale, clip.rate} : hundredthsOfASecond;
+  SoundTime time = soundTimeOf(effect, &info, effect->object_ref, unit);
+  int64_t halves = soundSample(time, &info, unit, 2 * unit.whole) / unit.part;
+  int32_t position = static_cast<int32_t>(unit.origin + (halves + 1) / 2);
+  position = std::clamp(position, effect->track_min[playPosition], effect->track_max[playPosition]);
+  effect->track_begin_values[playPosition] = effect->track_end_values[playPosition] = position;
+}
+
 int64_t wrapSample(int64_t sample, int64_t first, int64_t last) {
   int64_t length = last - first, rest = (sample - first) % length;
   return first + (rest < 0 ? rest + length : rest);

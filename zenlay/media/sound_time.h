@@ -21,6 +21,7 @@ struct SoundTime {
   int32_t rangeFirst, rangeLast;  // not over the whole source
 };
 
+inline constexpr PositionUnit hundredthsOfASecond = {0, 1, 100};
 inline constexpr int minSoundSpeed = 10000;  // below is silence
 
 /// Of an object with the tracks "Playback position" and "vPlay" and the check "Loop playback" in front: `player`, slot
@@ -30,6 +31,10 @@ SoundTime soundTimeOf(EffectDefinition*, EffectProcessInfo*, ObjectRef player, c
 int64_t soundSample(const SoundTime&, const EffectProcessInfo*, const PositionUnit&, int64_t rate);
 /// trunc(seconds of a position value * rate).
 int64_t positionSample(int32_t value, const PositionUnit&, int64_t rate);
+/// For objectDivided: the still position of the bound section becomes the place that it begins with, so that the new
+/// object goes on where the old one ended. `framesOfFilm`: the position counts frames of the film, not hundredths of a
+/// second.
+void continueSound(EffectDefinition*, EditHandle, bool framesOfFilm);
 /// The place inside first..last - 1 by whole lengths; the range is not empty.
 int64_t wrapSample(int64_t sample, int64_t first, int64_t last);
 

@@ -1,5 +1,6 @@
 #include "zenlay/model/checker.h"
 
+#include <algorithm>
 #include <cstring>
 #include <initializer_list>
 #include <map>
@@ -9,6 +10,7 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
+#include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
 
 namespace zenlay {
@@ -23,6 +25,7 @@ std::string placeFault(int i, const ObjectRecord& o) {
   if (o.start < 0 || o.end < o.start) return fault(i, "frames out of order");
   if (!memchr(o.name, 0, sizeof o.name)) return fault(i, "name without end");
   if (!(o.flags & objectInUse)) return fault(i, "flags without the in-use bit");
+  if (o.group < 0) return fault(i, "group marked for renumbering");
   return "";
 }
 
@@ -87,9 +90,32 @@ std::string chainFault(int i, const ObjectRecord& o) {
   const ObjectRecord& head = objects[o.chainHead];
   if (o.scene != head.scene || o.homeLayer != head.homeLayer) return fault(i, "section on another layer");
   if (o.group != head.group || o.flags != head.flags) return fault(i, "section differs from its head");
-  for (int k = 0; k < maxSlots; k++)
+  for (int k = 0; k < maxSlots; k++) {
     if (o.slots[k].effect != head.slots[k].effect) return fault(i, "section with other effects");
+    if (o.slotFlags[k] != head.slotFlags[k]) return fault(i, "section with other slot flags");
+  }
   if (next >= 0 && objects[next].start != o.end + 1) return fault(i, "gap between sections");
+  if (next < 0 && previous < 0) return fault(i, "chain of one section");
+  return "";
+}
+
+/// What a chain's sections have in common, and where their tracks meet.
+std::string chainValuesFault(int i, const ObjectRecord& o) {
+  if (o.chainHead < 0) return "";
+  const ObjectRecord& head = objects[o.chainHead];
+  if (!std::equal(o.modes, o.modes + o.trackCount, head.modes)) return fault(i, "section with other modes");
+  if (!std::equal(o.params, o.params + o.trackCount, head.params)) return fault(i, "section with other parameters");
+  if (!std::equal(o.checks, o.checks + o.checkCount, head.checks)) return fault(i, "section with other checks");
+  int next = nextSection(i);
+  for (int t = 0; t < o.trackCount; t++) {
+    TrackCourse course = courseOf(o.modes[t]);
+    bool sameStart = o.startValues[t] == head.startValues[t], sameEnd = o.endValues[t] == head.endValues[t];
+    if (course == courseStill && (!sameStart || o.endValues[t] != o.startValues[t]))
+      return fault(i, "still track with several values");
+    if (course == courseWholeChain && (!sameStart || !sameEnd)) return fault(i, "whole-chain track differs");
+    if (course == courseContinuous && next >= 0 && objects[next].startValues[t] != o.endValues[t])
+      return fault(i, "moving track jumps between sections");
+  }
   return "";
 }
 
@@ -134,7 +160,7 @@ std::string modelFault() {
     const ObjectRecord& o = objects[i];
     if (!o.flags) continue;
     inUse++;
-    for (auto check : {placeFault, packingFault, chainFault})
+    for (auto check : {placeFault, packingFault, chainFault, chainValuesFault})
       if (std::string f = check(i, o); !f.empty()) return f;
   }
   for (int s = 0; s < maxScenes; s++) {

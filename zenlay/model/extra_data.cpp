@@ -9,12 +9,21 @@
 namespace zenlay {
 
 bool refuseGrowth;
+int growthToRefuse;
+
+bool mayGrow() {
+  if (growthToRefuse > 0 && --growthToRefuse == 0) refuseGrowth = true;
+  return !refuseGrowth;
+}
 
 namespace {
 
 uint8_t* region;
 uint32_t regionBytes;
-uint32_t firstFree;  // every unit below is allocated, so that a search may start here
+/// By run length in units: no free run of that length begins below, so that a search may start there. Longer runs go by
+/// the last entry.
+constexpr size_t longestRun = (maxExtraData + sizeof(uint32_t) + extraDataUnit - 1) / extraDataUnit;
+constinit uint32_t searchFrom[longestRun + 1]{};
 
 uint32_t lengthAt(uint32_t offset) {
   uint32_t length;
@@ -27,25 +36,19 @@ uint32_t bytesNeeded(uint32_t size) { return (size + extraDataUnit + 3) / extraD
 
 /// First fit: offset of `bytes` consecutive free bytes, or regionBytes.
 uint32_t findRun(uint32_t bytes) {
-  uint32_t run = firstFree;
-  bool sawFree = false;
-  for (uint32_t at = firstFree; at < regionBytes;) {
+  size_t units = bytes / extraDataUnit;
+  uint32_t run = searchFrom[std::min(units, longestRun)];
+  for (uint32_t at = run; at < regionBytes && at - run < bytes;) {
     uint32_t length = lengthAt(at);
-    if (length) {
-      at += length;
-      run = at;
-      if (!sawFree) firstFree = at;
-      continue;
-    }
-    sawFree = true;
-    at += extraDataUnit;
-    if (at - run >= bytes) return run;
+    at += length ? length : extraDataUnit;
+    if (length) run = at;
   }
-  return regionBytes;
+  for (; units <= longestRun; units++) searchFrom[units] = std::max(searchFrom[units], run);
+  return regionBytes - run >= bytes ? run : regionBytes;
 }
 
 bool growRegion() {
-  if (refuseGrowth || regionBytes > UINT32_MAX - extraDataGrowth) return false;
+  if (regionBytes > UINT32_MAX - extraDataGrowth || !mayGrow()) return false;
   void* grown = realloc(region, regionBytes + extraDataGrowth);
   if (!grown) return false;
   region = static_cast<uint8_t*>(grown);
@@ -54,7 +57,17 @@ bool growRegion() {
   return true;
 }
 
+/// Offset of `bytes` free bytes, growing the region; regionBytes when that fails.
+uint32_t findOrGrow(uint32_t bytes) {
+  uint32_t at;
+  while ((at = findRun(bytes)) == regionBytes)
+    if (!growRegion()) break;
+  return at;
+}
+
 }  // namespace
+
+int makeExtraDataRoom(uint32_t size) { return size == 0 || findOrGrow(bytesNeeded(size)) != regionBytes; }
 
 int reserveExtraData(int object, uint32_t size) {
   ObjectRecord& o = objects[object];
@@ -68,9 +81,8 @@ int reserveExtraData(int object, uint32_t size) {
     o.extraDataSize = size;
     return 1;
   }
-  uint32_t at;
-  while ((at = findRun(bytes)) == regionBytes)
-    if (!growRegion()) return 0;
+  uint32_t at = findOrGrow(bytes);
+  if (at == regionBytes) return 0;
   releaseExtraData(object);
   objects[object].extraDataBlock = at;
   objects[object].extraDataSize = size;
@@ -84,7 +96,8 @@ void releaseExtraData(int object) {
   if (o.extraDataSize) {
     uint32_t end = o.extraDataBlock + lengthAt(o.extraDataBlock);
     for (uint32_t at = o.extraDataBlock; at < end; at += extraDataUnit) setLength(at, 0);
-    firstFree = std::min(firstFree, o.extraDataBlock);
+    // What is free in front of the block becomes one run with it.
+    std::ranges::fill(searchFrom, std::min(searchFrom[1], o.extraDataBlock));
   }
   o.extraDataSize = 0;
 }
@@ -99,7 +112,8 @@ ExtraDataRegion extraDataRegion() { return {region, regionBytes}; }
 void freeExtraData() {
   free(region);
   region = nullptr;
-  regionBytes = firstFree = 0;
+  regionBytes = 0;
+  std::ranges::fill(searchFrom, 0);
 }
 
 }  // namespace zenlay

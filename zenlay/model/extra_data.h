@@ -14,6 +14,8 @@ inline constexpr int extraDataGrowth = 160000;
 /// grow.
 int reserveExtraData(int object, uint32_t size);
 void releaseExtraData(int object);
+/// Grows the region until the next reservation of `size` bytes cannot fail; 0 when it cannot.
+int makeExtraDataRoom(uint32_t size);
 /// The object's own extra data (behind the length word); valid until the next reservation. Null when it has none.
 uint8_t* extraDataBlockOf(int object);
 void freeExtraData();
@@ -25,7 +27,11 @@ struct ExtraDataRegion {
 };
 ExtraDataRegion extraDataRegion();
 
-/// For tests: the region (and the object table) refuse to grow while this is set.
+/// For tests: while `refuseGrowth` is set, the region, the object table and the undo area refuse to grow. A positive
+/// `growthToRefuse` n lets n - 1 growths pass and sets it at the n-th.
 extern bool refuseGrowth;
+extern int growthToRefuse;
+/// Asked by each of them before it grows.
+bool mayGrow();
 
 }  // namespace zenlay

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
+#include "zenlay/model/undo.h"
 
 namespace zenlay {
 namespace {
@@ -31,6 +33,18 @@ GroupNumbers groupsInUse() {
   return groups;
 }
 
+/// A chain shares its group: every section of a given object's chain takes it.
+void setGroup(std::span<const int> selection, int group) {
+  beginUndoStep();
+  for (int object : selection) {
+    if (!inUse(object) || objects[object].group == group) continue;
+    for (int section : sectionsOf(object)) {
+      recordUndo(section, undoSnapshot);
+      objects[section].group = group;
+    }
+  }
+}
+
 }  // namespace
 
 int newGroupNumber() { return groupsInUse().fresh(); }
@@ -49,5 +63,16 @@ void renumberMarkedGroups() {
     group = found->second;
   }
 }
+
+void groupSelection(std::span<const int> selection) {
+  int group = 0;
+  for (int object : selection)
+    if (inUse(object) && objects[object].group > 0 && (!group || objects[object].group < group))
+      group = objects[object].group;
+  if (!group) group = newGroupNumber();
+  if (group) setGroup(selection, group);
+}
+
+void ungroupSelection(std::span<const int> selection) { setGroup(selection, 0); }
 
 }  // namespace zenlay

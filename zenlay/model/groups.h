@@ -10,7 +10,8 @@ int newGroupNumber();
 /// Gives every negative group number (set by imports and pastes) a fresh one, in layerOrder; objects that share a
 /// number keep sharing one. 0 when no number is left.
 void renumberMarkedGroups();
-/// One undo step each. The given objects join the smallest group among them, or a new one.
+/// One undo step each, the chains of the given objects whole. The objects join the smallest group among them, or a new
+/// one; without a number left nothing happens.
 void groupSelection(std::span<const int> selection);
 void ungroupSelection(std::span<const int> selection);
 

@@ -10,6 +10,7 @@
 #include "zenlay/model/extra_data.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
+#include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
@@ -35,7 +36,7 @@ int findFree(int from) {
 }
 
 bool growTable() {
-  if (refuseGrowth || objectCapacity >= maxObjects) return false;
+  if (objectCapacity >= maxObjects || !mayGrow()) return false;
   // Address space for the whole table is taken at once, so that records never move; pages are backed when touched.
   if (!objects) objects = static_cast<ObjectRecord*>(calloc(maxObjects, sizeof(ObjectRecord)));
   if (!objects) return false;
@@ -92,7 +93,15 @@ void forget(int object) {
   if (objectUnderEdit == object) objectUnderEdit = -1;
 }
 
+void discard(int object) {
+  if (modelHooks.objectDeleted) modelHooks.objectDeleted(object);
+  forget(object);
+  releaseObject(object);
+}
+
 }  // namespace
+
+void tellExtraDataRefused() { showMessage("Unable to reserve the extended region for object", boxWarning); }
 
 int takeFreeObject() {
   int free = findFree(searchFrom);
@@ -120,9 +129,7 @@ void releaseObject(int object) {
 
 void dropObject(int object) {
   if (objects[object].chainHead < 0 || objects[object].chainHead == object) notifyEffects(object, objectDeleted);
-  if (modelHooks.objectDeleted) modelHooks.objectDeleted(object);
-  forget(object);
-  releaseObject(object);
+  discard(object);
 }
 
 uint32_t objectFlagsOf(const EffectDefinition* d) {
@@ -147,7 +154,7 @@ int createObject(int frame, int layer, int effect, int chainFrom) {
   o.flags = objectFlagsOf(d);
   if (!reserveExtraData(index, chainFrom < 0 ? static_cast<uint32_t>(extraDataBytes(d)) : 0)) {
     releaseObject(index);
-    showMessage("Unable to reserve the extended region for object", boxWarning);
+    tellExtraDataRefused();
     return -1;
   }
   o.slots[0] = {effect, 0, 0, 0};
@@ -167,9 +174,26 @@ int createObject(int frame, int layer, int effect, int chainFrom) {
 }
 
 void deleteObject(int object) {
-  if (object < 0 || object >= objectCapacity || !objects[object].flags) return;
-  recordUndo(object, undoSnapshot);
-  dropObject(object);
+  if (!inUse(object)) return;
+  int next = nextSection(object), head = headOf(object);
+  if (next >= 0 && object != head && !makeExtraDataRoom(objects[head].extraDataSize)) {
+    tellExtraDataRefused();
+    return;
+  }
+  recordUndo(object, undoSnapshot | undoChain);
+  if (object == head) notifyEffects(object, objectDeleted);
+  if (next >= 0) detachSections(next, object == head);
+  if (objects[head].chainHead == head && nextSection(head) == object) objects[head].chainHead = -1;
+  discard(object);
+  rebuildOrder();
+}
+
+void deleteObjects(std::span<const int> list) {
+  for (int object : list) {
+    if (!inUse(object)) continue;
+    recordUndo(object, undoSnapshot | undoChain);
+    for (int section : sectionsOf(object)) dropObject(section);
+  }
   rebuildOrder();
 }
 
@@ -188,7 +212,7 @@ void freeObjects() {
   objectCapacity = searchFrom = 0;
   currentObject = objectUnderEdit = -1;
   freeExtraData();
-  resetUndo();
+  freeUndo();
   rebuildOrder();
 }
 
@@ -232,6 +256,12 @@ FrameRange chainRange(int object) {
   for (int section; (section = previousSection(first)) >= 0;) first = section;
   for (int section; (section = nextSection(last)) >= 0;) last = section;
   return {objects[first].start, objects[last].end};
+}
+
+std::vector<int> sectionsOf(int object) {
+  std::vector<int> sections;
+  for (int section = headOf(object); section >= 0; section = nextSection(section)) sections.push_back(section);
+  return sections;
 }
 
 int sectionAt(int object, int frame) {

@@ -2,6 +2,9 @@
 // valid until the object is deleted; deletion never moves other records. The table grows in steps and never moves.
 #pragma once
 
+#include <span>
+#include <vector>
+
 #include "zenlay/model/records.h"
 
 namespace zenlay {
@@ -21,8 +24,11 @@ void releaseObject(int object);
 /// Deletes without undo and without a new order: tells its effects (for a chain, through the head), lets the windows go
 /// of it and releases it.
 void dropObject(int object);
-/// Records undo. A chain is deleted section by section; the head's extra data goes with the head.
+/// Records undo. Of a chain one section goes: the sections behind it become an object of their own, with the head's
+/// name, slot flags and extra data. Refused, with a message, when a copy of the extra data cannot be had.
 void deleteObject(int object);
+/// Deletes the objects with their whole chains; records undo.
+void deleteObjects(std::span<const int> list);
 void deleteAllObjects();
 /// Gives all storage back; the model is as at start-up.
 void freeObjects();
@@ -43,6 +49,8 @@ struct FrameRange {
   int first, last;
 };
 FrameRange chainRange(int object);
+/// Every section of the object's chain from its head on; the object alone when it has no chain.
+std::vector<int> sectionsOf(int object);
 /// The section of the object's chain that holds the frame (the nearest end outside the chain).
 int sectionAt(int object, int frame);
 
@@ -53,8 +61,21 @@ struct ModelHooks {
   void (*objectDeleted)(int object);   // its record is about to be freed
   /// Sends messageEffectCommand to the effect of a slot, bound as for rendering (see render/effect_commands.h).
   void (*sendCommand)(int object, int slot, int command, intptr_t value);
+  /// Calls hide_controls of the slot's effect, bound likewise.
+  void (*hideControls)(int object, int slot);
+  /// The values of the slot's tracks at a frame of the scene. The start values stand in for it.
+  void (*trackValues)(int32_t* out, int object, int slot, int frame);
+  /// Whether the script of a mode word sees only a start and an end point (see courseOf).
+  bool (*scriptIgnoresMidpoints)(int32_t mode);
 };
 extern ModelHooks modelHooks;
+
+/// Whether the index names an object; on the timeline when it belongs to the current scene.
+inline bool inUse(int object) { return object >= 0 && object < objectCapacity && objects[object].flags; }
+inline bool onTimeline(int object) { return inUse(object) && objects[object].layer >= 0; }
+
+/// Shows "Unable to reserve the extended region for object".
+void tellExtraDataRefused();
 
 /// Sends messageEffectCommand(commandObjectEvent, event) to every effect of the object that takes messages.
 void notifyEffects(int object, ObjectEvent event);

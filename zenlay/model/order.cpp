@@ -107,6 +107,11 @@ void addToOrder(int object) {
   for (int i = at - 1; i <= at + 1; i++) linkEntry(i);
 }
 
+void relinkAround(int object) {
+  int at = static_cast<int>(std::lower_bound(keys, keys + objectCount, keyOf(object)) - keys);
+  for (int i = at - 1; i <= at + 1; i++) linkEntry(i);
+}
+
 int nextSection(int object) { return object >= 0 && object < objectCapacity ? links[object].next : -1; }
 int previousSection(int object) { return object >= 0 && object < objectCapacity ? links[object].previous : -1; }
 

@@ -22,6 +22,8 @@ void rebuildOrder();
 /// Puts one new object into an order that is valid otherwise: the result of rebuildOrder without sorting the rest. The
 /// object's chain head is -1 or real, not provisional.
 void addToOrder(int object);
+/// The links around one object, after its or its neighbours' chain heads changed; everything else is still in order.
+void relinkAround(int object);
 /// Object index along the chain, or -1.
 int nextSection(int object);
 int previousSection(int object);

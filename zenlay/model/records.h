@@ -76,6 +76,23 @@ enum ObjectFlag : uint32_t {
   objectLayerRange = 0x100000,  // control object whose first extra-data field is "range"
 };
 
+/// TrackMode word: mode number in bits 0..3, options above.
+enum TrackMode : int32_t {
+  modeNone,
+  modeRectilinear,
+  modeCurve,
+  modeTeleport,
+  modeIgnoreMidpoints,
+  modeAmount,
+  modeRandom,
+  modeAccelerate,
+  modeRepeat,
+  modeScript = 15,
+  modeNumber = 0xF,
+  modeDecelerationBit = 0x20,
+  modeAccelerationBit = 0x40,
+};
+
 struct ObjectRecord {
   uint32_t flags;  // ObjectFlag
   int32_t layer;   // -1 for an object of another scene

@@ -8,6 +8,7 @@
 #include "zenlay/model/extra_data.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
+#include "zenlay/model/undo.h"
 
 namespace zenlay {
 namespace {
@@ -78,6 +79,26 @@ Place placeFor(const SlotList& list, uint32_t flag, bool drawnObject) {
   if (n > 0 && flag & effectDrawing && flagOf(list.slots[n - 1]) & effectDrawing) return {n - 1, true};
   if (n == maxSlots) return {-1, false};
   return {n > 1 && drawnObject ? n - 1 : n, false};
+}
+
+void closeGap(SlotList& list, int at) {
+  list.count--;
+  for (int k = at; k < list.count; k++) {
+    list.slots[k] = list.slots[k + 1];
+    list.flags[k] = list.flags[k + 1];
+  }
+  list.slots[list.count] = {-1, 0, 0, 0};
+  list.flags[list.count] = 0;
+}
+
+/// The extra controls of a slot of the current object's chain leave the settings window.
+void hideControls(int head, int slot) {
+  const EffectDefinition* d = effectList[objects[head].slots[slot].effect];
+  if (!isBuiltIn(d) || !d->hide_controls || currentObject < 0 || headOf(currentObject) != head) return;
+  if (modelHooks.hideControls)
+    modelHooks.hideControls(currentObject, slot);
+  else
+    d->hide_controls();
 }
 
 /// `count` values from `from` of an array of `size`; what lies outside reads as 0.
@@ -164,21 +185,36 @@ int addEffect(int object, int effect) {
 
 void removeEffect(int object, int slot) {
   int head = headOf(object);
-  if (slot < 0 || slot >= usedSlots(head)) return;
-  const EffectDefinition* d = effectList[objects[head].slots[slot].effect];
-  if (isBuiltIn(d) && object == currentObject && d->hide_controls) d->hide_controls();
+  if (slot < 0 || slot >= usedSlots(head) || usedSlots(head) == 1) return;
+  recordUndo(object, undoSnapshot | undoChain);
+  hideControls(head, slot);
   if (modelHooks.sendCommand) modelHooks.sendCommand(head, slot, commandObjectEvent, objectSlotRemoved);
-  for (int section = head; section >= 0; section = nextSection(section)) {
+  for (int section : sectionsOf(object)) {
     SlotList list = slotsOf(objects[section]);
-    for (int k = slot; k + 1 < list.count; k++) {
-      list.slots[k] = list.slots[k + 1];
-      list.flags[k] = list.flags[k + 1];
-    }
-    list.slots[list.count - 1] = {-1, 0, 0, 0};
-    list.flags[list.count - 1] = 0;
+    closeGap(list, slot);
     storeSlots(objects[section], list);
     repack(section);
   }
+}
+
+bool canMoveSlot(int object, int from, int delta) {
+  const int last = lastSlot(object), to = from + delta;
+  if (from < 0 || from > last || to < 0 || to > last) return false;
+  const uint32_t flags = objects[object].flags;
+  const int first = flags & (objectDrawn | objectControl) ? 1 : 0, end = flags & objectDrawn ? last - 1 : last;
+  return std::min(from, to) >= first && std::max(from, to) <= end;
+}
+
+int moveSlot(int object, int from, int delta) {
+  if (!canMoveSlot(object, from, delta)) return 0;
+  recordUndo(object, undoSnapshot | undoChain);
+  for (int section : sectionsOf(object)) {
+    ObjectRecord& o = objects[section];
+    std::swap(o.slots[from], o.slots[from + delta]);
+    std::swap(o.slotFlags[from], o.slotFlags[from + delta]);
+    repack(section);
+  }
+  return 1;
 }
 
 void setSlotDefaults(int object, int slot) {
@@ -200,6 +236,14 @@ void setSlotDefaults(int object, int slot) {
     memcpy(extra, initial, static_cast<size_t>(extraDataBytes(d)));
   else
     memset(extra, 0, static_cast<size_t>(extraDataBytes(d)));
+}
+
+void setChainSlotDefaults(int object, int slot) {
+  for (int section : sectionsOf(object)) setSlotDefaults(section, slot);
+}
+
+void setSlotFlags(int object, int slot, uint8_t flags) {
+  for (int section : sectionsOf(object)) objects[section].slotFlags[slot] = flags;
 }
 
 uint8_t* extraDataOf(int object, int slot) {

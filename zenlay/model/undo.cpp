@@ -12,7 +12,8 @@
 namespace zenlay {
 namespace {
 
-constexpr int areaBytes = 3840000;
+constexpr int areaBytes = 3840000;                        // what the history may hold
+constexpr int reservedBytes = areaBytes + areaBytes / 4;  // so that forgetting old steps need not move the rest
 constexpr int maxRecords = 15000;
 
 /// Records lie back to back in the area; their size tells the kinds apart when they are put back.
@@ -32,12 +33,13 @@ constexpr int snapshotSize = headerSize + sizeof(ObjectRecord);
 
 struct UndoLog {
   uint8_t* area;
-  int starts[maxRecords];
-  int used, count;  // -1 while disabled
+  int starts[maxRecords];  // ascending offsets
+  int begin;               // of the oldest record
+  int used, count;         // used: end of the newest record; both -1 while disabled
   int step;
   bool batch;
 };
-constinit UndoLog undoLog{nullptr, {}, -1, -1, 0, false};
+constinit UndoLog undoLog{nullptr, {}, 0, -1, -1, 0, false};
 
 UndoRecord headerAt(int record) {
   UndoRecord header;
@@ -56,22 +58,28 @@ bool dropOldestStep() {
     disable();
     return false;
   }
-  int cut = undoLog.starts[kept];
-  memmove(undoLog.area, undoLog.area + cut, static_cast<size_t>(undoLog.used - cut));
-  undoLog.used -= cut;
   undoLog.count -= kept;
-  for (int i = 0; i < undoLog.count; i++) undoLog.starts[i] = undoLog.starts[i + kept] - cut;
+  memmove(undoLog.starts, undoLog.starts + kept, static_cast<size_t>(undoLog.count) * sizeof undoLog.starts[0]);
+  undoLog.begin = undoLog.starts[0];
   return true;
 }
 
+void moveToFront() {
+  undoLog.used -= undoLog.begin;
+  memmove(undoLog.area, undoLog.area + undoLog.begin, static_cast<size_t>(undoLog.used));
+  for (int i = 0; i < undoLog.count; i++) undoLog.starts[i] -= undoLog.begin;
+  undoLog.begin = 0;
+}
+
 bool makeRoom(int size) {
-  if (!undoLog.area) undoLog.area = static_cast<uint8_t*>(malloc(areaBytes));
+  if (!undoLog.area && mayGrow()) undoLog.area = static_cast<uint8_t*>(malloc(reservedBytes));
   if (!undoLog.area) {
     disable();
     return false;
   }
-  while (undoLog.count >= maxRecords || undoLog.used + size > areaBytes)
+  while (undoLog.count >= maxRecords || undoLog.used - undoLog.begin + size > areaBytes)
     if (!dropOldestStep()) return false;
+  if (undoLog.used + size > reservedBytes) moveToFront();
   return true;
 }
 
@@ -177,7 +185,7 @@ void showRestored(int object) {
 }  // namespace
 
 void beginUndoStep() {
-  if (undoLog.count <= 0) undoLog.used = undoLog.count = 0;
+  if (undoLog.count <= 0) undoLog.begin = undoLog.used = undoLog.count = 0;
   undoLog.step++;
 }
 
@@ -228,7 +236,15 @@ void undo() {
   showRestored(shown);
 }
 
+int undoSteps() { return undoLog.count > 0 ? undoLog.step - headerAt(0).step + 1 : 0; }
+
 void resetUndo() { disable(); }
+
+void freeUndo() {
+  disable();
+  free(undoLog.area);
+  undoLog.area = nullptr;
+}
 
 void moveUndoNames(int (*newOffset)(int oldOffset)) {
   for (int record = 0; record < undoLog.count; record++) {

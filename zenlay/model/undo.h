@@ -3,6 +3,8 @@
 
 namespace zenlay {
 
+/// For recordUndo, before the change: the whole object with its extra data, that of every section of its chain (or'ed
+/// with another kind), its creation (undone by deleting it), its flags, layer and frames alone, or a layer's record.
 enum UndoKind : int { undoSnapshot = 0, undoChain = 0x1, undoCreated = 0x2, undoPosition = 0x8, undoLayer = 0x10 };
 
 void beginUndoStep();
@@ -11,7 +13,11 @@ void recordUndo(int target, int kind);
 void beginUndoBatch();
 void endUndoBatch();
 void undo();
+/// Steps that undo puts back, those without records included; 0 while the history is empty or disabled.
+int undoSteps();
 void resetUndo();
+/// Gives the area back, too.
+void freeUndo();
 /// Bit of recordUndo's target with undoLayer, or'ed with the layer's index.
 inline constexpr int undoLayerTarget = 0x1000000;
 /// Called when the name pool was compacted, with the new offset (or -1) of every name that layer records refer to.

@@ -7,17 +7,36 @@
 
 namespace zenlay {
 
-void sendEffectCommand(int object, int slot, int command, intptr_t value) {
+namespace {
+
+/// Calls into the built-in effect of a slot while the slot is bound, and leaves the effect as it was.
+template <class Call>
+void callBound(int object, int slot, Call call) {
   EffectDefinition* d = effectList[objects[object].slots[slot].effect];
-  if (!isBuiltIn(d) || !d->window_proc) return;
   SlotBinding binding{};
   EffectDefinition outer = *d;
   bindSlot(objects + object, slot, &binding, nullptr);
   d->flag |= effectRunning;
-  d->window_proc(environment.timelineWindow, messageEffectCommand, command, value, environment.edit, d);
+  call(d);
   d->flag = outer.flag;
   unbindSlot(objects + object, slot, &binding);
   if (outer.flag & effectRunning) *d = outer;
+}
+
+}  // namespace
+
+void sendEffectCommand(int object, int slot, int command, intptr_t value) {
+  const EffectDefinition* d = effectList[objects[object].slots[slot].effect];
+  if (!isBuiltIn(d) || !d->window_proc) return;
+  callBound(object, slot, [&](EffectDefinition* bound) {
+    bound->window_proc(environment.timelineWindow, messageEffectCommand, command, value, environment.edit, bound);
+  });
+}
+
+void hideEffectControls(int object, int slot) {
+  const EffectDefinition* d = effectList[objects[object].slots[slot].effect];
+  if (!isBuiltIn(d) || !d->hide_controls) return;
+  callBound(object, slot, [](EffectDefinition* bound) { bound->hide_controls(); });
 }
 
 }  // namespace zenlay

@@ -9,4 +9,7 @@ namespace zenlay {
 /// For ModelHooks::sendCommand.
 void sendEffectCommand(int object, int slot, int command, intptr_t value);
 
+/// Calls the built-in effect's hide_controls, bound likewise. For ModelHooks::hideControls.
+void hideEffectControls(int object, int slot);
+
 }  // namespace zenlay

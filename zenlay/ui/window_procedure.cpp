@@ -5,6 +5,7 @@
 #include "platform/paths.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/host/preferences.h"
+#include "zenlay/model/clipboard.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
@@ -39,6 +40,7 @@ void adoptClip(EditHandle edit) {
 
 void dropClip() {
   resetUndo();
+  clearClipboard();
   deleteAllObjects();
   clearScenes();
   environment.projectOpen = false;

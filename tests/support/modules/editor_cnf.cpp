@@ -2,7 +2,10 @@
 // a bar of colour over the background.
 //
 // Pixel (x, y) of frame f, for x < width / 2: luma 256 f, Cb 512, Cr -512 at half transparency; elsewhere the
-// background stays. A film of 13 frames tells of a missing file at frame 3; one of 14 breaks its fifth frame.
+// background stays. A film of 13 frames tells of a missing file at frame 3; one of 14 breaks its fifth frame, one of 15
+// never ends it. A film of 16 frames is never done opening, and the file "opening" tells that it began.
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -28,6 +31,10 @@ bool adopt(EditHandle edit, const std::string& film) {
     say("Not a film.\nReally not");
     return false;
   }
+  if (frames == 16) {
+    if (std::FILE* file = fopen("opening", "wb")) fclose(file);
+    for (;;) pause();
+  }
   char name[128];
   if (scale == 1)
     snprintf(name, sizeof name, "%dx%d_%dfps_44100Hz.zenlay", width, height, rate);
@@ -41,6 +48,11 @@ bool adopt(EditHandle edit, const std::string& film) {
 int process(HostFilterRecord*, FrameProcessInfo* info) {
   if (info->frameCount == 13 && info->frameNumber == 3) say("File not found");
   if (info->frameCount == 14 && info->frameNumber == 4) info->width = 100000;
+  while (info->frameCount == 15 && info->frameNumber == 4) pause();
+  if (info->frameCount == 17) {  // what lies below another frame
+    info->frame[0] = editor.functions->getFrameBeforeFilter(&editor, info->edit, 3, 0)[0];
+    return 1;
+  }
   std::swap(info->frame, info->scratch);
   struct Work {
     FrameProcessInfo* info;
@@ -94,11 +106,15 @@ int answer(intptr_t query, QueryRequest* request) {
     result = "{\"log\": \"" + log + "\"}";
   } else if (query == queryEffects) {
     result = request->argument && strcmp(request->argument, "Bar") != 0 ? "[]" : "[{\"index\": 0, \"name\": \"Bar\"}]";
-  } else {
+  } else if (query == queryTexts) {
+    result = "[]";
+  } else if (query == queryWriteBackup) {
     std::FILE* file = fopen(request->argument, "wb");
     if (file) fclose(file);
     request->answer = "nothing to back up";
     return 1;
+  } else {
+    return 0;
   }
   request->answer = result.c_str();
   return 1;
