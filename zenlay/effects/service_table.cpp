@@ -4,6 +4,7 @@
 #include "zenlay/effects/object_services.h"
 #include "zenlay/effects/service_hooks.h"
 #include "zenlay/host/environment.h"
+#include "zenlay/model/scenes.h"
 #include "zenlay/render/flattening.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/render/image_cache.h"
@@ -147,6 +148,9 @@ const EffectServiceTable effectServices = {
     .openMedia = Installed<&ServiceHooks::openMedia>::call,
     .openMediaByPath = Installed<&ServiceHooks::openMediaByPath>::call,
     .releaseMedia = Installed<&ServiceHooks::releaseMedia>::call,
+    .pickColour = Installed<&ServiceHooks::pickColour>::call,
+    .chooseScene = Installed<&ServiceHooks::chooseScene>::call,
+    .sceneName = sceneName,
 };
 
 }  // namespace zenlay
