@@ -98,7 +98,7 @@ bool sameFile(const std::string& a, const std::string& b) {
 void keepMediaOf(Host& host, const std::string& output) {
   if (!platform::fileExists(output)) return;
   std::string folder(platform::folderOf(host.projectFile));
-  for (const std::string& name : textsOfProject(askEditor(host, zenlay::queryProject, nullptr)))
+  for (const std::string& name : textsOf(askEditor(host, zenlay::queryTexts, nullptr)))
     if (sameFile(name, output) || sameFile(folder + name, output))
       throw WrongUsage(output + " is a file the film is made of");
 }

@@ -27,10 +27,11 @@ const Json& entry(const Json& list, int64_t index) {
   return list.is_array() && index >= 0 && index < static_cast<int64_t>(list.size()) ? list[index] : none;
 }
 
-std::string field(const Json& object, const char* key) {
-  const Json& value = member(object, key);
+std::string plain(const Json& value) {
   return value.is_null() ? "" : value.is_string() ? value.get<std::string>() : value.dump();
 }
+
+std::string field(const Json& object, const char* key) { return plain(member(object, key)); }
 
 int64_t number(const Json& object, const char* key) {
   const Json& value = member(object, key);
@@ -89,17 +90,20 @@ std::string trackValue(const Json& track, const Json& definition) {
   return text;
 }
 
+/// Labels of buttons and lists stand among the checks with a negative default; what was chosen there is extra data.
+bool holdsValue(const Json& check) { return number(check, "default") >= 0; }
+
 std::string slotLines(const Json& slot, const Json& effects) {
-  std::string text(8, ' ');
-  text += field(slot, "effect");
-  text += slot.value("enabled", true) ? "\n" : " (off)\n";
-  const Json& definitions = member(entry(effects, number(slot, "index")), "tracks");
+  const Json& effect = entry(effects, number(slot, "index"));
   std::string values;
   for (int64_t i = 0; const Json& track : member(slot, "tracks"))
-    addPart(values, trackValue(track, entry(definitions, i++)));
+    addPart(values, trackValue(track, entry(member(effect, "tracks"), i++)));
+  for (int64_t i = 0; const Json& check : member(slot, "checks"))
+    if (holdsValue(entry(member(effect, "checks"), i++)))
+      addPart(values, field(check, "name") + "=" + field(check, "value"));
   for (const auto& [key, value] : member(slot, "exdata").items())
-    if (value.is_string() && key != "_exdata" && !value.get<std::string>().empty())
-      addPart(values, key + "=" + value.get<std::string>());
+    if (key != "_exdata" && !plain(value).empty()) addPart(values, key + "=" + plain(value));
+  std::string text = "        " + field(slot, "effect") + (slot.value("enabled", true) ? "\n" : " (off)\n");
   return values.empty() ? text : text + "            " + values + "\n";
 }
 
@@ -128,13 +132,9 @@ std::string describeProject(const std::string& projectJson, const std::string& e
   return text;
 }
 
-std::vector<std::string> textsOfProject(const std::string& projectJson) {
-  const Json project = parse(projectJson);
+std::vector<std::string> textsOf(const std::string& json) {
   std::vector<std::string> texts;
-  for (const Json& object : member(project, "objects"))
-    for (const Json& slot : member(object, "slots"))
-      for (const Json& value : member(slot, "exdata"))
-        if (value.is_string() && !value.get_ref<const std::string&>().empty()) texts.push_back(value);
+  for (const Json& text : parse(json)) texts.push_back(plain(text));
   return texts;
 }
 

@@ -1,6 +1,7 @@
 #include "cinora/frame_renderer.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "cinora/failure.h"
 
@@ -11,12 +12,21 @@ using zenlay::FramePixel;
 
 constexpr int scratchImages = 2;  // first image of getFrameBeforeFilter
 
+Background shown = blackBackground;  // of the frame being made
+
+struct ShownBracket {
+  explicit ShownBracket(Background background) { shown = background; }
+  ~ShownBracket() { shown = blackBackground; }
+};
+
 void fillFrame(Host& host, FramePixel* rows, Background background) {
   const ClipFormat& format = host.edit.format;
   FramePixel colour{background, 0, 0};
   host.pool.forRows(format.height, [&](int first, int last) {
-    for (int y = first; y < last; y++)
-      std::fill_n(rows + static_cast<size_t>(y) * host.limits.rowPixels, format.width, colour);
+    FramePixel* top = rows + static_cast<size_t>(first) * host.limits.rowPixels;
+    std::fill_n(top, format.width, colour);
+    for (int y = first + 1; y < last; y++)
+      memcpy(rows + static_cast<size_t>(y) * host.limits.rowPixels, top, format.width * sizeof(FramePixel));
   });
 }
 
@@ -56,6 +66,7 @@ RenderedFrame runFilters(Host& host, int frame, Background background, int first
 }  // namespace
 
 RenderedFrame renderFrame(Host& host, int frame, Background background) {
+  ShownBracket bracket(background);
   return runFilters(host, frame, background, 0, nullptr);
 }
 
@@ -65,7 +76,7 @@ FramePixel* frameBefore(Host& host, const zenlay::HostFilterRecord* stop, int fr
   running = true;
   FramePixel* rows = nullptr;
   try {
-    rows = const_cast<FramePixel*>(runFilters(host, frame, blackBackground, scratchImages, stop).rows);
+    rows = const_cast<FramePixel*>(runFilters(host, frame, shown, scratchImages, stop).rows);
   } catch (const Failure& failure) {
     host.addMessage(failure.what());
   }

@@ -15,7 +15,8 @@ enum Background : int16_t { blackBackground = 0, whiteBackground = zenlay::white
 
 /// Throws Failure when a filter leaves a frame that cannot be.
 RenderedFrame renderFrame(Host&, int frame, Background = blackBackground);
-/// The frame as the filters before `stop` leave it, in images of its own; null while it is being made.
+/// The frame as the filters before `stop` leave it, in images of its own, on the background of the frame being made
+/// (black outside one); null while it is being made itself.
 zenlay::FramePixel* frameBefore(Host&, const zenlay::HostFilterRecord* stop, int frame);
 
 /// A frame with its transparency, from the same frame made over black and over white. What is seen of the background

@@ -14,7 +14,7 @@ namespace {
 
 using namespace zenlay;
 
-constexpr size_t fileNameBytes = 260, stringSettingBytes = 256;
+constexpr size_t stringSettingBytes = 256;
 constexpr char videoFilter[] =
     "VideoFile (*.avi;*.mp4;*.mkv;*.mov;*.webm;*.mpg;*.wmv;*.flv)\0*.avi;*.mp4;*.mkv;*.mov;*.webm;*.mpg;*.wmv;*.flv\0"
     "AllFile (*.*)\0*.*\0";

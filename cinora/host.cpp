@@ -100,6 +100,7 @@ void Host::closeEdit() {
   if (!edit.open) return;
   plugins.broadcast(zenlay::messageFileClose);
   edit = {};
+  absentFilters.clear();
 }
 
 bool Host::setFrameCount(int32_t count) {

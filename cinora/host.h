@@ -9,6 +9,7 @@
 #include "cinora/edit.h"
 #include "cinora/frame_image.h"
 #include "cinora/plugin_host.h"
+#include "cinora/project_file.h"
 #include "cinora/settings.h"
 #include "cinora/worker_pool.h"
 #include "platform/font.h"
@@ -38,6 +39,8 @@ struct MenuItem {
   zenlay::WindowHandle window;
   int32_t command, key, modifiers;
 };
+
+inline constexpr size_t fileNameBytes = 260;  // of a name a file dialog gives, with the NUL
 
 /// What the host's file dialogs answer; empty: cancelled.
 struct DialogAnswers {
@@ -73,7 +76,8 @@ class Host {
   WorkerPool pool;
   zenlay::HostEdit edit;
   Limits limits{};
-  std::string projectFile;  // full path of the file the edit came from or goes to
+  std::vector<FilterBlock> absentFilters;  // the project's data of filters that are not loaded, kept for saving
+  std::string projectFile;                 // full path of the file the edit came from or goes to
   DialogAnswers dialogs;
   std::vector<MenuItem> menuItems;
   PluginHost plugins;

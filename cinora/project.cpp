@@ -12,7 +12,6 @@
 namespace cinora {
 namespace {
 
-constexpr size_t fileNameBytes = 260;            // with the NUL, of the host's file dialogs
 constexpr int64_t maxImagePixels = 8192 * 8192;  // so that a few bytes cannot ask for gigabytes
 constexpr size_t headBytes = 1 << 16;
 constexpr int32_t backupWidthAt = 12;
@@ -94,12 +93,16 @@ intptr_t commandWithFile(Host& host, int command, const std::string& path, std::
   return result;
 }
 
+/// False when the editor does not know the query.
+bool ask(Host& host, zenlay::PluginQuery query, zenlay::QueryRequest& request) {
+  return platform::sendMessage(editorOf(host).window, zenlay::messageQuery, query,
+                               reinterpret_cast<intptr_t>(&request)) == 1;
+}
+
 /// Adds the editor's word on what an object file could not hold, or could not give, to the messages.
 void takeLeftOut(Host& host, const std::string& path) {
   zenlay::QueryRequest request{};
-  intptr_t answered = platform::sendMessage(editorOf(host).window, zenlay::messageQuery, zenlay::queryLeftOut,
-                                            reinterpret_cast<intptr_t>(&request));
-  if (answered == 1 && request.answer) host.addMessage(path + ": " + request.answer);
+  if (ask(host, zenlay::queryLeftOut, request) && request.answer) host.addMessage(path + ": " + request.answer);
 }
 
 void openHostProject(Host& host, const std::string& path, const ProjectFile& project) {
@@ -114,6 +117,7 @@ void openHostProject(Host& host, const std::string& path, const ProjectFile& pro
     });
     if (found == filters.end()) {
       host.addMessage("the project has data of a filter that is not loaded: " + block.name);
+      host.absentFilters.push_back(block);
       continue;
     }
     zenlay::HostFilterRecord* record = (*found)->record;
@@ -143,6 +147,7 @@ void saveHostProject(Host& host, const std::string& path) {
     data.resize(std::min<size_t>(data.size(), size));
     project.filters.push_back({record->name, std::move(data)});
   }
+  project.filters.insert(project.filters.end(), host.absentFilters.begin(), host.absentFilters.end());
   if (std::string reason = writeProject(path, project); !reason.empty()) throw Failure(path + ": " + reason);
 }
 
@@ -150,9 +155,7 @@ void saveBackup(Host& host, const std::string& path) {
   platform::ReplacementFile file(path);
   if (file.temporaryPath().empty()) throw Failure(path + ": " + strerror(errno));
   zenlay::QueryRequest request{file.temporaryPath().c_str(), nullptr};
-  bool answered = platform::sendMessage(editorOf(host).window, zenlay::messageQuery, zenlay::queryWriteBackup,
-                                        reinterpret_cast<intptr_t>(&request)) == 1;
-  if (!answered) throw Failure(path + ": the editing plug-in writes no backups");
+  if (!ask(host, zenlay::queryWriteBackup, request)) throw Failure(path + ": the editing plug-in writes no backups");
   if (request.answer) throw Failure(path + ": " + request.answer);
   if (!file.commit()) throw Failure(path + ": " + strerror(errno));
 }
@@ -226,12 +229,9 @@ void saveProject(Host& host, const std::string& path) {
   }
 }
 
-std::string askEditor(Host& host, int query, const char* argument) {
+std::string askEditor(Host& host, zenlay::PluginQuery query, const char* argument) {
   zenlay::QueryRequest request{argument, nullptr};
-  if (platform::sendMessage(editorOf(host).window, zenlay::messageQuery, query, reinterpret_cast<intptr_t>(&request)) !=
-          1 ||
-      !request.answer)
-    throw Failure("the editing plug-in does not answer");
+  if (!ask(host, query, request) || !request.answer) throw Failure("the editing plug-in does not answer");
   return request.answer;
 }
 

@@ -29,6 +29,6 @@ void openProject(Host&, const FilmFile&);
 void saveProject(Host&, const std::string& path);
 
 /// The JSON a query to the editor's window procedure gives. Throws Failure when there is no editor or no answer.
-std::string askEditor(Host&, int query, const char* argument);
+std::string askEditor(Host&, zenlay::PluginQuery, const char* argument);
 
 }  // namespace cinora

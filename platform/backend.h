@@ -32,6 +32,7 @@ struct DesktopBackend {
   void (*setText)(Window*);
   void (*setPlace)(Window*);  // outer rectangle
   void (*setClientSize)(Window*);
+  void (*refreshPlace)(Window*);  // reportPlace if the window may have moved along with what it stands in
   void (*invalidate)(Window*);
   void (*focus)(Window*);
   void (*capture)(Window*);  // null: let go
@@ -43,6 +44,7 @@ struct DesktopBackend {
   void (*setRange)(Window* control);
   void (*setItems)(Window* control);
   void (*setIcon)(Window* control);
+  void (*setMuted)(Window* control);
   void (*setTip)(Window* control);
   void (*selectText)(Window* control);
   void (*setDropWidth)(Window* control);
@@ -81,11 +83,15 @@ void reportFocus(Window*);
 void reportCaptureLost();
 /// A desktop's own canvas over pixels it keeps, `scale` device pixels a logical one; releaseCanvas frees the record.
 Canvas* wrapCanvas(Window*, uint32_t* pixels, Size device, double scale);
+/// Gives such a canvas other pixels; without a clip.
+void rewrapCanvas(Canvas*, uint32_t* pixels, Size device, double scale);
 /// What was drawn on since the last call, in device pixels; maybe empty.
 Rect takeTouched(Canvas*);
 void setSystemColor(SystemColor, Color);
 /// Text and icons rendered so far are forgotten: fonts or scale have changed.
 void forgetMasks();
+/// Whether a mouse message to a control is its owner's affair.
+bool goesToOwner(ControlKind, uint32_t message);
 /// What a key pressed in a dialog's window or control does by itself: Enter, Escape. False when it does nothing.
 bool dialogKey(Window*, int key);
 

@@ -159,6 +159,10 @@ Canvas* wrapCanvas(Window* window, uint32_t* pixels, Size device, double scale) 
   return new Canvas{pixels, device, scale, window, {0, 0, device.width, device.height}};
 }
 
+void rewrapCanvas(Canvas* canvas, uint32_t* pixels, Size device, double scale) {
+  *canvas = {pixels, device, scale, canvas->window, {0, 0, device.width, device.height}};
+}
+
 void releaseCanvas(Canvas* canvas) {
   if (canvas && !canvas->window) std::free(canvas->pixels);
   delete canvas;

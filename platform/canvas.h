@@ -20,14 +20,14 @@ Canvas* createMemoryCanvas(int width, int height);
 void releaseCanvas(Canvas*);
 uint32_t* canvasPixels(Canvas*);  // of a memory canvas; null for a window's
 
-/// The window's client area; what is drawn appears when the message under way is done. Null without a desktop.
+/// The window's client area, the same for the window's life; what is drawn appears when the message under way is done.
+/// Null without a desktop.
 Canvas* windowCanvas(Window*);
 
 enum LineStyle { lineSolid, lineDotted };
 enum TextFont { fontMessage, fontSmall, fontBold };
 
-/// Drawing is confined to the rectangle; an empty one lets nothing through. A window's canvas keeps it from one
-/// message to the next.
+/// Drawing is confined to the rectangle until clearClip, or to nothing by an empty one. messagePaint begins without.
 void setClip(Canvas*, Rect);
 void clearClip(Canvas*);
 void fillRect(Canvas*, Rect, Color);

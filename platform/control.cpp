@@ -138,6 +138,13 @@ void setControlTip(Window* window, const char* text) {
   tell(&DesktopBackend::setTip, window);
 }
 
+void setControlMuted(Window* window, bool muted) {
+  ControlRecord* c = controlRecord(window);
+  if (!c || c->muted == muted) return;
+  c->muted = muted;
+  tell(&DesktopBackend::setMuted, window);
+}
+
 void selectText(Window* window, int first, int last) {
   ControlRecord* c = controlRecord(window);
   if (!c) return;

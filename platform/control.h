@@ -86,6 +86,8 @@ std::string controlItem(Window*, int index);
 void setControlIcon(Window*, const char* icon);
 const std::string& controlIcon(Window*);
 void setControlTip(Window*, const char* text);
+/// Draws the text in colorGreyText, though the control works.
+void setControlMuted(Window*, bool muted);
 /// Of an edit box, in characters; last = -1 is the end of the text.
 void selectText(Window*, int first, int last);
 /// Of a combo box: how wide its list opens; 0 the box's own width.

@@ -43,8 +43,14 @@ bool isButtonDown(uint32_t message) {
          message == messageLeftDoubleClick;
 }
 
-/// Whether what the mouse does to a control is its owner's affair.
-bool passesOn(ControlKind kind, uint32_t message) {
+intptr_t report(Window* control, ControlEvent event) {
+  return sendMessage(control->owner, messageCommand, control->control->id | event << 16,
+                     reinterpret_cast<intptr_t>(control));
+}
+
+}  // namespace
+
+bool goesToOwner(ControlKind kind, uint32_t message) {
   switch (kind) {
     case controlLabel:
     case controlGroupBox:
@@ -57,13 +63,6 @@ bool passesOn(ControlKind kind, uint32_t message) {
       return message == messageMouseWheel || message == messageRightDown || message == messageRightUp;
   }
 }
-
-intptr_t report(Window* control, ControlEvent event) {
-  return sendMessage(control->owner, messageCommand, control->control->id | event << 16,
-                     reinterpret_cast<intptr_t>(control));
-}
-
-}  // namespace
 
 intptr_t mouseState() { return input.mouse; }
 bool keyIsDown(Key key) { return key >= 0 && key < 256 && input.keys[key]; }
@@ -82,7 +81,7 @@ intptr_t mouse(Window* window, uint32_t message, Point at, intptr_t state) {
   if (!usable(window)) return 0;
   while (ControlRecord* c = controlRecord(window)) {
     if (c->hook && c->hook(window, message, state, packPoint(at), c->hookUser) == 1) return 1;
-    if (!windowLives(window) || !passesOn(c->kind, message)) return 0;
+    if (!windowLives(window) || !goesToOwner(c->kind, message)) return 0;
     at = {at.x + window->place.x, at.y + window->place.y};
     window = window->owner;
   }
@@ -129,6 +128,8 @@ void press(int which, intptr_t state) {
     if (state & m.bit) key(m.key, false);
 }
 
+void holdModifiers(intptr_t state) { noteState((input.mouse & ~modifierBits) | (state & modifierBits)); }
+
 void releaseAll() {
   input.keys.reset();
   input.mouse = 0;
@@ -149,12 +150,15 @@ void type(Window* edit, const char* text) {
   setWindowText(edit, text);
 }
 
-void choose(Window* list, int index, bool twice) {
+void choose(Window* list, int index) {
   ControlRecord* c = controlRecord(list);
   if (!c || !usable(list) || index < 0 || index >= controlItemCount(list)) return;
   setControlValue(list, index);
   report(list, controlSelectionChanged);
-  if (twice && windowLives(list)) report(list, controlDoubleClicked);
+}
+
+void doubleClick(Window* list) {
+  if (controlRecord(list) && usable(list) && controlValue(list) >= 0) report(list, controlDoubleClicked);
 }
 
 void scroll(Window* bar, ScrollAction action, int position) {

@@ -23,6 +23,8 @@ void drag(Window*, std::span<const Point> path, intptr_t state = 0);
 bool key(int key, bool down, bool repeats = false);
 /// Pressed and released with the modifiers of `state` held.
 void press(int key, intptr_t state = 0);
+/// The Shift, Ctrl and Alt of `state` are held, the others are not; nothing is sent.
+void holdModifiers(intptr_t state);
 /// All keys and buttons are up: the focus left the program.
 void releaseAll();
 
@@ -30,8 +32,10 @@ void releaseAll();
 void click(Window* control);
 /// The whole text of an edit box.
 void type(Window* edit, const char* text);
-/// An entry of a combo or list box; a list box also counts a double click.
-void choose(Window* list, int index, bool twice = false);
+/// An entry of a combo or list box.
+void choose(Window* list, int index);
+/// On the entry chosen of a list box.
+void doubleClick(Window* list);
 /// Moves a track bar, spin button or scroll bar and tells the owner; the caller ends a change by scrollEnd.
 void scroll(Window* bar, ScrollAction, int position);
 /// As dragged from one place to another: scrollTrack, scrollPosition and scrollEnd.

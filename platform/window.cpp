@@ -235,7 +235,12 @@ void setWindowPlace(Window* window, Rect place) {
     resizeClient(window, {std::max(place.width - frame.width, 0), std::max(place.height - frame.height, 0)});
 }
 
-Rect windowPlace(Window* window) { return lives(window) ? window->place : Rect{}; }
+Rect windowPlace(Window* window) {
+  if (!lives(window)) return {};
+  tell(&DesktopBackend::refreshPlace, window);
+  return window->place;
+}
+
 Size clientSize(Window* window) { return lives(window) ? window->client : Size{}; }
 
 void setClientSize(Window* window, Size size) {
@@ -259,6 +264,7 @@ void reportPlace(Window* window, Rect outer, Rect client) {
 
 Point clientToScreen(Window* window, Point point) {
   for (; lives(window); window = window->owner) {
+    if (!(window->style & windowChild)) tell(&DesktopBackend::refreshPlace, window);
     point.x += window->place.x + window->clientAt.x;
     point.y += window->place.y + window->clientAt.y;
     if (!(window->style & windowChild)) break;

@@ -21,6 +21,7 @@ struct ControlRecord {
   int minimum = 0, maximum = 100, page = 10;
   int selectionFirst = 0, selectionLast = 0;
   int dropWidth = 0;
+  bool muted = false;
   std::vector<std::string> items;
   std::string icon, tip;
   WindowProcedure hook = nullptr;

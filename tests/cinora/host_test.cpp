@@ -9,6 +9,7 @@
 #include "cinora/failure.h"
 #include "cinora/frame_renderer.h"
 #include "cinora/project.h"
+#include "platform/paths.h"
 #include "tests/support/scratch_folder.h"
 
 namespace cinora {
@@ -132,6 +133,15 @@ TEST_F(HostTest, SettingsBelongToTheirFilter) {
   EXPECT_EQ(std::string(text), std::string(255, 'x'));
 }
 
+TEST_F(HostTest, OtherFramesHaveTheBackgroundOfTheFrameBeingMade) {
+  ::test::ScratchFolder folder;
+  folder.write("a.zlo", "64 48 25 1 17");
+  Host& host = start({});
+  openProject(host, readFilmFile(folder / "a.zlo"));
+  for (Background background : {blackBackground, whiteBackground, blackBackground})
+    EXPECT_EQ(renderFrame(host, 4, background).rows[0].y, background);
+}
+
 // The editor makes half of (256 frame + what is below); Lift adds its track to the luma.
 TEST_F(HostTest, FiltersProcessInOrderWhenTheyAreOn) {
   ::test::ScratchFolder folder;
@@ -223,6 +233,28 @@ TEST_F(HostTest, TheSelectionIsExported) {
   EXPECT_TRUE(std::filesystem::exists(out / "a4.png"));
   EXPECT_EQ(f->exportEdit(host.editHandle(), (out / "b.raw").c_str(), 0, "Zenlay AVI / BMP export (RGBA)"), 0);
   EXPECT_EQ(host.takeMessages().size(), 1u);
+}
+
+TEST_F(HostTest, DataOfAbsentFiltersStaysInTheProject) {
+  ::test::ScratchFolder folder;
+  folder.write("a.zlo", "16 16 25 1 4");
+  Host& host = start();
+  openProject(host, readFilmFile(folder / "a.zlo"));
+  saveProject(host, folder / "a.cnp");
+  ProjectFile project;
+  ASSERT_EQ(readProject(folder / "a.cnp", &project), "");
+  project.filters.push_back({"Gone", std::string("kept\0as it is", 13)});
+  ASSERT_EQ(writeProject(folder / "a.cnp", project), "");
+  openProject(host, readFilmFile(folder / "a.cnp"));
+  EXPECT_EQ(host.takeMessages().size(), 1u);
+  saveProject(host, folder / "b.cnp");
+  std::string before, after;
+  EXPECT_TRUE(platform::readFile(folder / "a.cnp", before) && platform::readFile(folder / "b.cnp", after));
+  EXPECT_TRUE(before == after);
+  openProject(host, readFilmFile(folder / "a.zlo"));
+  saveProject(host, folder / "c.cnp");  // another film's
+  ASSERT_EQ(readProject(folder / "c.cnp", &project), "");
+  EXPECT_EQ(project.filters.size(), 1u);
 }
 
 TEST_F(HostTest, ProjectsSayWhatIsWrongWithThem) {

@@ -235,10 +235,13 @@ TEST_F(Film, WhatAnObjectFileHoldsInVainIsToldInOneLine) {
 TEST_F(Film, InfoShowsWhatTheEditorShows) {
   folder.write("film.zlo", header() + object(0, redSquare, "X=-10.0,8.5,1\r\nZoom%=50.25\r\nClearness=-0.5"));
   std::string text = run({"info", "film.zlo"}).output;
-  EXPECT_NE(text.find("            Size=16, rAspect=0.0, Line width=4000, color=ff0000\n"), text.npos) << text;
-  EXPECT_NE(text.find("            X=-10.0..8.5, Y=0.0, Z=0.0, Zoom%=50.25, Clearness=-0.5, Rotation=0.00\n"),
+  EXPECT_NE(text.find("            Size=16, rAspect=0.0, Line width=4000, type=2, color=ff0000\n"), text.npos) << text;
+  EXPECT_NE(text.find("            X=-10.0..8.5, Y=0.0, Z=0.0, Zoom%=50.25, Clearness=-0.5, Rotation=0.00, blend=0\n"),
             text.npos)
       << text;
+  folder.write("video.zlo", header() + object(0, "Video file\r\nLoop playback=1\r\nfile=a b.avi"));
+  text = run({"info", "video.zlo"}).output;
+  EXPECT_NE(text.find("vPlay=100.0, Loop playback=1, Import alpha channel=0, file=a b.avi\n"), text.npos) << text;
   Json track = Json::parse(run({"info", "film.zlo", "--json"}).output)["objects"][0]["slots"][1]["tracks"][3];
   EXPECT_EQ(track["start"], 5025);
 }

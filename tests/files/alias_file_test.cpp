@@ -8,6 +8,7 @@
 #include "tests/support/fake_host.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/test_effects.h"
+#include "zenlay/effects/registry.h"
 #include "zenlay/files/default_settings.h"
 #include "zenlay/model/checker.h"
 #include "zenlay/model/extra_data.h"
@@ -18,6 +19,7 @@
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
+#include "zenlay/render/pipeline.h"
 
 namespace zenlay::test {
 namespace {
@@ -222,6 +224,15 @@ TEST_F(Alias, DamagedFilesGiveTheStatedPart) {
   EXPECT_EQ(objects[place("[v]\nlength=4\n" + blur, -5, 5)].start, 0);
 }
 
+TEST_F(Alias, MoreSectionsThanThereIsRoomFor) {
+  std::string text;
+  for (int i = 0; i < maxObjects + 1000; i++) text += "[vo]\nlength=2\n[vo.0]\n_name=Video file\n";
+  int head = place(text);
+  EXPECT_EQ(objectCount, maxObjects);
+  EXPECT_EQ(chainRange(head).last, 2 * maxObjects - 1);
+  EXPECT_EQ(shownMessages(), std::vector<std::string>{"Unable to add more object"});
+}
+
 TEST_F(Alias, FailuresAreTold) {
   int object = createObject(0, 0, testVideo, -1);
   EXPECT_EQ(placeAlias((path + "x").c_str(), 0, 0), -1);
@@ -252,6 +263,27 @@ TEST_F(Alias, NothingIsHalfMadeWithoutMemory) {
     EXPECT_EQ(objectCount == before + 3, !refused) << growth;
     EXPECT_LT(growth, 10);
   }
+}
+
+TEST_F(Alias, EveryEffectThereIs) {
+  registerBuiltIns(&fakeHost.functions, &effectServices, nullptr);
+  for (int effect = 0; effect < registryCount; effect++) {
+    freeObjects();
+    int object = createObjectWithDefaults(0, 0, effect);
+    ASSERT_GE(object, 0);
+    ObjectRecord& o = objects[object];
+    for (int t = 0; t < o.trackCount; t++) o.startValues[t] = o.endValues[t] = 12345 + t;
+    const std::string whole = written(object);
+    int again = place(whole, 0, 1);
+    ASSERT_GE(again, 0) << effectList[effect]->name;
+    EXPECT_EQ(written(again), whole);
+    EXPECT_EQ(memcmp(objects[again].slots, o.slots, sizeof o.slots), 0) << effectList[effect]->name;
+    EXPECT_EQ(objects[again].flags, o.flags) << effectList[effect]->name;
+    EXPECT_EQ(memcmp(objects[again].startValues, o.startValues, sizeof o.startValues), 0);
+    EXPECT_EQ(o.extraDataSize, objects[again].extraDataSize);
+  }
+  freeObjects();
+  exitEffects();
 }
 
 TEST_F(Alias, EffectsAreAddedToAWholeChain) {

@@ -32,6 +32,11 @@ P noisy(int width, int height, int seed) {
 template <class P>
 void expectPlainBits(int width, int height, int rx, int ry, BoxEdge edge) {
   P from = noisy<P>(width, height, width + rx);
+  std::mt19937 random(height + ry);
+  for (size_t i = random() % 16; i < from.pixels.size(); i += 1 + random() % 32) {  // now and then any bits
+    const uint32_t bits[2] = {static_cast<uint32_t>(random()), static_cast<uint32_t>(random())};
+    memcpy(&from.pixels[i], bits, sizeof from.pixels[i]);
+  }
   int grow = edge == boxGrow ? 2 : 0;
   P fast(width + grow * rx, height + grow * ry), plain = fast;
   bool alpha = sizeof(from.pixels[0]) == sizeof(ObjectPixel);

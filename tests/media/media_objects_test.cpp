@@ -73,6 +73,36 @@ TEST_F(VideoFile, DeliversOpaqueRowsWhereTheyAreTaken) {
   EXPECT_EQ(data.rate, 30);
 }
 
+struct DividedRow {
+  int position, speed, loop, mode;
+  int64_t played;  // frames at that speed before the cut
+  int after;
+};
+
+TEST_F(VideoFile, ADividedObjectGoesOnWhereItWas) {
+  const DividedRow rows[] = {
+      {1, 1000, 0, 0, 25, 26},  {11, 1000, 0, 0, 25, 36},   {1, 1000, 0, 0, 250, 100}, {1, -1000, 0, 0, -25, 26},
+      {91, 1000, 1, 0, 25, 16}, {1, -1000, 1, 0, -130, 31}, {11, 1000, 0, 1, 25, 11},
+  };
+  fakeHost.clip.rate = 30;
+  fakeHost.clip.scale = 1;
+  auto& data = *reinterpret_cast<VideoData*>(stage.data);
+  data.frameCount = 100;
+  data.rate = 30;
+  data.scale = 1;
+  stage.effect.check_values = stage.checks.data();
+  for (const DividedRow& row : rows) {
+    stage.beginValues[playPosition] = stage.endValues[playPosition] = row.position;
+    stage.modes[playPosition] = row.mode;
+    stage.checks[playLoop] = row.loop;
+    headSpeed = row.speed;
+    integral = row.played * 100000;
+    stage.effect.window_proc(nullptr, messageEffectCommand, commandObjectEvent, objectDivided, nullptr, &stage.effect);
+    EXPECT_EQ(stage.beginValues[playPosition], row.after) << row.position << " after " << row.played;
+    EXPECT_EQ(stage.endValues[playPosition], row.after);
+  }
+}
+
 TEST_F(VideoFile, TheChainsFirstSpeedDecidesTheDirection) {
   headSpeed = -500;
   integral = -2 * 100000;

@@ -7,6 +7,7 @@
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/arrange.h"
 #include "zenlay/model/clipboard.h"
+#include "zenlay/model/groups.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/sections.h"
@@ -190,10 +191,20 @@ int copyAndPaste(int object) {
 
 int duplicate(int) { return objectCount <= crowded && duplicateObjects(anySelection(), pick(walkFrames)) >= 0; }
 
+int group(int) {
+  groupSelection(anySelection());
+  return 1;
+}
+int ungroup(int) {
+  ungroupSelection(anySelection());
+  return 1;
+}
+
 struct Operation {
   const char* name;
   int (*run)(int object);  // an object of the scene; 0 when it was refused
   int weight;
+  bool beginsStep = false;  // by itself
 };
 
 const Operation operations[] = {
@@ -222,6 +233,8 @@ const Operation operations[] = {
     {"emptyFrames", emptyFrames, 1},
     {"layerFlags", layerFlags, 2},
     {"layerName", layerName, 1},
+    {"group", group, 3, true},
+    {"ungroup", ungroup, 1, true},
     {"copyAndPaste", copyAndPaste, 2},
     {"duplicate", duplicate, 1},
 };
@@ -236,7 +249,8 @@ const Operation& anyOperation() {
 }
 
 int run(const Operation& operation) {
-  if (anyObject() < 0) return create();
+  if (sceneObjectCount == 0 && operation.beginsStep) beginUndoStep();
+  if (sceneObjectCount == 0) return create();
   return operation.run(anyObject());
 }
 
@@ -284,7 +298,7 @@ TEST_F(EditingWalk, EveryStepIsSoundAndUndone) {
   for (int step = 0; step < 16000; step++) {
     before.push_back(std::hash<std::string>{}(image()));
     const Operation& operation = anyOperation();
-    beginUndoStep();
+    if (!operation.beginsStep) beginUndoStep();
     done += run(operation);
     ASSERT_EQ(modelFault(), "") << "step " << step << ", " << operation.name;
     ASSERT_LE(undoSteps(), static_cast<int>(before.size()));
@@ -338,7 +352,7 @@ TEST_F(EditingWalk, RefusedMemoryLosesNothing) {
         random_.seed(seed);
         const std::string before = image();
         growthToRefuse = growth;
-        beginUndoStep();
+        if (!operation.beginsStep) beginUndoStep();
         int ok = run(operation);
         hit = refuseGrowth;
         refused += hit;

@@ -236,6 +236,23 @@ TEST_F(Sections, ForeignChainsAreSettled) {
   EXPECT_EQ(objects[b].startValues[1], objects[a].startValues[1]);
 }
 
+int dividedChain;
+
+TEST_F(Sections, EffectsHearOfADivisionWhileTheChainIsWhole) {
+  dividedChain = -1;
+  modelHooks.sendCommand = [](int object, int slot, int command, intptr_t event) {
+    if (command != commandObjectEvent || event != objectDivided || slot != 0) return;
+    dividedChain = headOf(object);
+    objects[object].startValues[0] = objects[object].endValues[0] = 77;
+  };
+  int head = createOver(0, 99, 0, testVideo), last = addSection(head, 80, sectionSplit);
+  int behind = splitObject(head, 50);
+  EXPECT_EQ(dividedChain, head);
+  EXPECT_EQ(objects[head].startValues[0], 1);
+  EXPECT_EQ(objects[behind].startValues[0], 77);
+  EXPECT_EQ(objects[last].endValues[0], 77) << "what the effect set holds for the whole new object";
+}
+
 struct MoveRow {
   int from, delta;
   bool can;

@@ -70,7 +70,8 @@ TEST_F(Controls, ReportWhatTheUserDoes) {
   user::click(button);
   user::dragTo(track, 30);
   user::scroll(vertical, scrollLineForward, 1);
-  user::choose(list, 1, true);
+  user::choose(list, 1);
+  user::doubleClick(list);
   user::choose(list, 2);
   user::type(edit, "new");
   EXPECT_EQ(log.lines, (Lines{"command 1 event 0 value 1", "command 1 event 0 value 0", "command 2 event 0 value 0",

@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "tests/render/test_film.h"
+#include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/effects/service_hooks.h"
 #include "zenlay/model/scenes.h"
@@ -125,6 +126,55 @@ TEST_F(Services, IntegrateTracksOverTheElapsedFrames) {
     renderSceneFrame(&f.info, layersPerScene, 0, row.subFrame, 0);
     EXPECT_EQ(integral, row.expected) << row.frame;
   }
+}
+
+double scriptedValue;
+double scripted(const ScriptTrack&) { return scriptedValue; }
+
+TEST_F(Services, IntegralsAreTheSumsOfAllFramesInAnyOrderAndAfterAnyChange) {
+  int head = addObject({.start = 3, .end = 902, .effects = {recorder}});
+  int second = addObject({.start = 903, .end = 1400, .effects = {recorder}, .chainHead = head});
+  const int track = objects[head].slots[0].firstTrack;
+  EffectDefinition* definition = nullptr;
+  int64_t integral = 0;
+  recorderAction = [&](EffectDefinition* d, EffectProcessInfo* info) {
+    definition = d;
+    integral = d->services->trackIntegral(d, info, 0);
+    return 1;
+  };
+  auto expectSum = [&](int frame, int subFrame) {
+    Frame f = blankFrame(frame);
+    renderSceneFrame(&f.info, layersPerScene, 0, subFrame, 0);
+    int64_t sum = 0;
+    for (int i = objects[head].start; i <= frame; i++) {
+      int section = i < 903 ? head : second;
+      int32_t value = objects[section].startValues[track];
+      evaluateTracks(&value, i, 0, section, 0, track, evaluateSingle ^ 0, definition);
+      sum += int64_t{value} * (i == frame ? subFrame : 100);
+    }
+    EXPECT_EQ(integral, sum) << frame << ' ' << subFrame << " mode " << objects[head].modes[track];
+  };
+  int32_t* const inputs[] = {&objects[head].startValues[track], &objects[second].endValues[track],
+                             &objects[head].endValues[track], &objects[head].params[track], &objects[head].start};
+  evaluateScriptTrack = scripted;
+  for (int mode : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 15, 0x60 | 1, 0x40 | 2, 0x20 | 8}) {
+    for (int section : {head, second}) {
+      objects[section].modes[track] = mode;
+      objects[section].params[track] = 7;
+    }
+    objects[head].startValues[track] = -500;
+    objects[head].endValues[track] = objects[second].startValues[track] = 9000;
+    objects[second].endValues[track] = 100;
+    for (int frame : {1200, 3, 700, 701, 702, 450, 1399, 1200, 1201}) expectSum(frame, frame % 100);
+    for (int32_t* input : inputs) {
+      *input += 2;
+      expectSum(1201, 0);
+    }
+    objects[head].start = 3;
+    scriptedValue += 10;
+    expectSum(1201, 50);
+  }
+  evaluateScriptTrack = nullptr;
 }
 
 TEST_F(Services, ChangeNamesAndLengths) {

@@ -91,7 +91,15 @@ enum EffectCommand : int32_t {
   commandPreviewFirst = 0x1E6E,
   commandPreviewLast = 0x1E74,
 };
-enum ObjectEvent : intptr_t { objectLoaded = 1, objectPasted = 2, objectDeleted = 3, objectSlotRemoved = 4 };
+/// objectDivided: the bound section and those behind it are about to become an object of their own. What counts from
+/// the chain's first frame can still be asked for; the section's values are kept for the new object.
+enum ObjectEvent : intptr_t {
+  objectLoaded = 1,
+  objectPasted = 2,
+  objectDeleted = 3,
+  objectSlotRemoved = 4,
+  objectDivided = 5,
+};
 
 /// Messages to `show_controls`, whose window is the settings window; the slot is bound. The effect makes custom controls
 /// once, as children of that window, and `hide_controls` hides them.

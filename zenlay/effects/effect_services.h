@@ -208,6 +208,10 @@ struct EffectServiceTable {
   /// same depth. Rows are `lineBytes` apart; with `alpha` set the picture holds ObjectPixels.
   const void* (*renderScene)(EffectProcessInfo*, int scene, int frame, int subFrame, int32_t* width, int32_t* height,
                              int32_t* lineBytes, bool* alpha);
+  /// Renders the layers below the object that is running at frame `frame` of its scene, as a picture of the size and
+  /// pixel format of the current frame; null when refused. Valid until the next call of this or of renderScene at the
+  /// same depth. Rows are `lineBytes` apart.
+  const void* (*renderLayersBelow)(EffectProcessInfo*, int frame, int32_t* lineBytes);
   const struct PreviousObject* (*previousObject)();
   int (*drawFigure)(EffectDefinition*, EffectProcessInfo*, const FigureRequest*);
   MediaHandle (*openMedia)(MediaReference*, uint32_t flags, HostFileInfo*);

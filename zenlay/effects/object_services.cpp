@@ -41,11 +41,6 @@ bool matches(const ObjectRecord* object, const EffectDefinition* d, const char* 
   return true;
 }
 
-bool isConstant(int32_t mode) {
-  int number = mode & modeNumber;
-  return number == modeNone || number == modeTeleport;
-}
-
 }  // namespace
 
 ObjectRecord* objectOf(ObjectRef ref) {
@@ -181,30 +176,6 @@ void recordUndoService(ObjectRef ref) {
 
 int isSelectedRef(ObjectRef ref) {
   return objectOf(ref) && currentObject >= 0 && headOf(objectOfRef(ref)) == headOf(currentObject);
-}
-
-int64_t trackIntegral(EffectDefinition* effect, EffectProcessInfo* info, int track) {
-  const ObjectRecord* bound = effect->bound_object;
-  if (!bound || track < 0 || track >= effect->track_count) return 0;
-  int slot = slotOfRef(effect->object_ref);
-  int64_t sum = 0;
-  for (int section = headOf(indexOf(bound)); section >= 0; section = nextSection(section)) {
-    const ObjectRecord& o = objects[section];
-    if (o.start > info->absoluteFrame) break;
-    int index = o.slots[slot].firstTrack + track;
-    int last = std::min(o.end, info->absoluteFrame);                // of the section's frames so far
-    int part = last == info->absoluteFrame ? info->subFrame : 100;  // hundredths of it that have passed
-    if (isConstant(o.modes[index])) {
-      sum += o.startValues[index] * (int64_t{last - o.start} * 100 + part);
-      continue;
-    }
-    for (int frame = o.start; frame <= last; frame++) {
-      int32_t value = o.startValues[index];
-      evaluateTracks(&value, frame, 0, section, info->index, o.slots[slot].firstTrack, evaluateSingle ^ track, effect);
-      sum += int64_t{value} * (frame == last ? part : 100);
-    }
-  }
-  return sum;
 }
 
 }  // namespace zenlay

@@ -24,6 +24,5 @@ int getTrackValues(ObjectRef, int frame, int subFrame, int32_t* values, intptr_t
 int changeObjectLength(ObjectRef, int length, uint32_t flags);
 void recordUndoService(ObjectRef);
 int isSelectedRef(ObjectRef);
-int64_t trackIntegral(EffectDefinition*, EffectProcessInfo*, int track);
 
 }  // namespace zenlay

@@ -3,6 +3,7 @@
 #include "zenlay/effects/drawing_services.h"
 #include "zenlay/effects/object_services.h"
 #include "zenlay/effects/service_hooks.h"
+#include "zenlay/effects/track_integral.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/render/flattening.h"
@@ -143,6 +144,7 @@ const EffectServiceTable effectServices = {
     .drawObject = drawObject,
     .placeObject = placeObject,
     .renderScene = renderScenePicture,
+    .renderLayersBelow = renderLayersBelow,
     .previousObject = previousObject,
     .drawFigure = Installed<&ServiceHooks::drawFigure>::call,
     .openMedia = Installed<&ServiceHooks::openMedia>::call,

@@ -80,12 +80,14 @@ int readHeader(AliasFile& alias) {
   return std::max(integerOf(section, "length"), 0);
 }
 
-/// Frames of the whole chain.
-int64_t chainLength(AliasFile alias) {
+/// Frames of the whole chain, whose first header comes next.
+int64_t chainLength(AliasFile& alias) {
   int64_t total = 0;
+  const size_t begin = alias.file.at;
   std::string section;
   for (int length; (length = readHeader(alias)) > 0; total += length)
     for (int i = 0; i < maxSlots && nextEffect(&alias.file, alias.prefix, i, section);) i++;
+  alias.file.at = begin;
   return total;
 }
 
@@ -98,9 +100,10 @@ int64_t findRoom(int64_t frame, int64_t length, int layer) {
   return -1;
 }
 
-int startSection(const AliasFile& alias, int head, int64_t start, int length, int layer, int effect) {
+/// The next section behind `before`, or the chain's head when that is -1.
+int startSection(const AliasFile& alias, int before, int64_t start, int length, int layer, int effect) {
   int first = static_cast<int>(start), last = static_cast<int>(start + length - 1);
-  if (head >= 0) return appendSection(head, first, last);
+  if (before >= 0) return appendSection(before, first, last);
   int object = createObject(first, layer, effect, -1);
   if (object < 0) return -1;
   objects[object].end = last;
@@ -110,26 +113,26 @@ int startSection(const AliasFile& alias, int head, int64_t start, int length, in
 
 /// The head of the chain, or -1.
 int placeChain(AliasFile& alias, int frame, int layer) {
-  int head = -1;
+  int last = -1;
   int64_t start = findRoom(frame, chainLength(alias), layer);
   if (start < 0) return -1;
   for (int length; (length = readHeader(alias)) > 0; start += length) {
-    EffectReading source{alias.prefix, alias.keys, head >= 0};
-    source.start = [&](const char*, int effect) {
-      return effect < 0 ? -1 : startSection(alias, head, start, length, layer, effect);
+    EffectReading reading{alias.prefix, alias.keys, last >= 0};
+    reading.start = [&](const char*, int effect) {
+      return effect < 0 ? -1 : startSection(alias, last, start, length, layer, effect);
     };
-    int section = readEffects(&alias.file, source);
+    int section = readEffects(&alias.file, reading);
     if (section < 0) break;
-    if (head < 0) head = section;
+    last = section;
   }
-  return head;
+  return last < 0 ? -1 : headOf(last);
 }
 
 /// An object of the alias's effects alone, or -1.
 int placeEffects(AliasFile& alias, int frame, int layer) {
-  EffectReading source{alias.prefix, alias.keys, false};
-  source.start = [&](const char*, int effect) { return createObject(frame, layer, effect, -1); };
-  return readEffects(&alias.file, source);
+  EffectReading reading{alias.prefix, alias.keys, false};
+  reading.start = [&](const char*, int effect) { return createObject(frame, layer, effect, -1); };
+  return readEffects(&alias.file, reading);
 }
 
 /// Whether the effect may stand in an object of that kind.

@@ -41,20 +41,6 @@ void appendLineText(std::string& out, const uint8_t* text, size_t size) {
     if (text[i] >= ' ') out.push_back(static_cast<char>(text[i]));
 }
 
-void appendHex(std::string& out, const uint8_t* bytes, size_t size) {
-  constexpr char digits[] = "0123456789abcdef";
-  for (size_t i = 0; i < size; i++) {
-    out.push_back(digits[bytes[i] >> 4]);
-    out.push_back(digits[bytes[i] & 15]);
-  }
-}
-
-int32_t integerField(const uint8_t* bytes, size_t size) {
-  uint32_t value = 0;
-  memcpy(&value, bytes, std::min(size, sizeof value));
-  return static_cast<int32_t>(value);
-}
-
 void readField(const ExdataField& field, uint8_t* bytes, const char* value) {
   if (field.type == exdataInteger) {
     int32_t number = readInteger(value);
@@ -121,14 +107,28 @@ void writeValues(std::string& out, const ObjectRecord& o, int slot) {
       out.append(d->check_names[c]).append("=").append(std::to_string(o.checks[checkOf(o, slot, c)])).append(lineEnd);
 }
 
+std::string hexText(const uint8_t* bytes, size_t size) {
+  constexpr char digits[] = "0123456789abcdef";
+  std::string hex;
+  for (size_t i = 0; i < size; i++) {
+    hex.push_back(digits[bytes[i] >> 4]);
+    hex.push_back(digits[bytes[i] & 15]);
+  }
+  return hex;
+}
+
+int32_t integerField(const uint8_t* bytes, size_t size) {
+  uint32_t value = 0;
+  memcpy(&value, bytes, std::min(size, sizeof value));
+  return static_cast<int32_t>(value);
+}
+
 void writeExtraData(std::string& out, int object, int slot) {
   const EffectDefinition* d = definitionOf(objects[object], slot);
   uint8_t* data = extraDataOf(object, slot);
   if (!data) return;
   if (!hasFields(d)) {
-    out.append("_exdata=");
-    appendHex(out, data, static_cast<size_t>(d->exdata_size));
-    out.append(lineEnd);
+    out.append("_exdata=").append(hexText(data, static_cast<size_t>(d->exdata_size))).append(lineEnd);
     return;
   }
   overFields(d, data, [&](const ExdataField& field, const uint8_t* bytes) {
@@ -136,7 +136,7 @@ void writeExtraData(std::string& out, int object, int slot) {
     out.append(field.name).append("=");
     if (field.type == exdataInteger) out.append(std::to_string(integerField(bytes, field.size)));
     if (field.type == exdataString) appendLineText(out, bytes, field.size);
-    if (field.type == exdataBytes) appendHex(out, bytes, field.size);
+    if (field.type == exdataBytes) out.append(hexText(bytes, field.size));
     out.append(lineEnd);
     return true;
   });

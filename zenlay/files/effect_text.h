@@ -15,6 +15,10 @@ void writeExtraData(std::string& out, int object, int slot);
 void readLine(int object, int slot, const char* key, const char* value);
 /// A static track's end follows its start.
 void settleStaticTracks(int object, int slot);
+/// Two lower-case digits a byte.
+std::string hexText(const uint8_t* bytes, size_t size);
+/// The value of an integer field: little-endian, at most 4 bytes.
+int32_t integerField(const uint8_t* bytes, size_t size);
 /// A stored track value as text.
 std::string scaledText(int32_t value, int32_t scale);
 

@@ -182,16 +182,16 @@ int startObject(Import& import, const FileObject& from, int effect) {
 /// for want of a first effect.
 int readObjectEffects(Import& import, const FileObject& from, int number, const char* misfit) {
   std::string name = std::to_string(number), reason = misfit ? misfit : "has no effect";
-  EffectReading source{name, from.keys, from.chain};
-  source.start = [&](const char* effectName, int effect) {
+  EffectReading reading{name, from.keys, from.chain};
+  reading.start = [&](const char* effectName, int effect) {
     if (misfit) return -1;
     reason = effect < 0 ? "is of an unknown effect " + quoted(effectName) : "finds no room";
     return effect < 0 ? -1 : startObject(import, from, effect);
   };
-  source.leftOut = [&](const char* effectName, const char* why) {
+  reading.leftOut = [&](const char* effectName, const char* why) {
     leaveOut(import.effects, quoted(effectName) + " of [" + name + "] " + why);
   };
-  int object = readEffects(&import.file, source);
+  int object = readEffects(&import.file, reading);
   if (object < 0) leaveOut(import.objects, "[" + name + "] " + reason);
   return object;
 }

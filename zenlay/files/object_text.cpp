@@ -13,20 +13,20 @@
 namespace zenlay {
 namespace {
 
-int slotFor(const EffectReading& source, int object, int number, int effect) {
+int slotFor(const EffectReading& reading, int object, int number, int effect) {
   if (number == 0) return slotHolding(object, effect);  // a companion may stand in front of it
-  if (!source.continuation) return addEffect(object, effect);
+  if (!reading.continuation) return addEffect(object, effect);
   bool same = number < usedSlots(object) && objects[object].slots[number].effect == effect;
   return same ? number : -1;
 }
 
 /// Puts the effect of a section into the object; why it has no place there, or null.
-const char* takeEffect(const EffectReading& source, const std::string& section, int object, int number, int effect) {
-  int slot = slotFor(source, object, number, effect);
-  if (slot < 0) return source.continuation ? "differs from its chain" : "finds no room";
-  if (!source.continuation) {
+const char* takeEffect(const EffectReading& reading, const std::string& section, int object, int number, int effect) {
+  int slot = slotFor(reading, object, number, effect);
+  if (slot < 0) return reading.continuation ? "differs from its chain" : "finds no room";
+  if (!reading.continuation) {
     setSlotDefaults(object, slot);
-    setCameraTarget(object, source.keys, effect);
+    setCameraTarget(object, reading.keys, effect);
   }
   applyEffect(section, object, slot);
   return nullptr;
@@ -137,17 +137,17 @@ void setCameraTarget(int object, const ObjectKeys& keys, int effect) {
     objects[object].flags &= ~objectCameraTarget;
 }
 
-int readEffects(SectionFile* file, const EffectReading& source) {
+int readEffects(SectionFile* file, const EffectReading& reading) {
   int object = -1;
   std::string section;
   for (int i = 0; i < maxSlots; i++) {
-    const char* name = nextEffect(file, source.prefix, i, section);
+    const char* name = nextEffect(file, reading.prefix, i, section);
     if (!name) break;
-    int effect = findEffect(name, source.keys.audio, source.keys.draws);
-    if (i == 0) object = source.start(name, effect);
+    int effect = findEffect(name, reading.keys.audio, reading.keys.draws);
+    if (i == 0) object = reading.start(name, effect);
     if (object < 0) continue;
-    const char* why = effect < 0 ? "is unknown" : takeEffect(source, section, object, i, effect);
-    if (why && source.leftOut) source.leftOut(name, why);
+    const char* why = effect < 0 ? "is unknown" : takeEffect(reading, section, object, i, effect);
+    if (why && reading.leftOut) reading.leftOut(name, why);
   }
   return object;
 }

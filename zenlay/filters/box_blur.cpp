@@ -117,14 +117,14 @@ struct Weigher {
   /// |2 c| x (8 a) >> 16 is |c| a >> 12; the alpha itself takes the factor 32768 in place of 8 a.
   V16 operator()(V16 p) const {
     const hn::RebindToUnsigned<D16> u16;
-    const V16 alpha =
-        hn::BitCast(d16, hn::TableLookupBytes(hn::BitCast(hn::Repartition<uint8_t, D16>(), p), alphaBytes));
-    const V16 clamped = hn::Max(hn::Min(alpha, hn::Set(d16, 4096)), hn::Zero(d16));
-    const V16 factor = hn::Or(hn::And(hn::ShiftLeft<3>(clamped), colourLanes), alphaFactor);
     const V16 value = hn::Max(p, lowest);
-    const V16 sign = hn::ShiftRight<15>(value);
-    const V16 size = hn::ShiftLeft<1>(hn::Sub(hn::Xor(value, sign), sign));
+    const V16 alpha =
+        hn::BitCast(d16, hn::TableLookupBytes(hn::BitCast(hn::Repartition<uint8_t, D16>(), value), alphaBytes));
+    const V16 eightfold = hn::ShiftLeft<3>(hn::Min(alpha, hn::Set(d16, 4096)));
+    const V16 factor = hn::Or(hn::And(eightfold, colourLanes), alphaFactor);
+    const V16 size = hn::ShiftLeft<1>(hn::Abs(value));
     const V16 product = hn::BitCast(d16, hn::MulHigh(hn::BitCast(u16, size), hn::BitCast(u16, factor)));
+    const V16 sign = hn::ShiftRight<15>(value);
     return hn::Sub(hn::Xor(product, sign), sign);
   }
 };
@@ -342,8 +342,9 @@ struct Strip {
   }
 
   void averageRow(int y) const {
-    BoxSum start{};
-    for (int x = 1; x < 2 * rx + 1; x++) addTo(&start, s.weights[x], 1);
+    BoxSum start{};  // a grown picture begins with padding alone
+    if (edge == boxKeep)
+      for (int x = 0; x < std::min(rx, from.width); x++) addTo(&start, weights[x], 1);
     ObjectPixel* out = alpha ? reinterpret_cast<ObjectPixel*>(rowOf(to, y)) : s.output.data();
     HWY_DYNAMIC_DISPATCH(rowAverages)
     (start, s.weights.data(), 2 * rx + 1, s.pixels.data() + 1 + rx, s.counts.data(), to.width, out);

@@ -60,6 +60,7 @@ enum PluginQuery : intptr_t {
   queryProject = 2,      // answer: JSON object of clip, scenes, layers and objects
   queryWriteBackup = 3,  // argument: path; writes a backup file there; answer: null or the reason of a failure
   queryLeftOut = 4,      // answer: null or a line on what the last object file read or written left out
+  queryTexts = 5,        // answer: JSON array of the texts in the objects' extra data, file names among them
 };
 struct QueryRequest {
   const char* argument;

@@ -10,10 +10,13 @@ inline bool isCommand(uint32_t message, intptr_t wparam, EffectCommand command) 
   return message == messageEffectCommand && (wparam & 0xFFFF) == command;
 }
 
+inline bool isObjectEvent(uint32_t message, intptr_t wparam, intptr_t lparam, ObjectEvent event) {
+  return isCommand(message, wparam, commandObjectEvent) && lparam == event;
+}
+
 /// The object was loaded, or its file is to be checked silently.
 inline bool asksForFileCheck(uint32_t message, intptr_t wparam, intptr_t lparam) {
-  return (isCommand(message, wparam, commandObjectEvent) && lparam == objectLoaded) ||
-         isCommand(message, wparam, commandCheckFile);
+  return isObjectEvent(message, wparam, lparam, objectLoaded) || isCommand(message, wparam, commandCheckFile);
 }
 
 /// Takes the chosen item of a drop-down list into the extra data after one undo step; 1 when the message was that.

@@ -24,6 +24,26 @@ bool beginsBackward(EffectDefinition* effect) {
   return effect->track_begin_values[playSpeed] < 0;
 }
 
+PlaybackTime timeOf(EffectDefinition* effect, EffectProcessInfo* info, const HostFileInfo& video, int32_t position,
+                    int32_t loop) {
+  PlaybackTime time{};
+  time.moving = effect->track_modes[playPosition] & movementMode;
+  time.loop = loop != 0;
+  time.position = position;
+  time.sectionStart = effect->track_begin_values[playPosition];
+  time.sectionEnd = effect->track_end_values[playPosition];
+  time.frameCount = video.frameCount;
+  if (!time.moving || time.loop) {
+    time.played = effect->services->trackIntegral(effect, info, playSpeed);
+    time.backward = beginsBackward(effect);
+    time.rate = info->rate;
+    time.scale = info->scale;
+    time.videoRate = video.rate;
+    time.videoScale = video.scale;
+  }
+  return time;
+}
+
 }  // namespace
 
 int64_t playedFrames(const PlaybackTime& time) {
@@ -53,22 +73,22 @@ int playbackFrame(const PlaybackTime& time) {
 }
 
 int playbackFrameOf(EffectDefinition* effect, EffectProcessInfo* info, const HostFileInfo& video) {
-  PlaybackTime time{};
-  time.moving = effect->track_modes[playPosition] & movementMode;
-  time.loop = effect->check[playLoop] != 0;
-  time.position = effect->track[playPosition];
-  time.sectionStart = effect->track_begin_values[playPosition];
-  time.sectionEnd = effect->track_end_values[playPosition];
-  time.frameCount = video.frameCount;
-  if (!time.moving || time.loop) {
-    time.played = effect->services->trackIntegral(effect, info, playSpeed);
-    time.backward = beginsBackward(effect);
-    time.rate = info->rate;
-    time.scale = info->scale;
-    time.videoRate = video.rate;
-    time.videoScale = video.scale;
-  }
-  return playbackFrame(time);
+  return playbackFrame(timeOf(effect, info, video, effect->track[playPosition], effect->check[playLoop]));
+}
+
+void continuePlayback(EffectDefinition* effect, EditHandle edit, const HostFileInfo& video) {
+  HostFileInfo clip{};
+  if (effect->track_modes[playPosition] & movementMode || video.rate <= 0 || video.frameCount <= 0) return;
+  if (!effect->host_functions->getFileInfo(edit, &clip)) return;
+  EffectProcessInfo info{};
+  info.absoluteFrame = effect->frame_begin;
+  info.rate = clip.rate;
+  info.scale = clip.scale;
+  int32_t& position = effect->track_begin_values[playPosition];
+  PlaybackTime time = timeOf(effect, &info, video, position, effect->check_values[playLoop]);
+  int frame = playbackFrame(time);
+  position = time.backward ? video.frameCount - frame : frame + 1;
+  effect->track_end_values[playPosition] = position;
 }
 
 }  // namespace zenlay

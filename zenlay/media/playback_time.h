@@ -31,6 +31,10 @@ int playbackFrame(const PlaybackTime&);
 /// 0.
 int playbackFrameOf(EffectDefinition*, EffectProcessInfo*, const HostFileInfo& video);
 
+/// For objectDivided: the still position of the bound section becomes the frame that it begins with, so that the new
+/// object goes on where the old one ended. A moving position was divided with the other tracks.
+void continuePlayback(EffectDefinition*, EditHandle, const HostFileInfo& video);
+
 /// The frame last shown by a "Video file" object, which synthesised videos can follow.
 extern int lastVideoFrame;
 

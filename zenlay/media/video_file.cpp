@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/effect_messages.h"
 #include "zenlay/media/playback_time.h"
 #include "zenlay/media/video_picture.h"
 
@@ -51,7 +52,17 @@ int processVideoFile(EffectDefinition* effect, EffectProcessInfo* info) {
   return 1;
 }
 
-int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
+int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle edit,
+                  EffectDefinition* effect) {
+  if (isObjectEvent(message, wparam, lparam, objectDivided)) {
+    const VideoData& data = extraData<VideoData>(effect);
+    HostFileInfo video{};
+    video.frameCount = data.frameCount;
+    video.rate = data.rate;
+    video.scale = data.scale;
+    continuePlayback(effect, edit, video);
+    return 1;
+  }
   return checkVideoFile(effect, message, wparam, lparam);
 }
 

@@ -254,7 +254,7 @@ void settleHeads(const std::vector<Entry>& entries) {
   bool released = false;
   for (int i = 0; i < objectClipboard.entries; i++) {
     int object = pastedAs(i);
-    if (object < 0 || headOf(object) != object || completeHead(object, entries[i], entries)) continue;
+    if (!inUse(object) || headOf(object) != object || completeHead(object, entries[i], entries)) continue;
     releaseChain(object);
     released = true;
   }

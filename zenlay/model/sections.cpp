@@ -105,6 +105,7 @@ int splitSection(int object, int frame, SectionMode how) {
   frame = std::clamp(frame, old.start, old.end);
   const int cut = std::max(frame, old.start + 1), end = old.end;
   int32_t atPoint[maxTracks];
+  // Computed values are those of the frame asked for, even when the cut comes one later.
   valuesAtPoint(object, preferences.divide_mode ? frame : cut, how, atPoint);
   recordUndo(object, undoSnapshot | undoChain);
   old.end = cut - 1;
@@ -176,7 +177,7 @@ int appendSection(int object, int start, int end) {
 }
 
 int removeSection(int object) {
-  int before = inUse(object) ? previousSection(object) : -1;
+  int before = onTimeline(object) ? previousSection(object) : -1;
   if (before < 0) return -1;
   recordUndo(before, undoSnapshot | undoChain);
   ObjectRecord& p = objects[before];
@@ -241,8 +242,10 @@ int splitObject(int object, int frame) {
     recordUndo(object, undoSnapshot | undoChain);
   else if ((object = addSection(object, frame, sectionSplit)) < 0)
     return -1;
+  notifyEffects(object, objectDivided);
   detachSections(object, false);
   if (preferences.divide_mode) divideWholeChainTracks(head, object, atPoint);
+  syncChain(object);
   return object;
 }
 

@@ -51,7 +51,8 @@ void settleChains();
 /// Cuts the object (its whole chain) in two independent objects at the frame: the first ends at frame - 1, the second,
 /// with its own copy of the extra data, keeps the group. Values at the cut are those of a new section, but a movement
 /// that goes by the whole chain with ignored midpoints or a fixed amount goes on where it was, as long as divide_mode
-/// is on. The second object, or -1 when the frame is not inside the chain or nothing more can be had.
+/// is on. The effects of the second hear objectDivided before it is cut off. The second object, or -1 when the frame is
+/// not inside the chain or nothing more can be had.
 int splitObject(int object, int frame);
 /// A step of the operations: makes the section and those behind it a chain of their own with the head's name, slot
 /// flags and extra data: a copy, for which there must be room (makeExtraDataRoom), or the head's own block when

@@ -11,8 +11,8 @@ int addEffect(int object, int effect);
 /// Removes the effect from every section of the chain, after telling it; records undo. The only effect of an object
 /// stays.
 void removeEffect(int object, int slot);
-/// Whether the effect may change places with the one `delta` slots on. A drawn or control object begins with slot 0 and
-/// a drawn object ends with its last slot, whatever lies between.
+/// Whether the effect may change places with the one `delta` slots on: slot 0 of a drawn or control object and the last
+/// slot of a drawn object stay where they are.
 bool canMoveSlot(int object, int from, int delta);
 /// Exchanges the two slots with their flags and values in every section of the chain; records undo. 0 when the effect
 /// may not move.

@@ -13,7 +13,6 @@
 #include "zenlay/render/draw.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/render/live_objects.h"
-#include "zenlay/render/nested_scene.h"
 #include "zenlay/render/object_render.h"
 #include "zenlay/render/preview_overlay.h"
 
@@ -135,40 +134,6 @@ int renderSceneFrame(FrameProcessInfo* frame, int layerLimit, int frameOffset, i
   frame->scratch = info->host.scratch;
   sceneDepth = depth - 1;
   return 1;
-}
-
-const void* renderScenePicture(EffectProcessInfo* outer, int scene, int frame, int subFrame, int32_t* width,
-                               int32_t* height, int32_t* lineBytes, bool* alpha) {
-  int depth = sceneDepth + 1;
-  if (scene < 1 || scene >= maxScenes || depth < 1 || depth >= maxSceneDepth || !preparePictures(depth)) return nullptr;
-  bool hasAlpha = scenes[scene].flags & sceneHasAlpha;
-  int pixelBytes = hasAlpha ? sizeof(ObjectPixel) : sizeof(FramePixel);
-  int line = environment.workStride * pixelBytes;
-  WorkImage* picture = renderLevels[depth].picture;
-  clearImage(&picture[0], line, pixelBytes);
-  if (picture[1].lineBytes != line) clearImage(&picture[1], line, pixelBytes);
-
-  FrameProcessInfo record = outer->host;
-  record.flags = hasAlpha ? processFlattening + 0u : 0u;
-  record.frame = reinterpret_cast<FramePixel*>(picture[0].pixels);
-  record.scratch = reinterpret_cast<FramePixel*>(picture[1].pixels);
-  ImageSize size = sceneSize(scene);
-  record.width = size.width;
-  record.height = size.height;
-  record.maxWidth = environment.workW;
-  record.maxHeight = environment.workH;
-  record.frameNumber = frame;
-  record.frameCount = sceneLength(scene);
-  record.pixelBytes = pixelBytes;
-  record.lineBytes = line;
-  int rendered = renderSceneFrame(&record, layersPerScene, 0, subFrame, scene);
-  resetProjection(outer->host.width, outer->host.height);
-  if (!rendered) return nullptr;
-  *width = record.width;
-  *height = record.height;
-  *lineBytes = line;
-  *alpha = hasAlpha;
-  return record.frame;
 }
 
 }  // namespace zenlay

@@ -3,10 +3,12 @@
 #define JSON_NOEXCEPTION 1
 #include <cstring>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <string>
 
 #include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
+#include "zenlay/files/effect_text.h"
 #include "zenlay/files/left_out.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/objects.h"
@@ -82,29 +84,11 @@ Json describeEffects(const char* name) {
   return effects;
 }
 
-std::string hexText(const uint8_t* bytes, int count) {
-  static constexpr char digits[] = "0123456789abcdef";
-  std::string hex;
-  for (int i = 0; i < count; i++) {
-    hex += digits[bytes[i] >> 4];
-    hex += digits[bytes[i] & 15];
-  }
-  return hex;
-}
-
-int64_t integerField(const uint8_t* bytes, int size) {
-  if (size == 1) return bytes[0];
-  if (size == 2) return static_cast<int16_t>(bytes[0] | bytes[1] << 8);
-  int32_t value;
-  memcpy(&value, bytes, sizeof value);
-  return value;
-}
-
 Json describeExtraData(const EffectDefinition* d, const uint8_t* data) {
   Json fields = Json::object();
   if (!data) return fields;
   if (!isBuiltIn(d) || !d->exdata_fields) {
-    fields["_exdata"] = hexText(data, extraDataBytes(d));
+    fields["_exdata"] = hexText(data, static_cast<size_t>(extraDataBytes(d)));
     return fields;
   }
   int at = 0;
@@ -119,6 +103,18 @@ Json describeExtraData(const EffectDefinition* d, const uint8_t* data) {
     if (field->type == exdataBytes) fields[field->name] = hexText(bytes, field->size);
   }
   return fields;
+}
+
+Json listTexts() {
+  std::set<std::string> texts;
+  for (int i = 0; i < objectCount; i++) {
+    int object = indexOf(layerOrder[i]);
+    for (int slot = 0; slot < usedSlots(object); slot++)
+      for (const Json& value :
+           describeExtraData(effectList[layerOrder[i]->slots[slot].effect], extraDataOf(object, slot)))
+        if (value.is_string()) texts.insert(value.get<std::string>());
+  }
+  return texts;
 }
 
 Json describeSlot(int object, int slot) {
@@ -216,6 +212,8 @@ int answerQuery(intptr_t query, QueryRequest* request) {
       return answerWith(describeEffects(request->argument));
     case queryProject:
       return answerWith(describeProject());
+    case queryTexts:
+      return answerWith(listTexts());
     case queryWriteBackup:
       request->answer = writeBackup(request->argument, true);
       return 1;

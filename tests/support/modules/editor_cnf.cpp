@@ -49,6 +49,10 @@ int process(HostFilterRecord*, FrameProcessInfo* info) {
   if (info->frameCount == 13 && info->frameNumber == 3) say("File not found");
   if (info->frameCount == 14 && info->frameNumber == 4) info->width = 100000;
   while (info->frameCount == 15 && info->frameNumber == 4) pause();
+  if (info->frameCount == 17) {  // what lies below another frame
+    info->frame[0] = editor.functions->getFrameBeforeFilter(&editor, info->edit, 3, 0)[0];
+    return 1;
+  }
   std::swap(info->frame, info->scratch);
   struct Work {
     FrameProcessInfo* info;
@@ -102,6 +106,8 @@ int answer(intptr_t query, QueryRequest* request) {
     result = "{\"log\": \"" + log + "\"}";
   } else if (query == queryEffects) {
     result = request->argument && strcmp(request->argument, "Bar") != 0 ? "[]" : "[{\"index\": 0, \"name\": \"Bar\"}]";
+  } else if (query == queryTexts) {
+    result = "[]";
   } else if (query == queryWriteBackup) {
     std::FILE* file = fopen(request->argument, "wb");
     if (file) fclose(file);

@@ -1,0 +1,143 @@
+// The backend's table, and what concerns the screen as a whole.
+#include <QApplication>
+#include <QCursor>
+#include <QScreen>
+
+#include "platform/qt/native.h"
+#include "platform/user_input.h"
+
+// The macro declares a function of the global namespace.
+static void loadDrawings() { Q_INIT_RESOURCE(icons); }
+
+namespace platform::qt {
+
+namespace {
+
+Point cursorPosition() { return fromQt(QCursor::pos()); }
+Window* windowAt(Point screen) { return windowOf(QApplication::widgetAt(toQt(screen))); }
+
+int screenPixel(Point at) {
+  QScreen* screen = QGuiApplication::screenAt(toQt(at));
+  if (!screen) return -1;
+  QPoint inside = toQt(at) - screen->geometry().topLeft();
+  QImage shot = screen->grabWindow(0, inside.x(), inside.y(), 1, 1).toImage();
+  return shot.isNull() ? -1 : static_cast<int>(shot.pixel(0, 0) & 0xFFFFFF);
+}
+
+Rect virtualScreen() {
+  QScreen* screen = QGuiApplication::primaryScreen();
+  return screen ? fromQt(screen->virtualGeometry()) : Rect{0, 0, 1920, 1080};
+}
+
+bool onAnyMonitor(Rect place) {
+  const QList<QScreen*> screens = QGuiApplication::screens();
+  return std::any_of(screens.begin(), screens.end(),
+                     [&](QScreen* s) { return s->availableGeometry().intersects(toQt(place)); });
+}
+
+void startTimer(Window* window, int id, int milliseconds) {
+  NativeWindow* native = window->native;
+  for (int running : native->timers.keys(id)) native->killTimer(running), native->timers.remove(running);
+  native->timers[native->startTimer(milliseconds)] = id;
+}
+
+void stopTimer(Window* window, int id) {
+  NativeWindow* native = window->native;
+  for (int running : native->timers.keys(id)) native->killTimer(running), native->timers.remove(running);
+}
+
+std::atomic<bool> waking;
+
+void wake() {
+  if (waking.exchange(true)) return;
+  QMetaObject::invokeMethod(
+      qApp,
+      [] {
+        waking = false;
+        runPostedMessages();
+      },
+      Qt::QueuedConnection);
+}
+
+void followFocus(QWidget*, QWidget* now) {
+  if (now) {
+    reportFocus(windowOf(now));
+  } else if (!QApplication::activeWindow()) {
+    reportFocus(nullptr);
+    user::releaseAll();
+  }
+}
+
+constexpr DesktopBackend table{
+    .messageBox = messageBox,
+    .createWindow = createWindow,
+    .createControl = createControl,
+    .destroyWindow = destroyWindow,
+    .show = show,
+    .enable = enable,
+    .setText = setText,
+    .setPlace = setPlace,
+    .setClientSize = setClientSize,
+    .refreshPlace = refreshPlace,
+    .invalidate = invalidate,
+    .focus = focus,
+    .capture = capture,
+    .setCursor = setCursor,
+    .startTimer = startTimer,
+    .stopTimer = stopTimer,
+    .setValue = setValue,
+    .setRange = setRange,
+    .setItems = setItems,
+    .setIcon = setIcon,
+    .setMuted = setMuted,
+    .setTip = setTip,
+    .selectText = selectText,
+    .setDropWidth = setDropWidth,
+    .showMenu = showMenu,
+    .runModal = runModal,
+    .endModal = endModal,
+    .dialogUnits = dialogUnits,
+    .cursorPosition = cursorPosition,
+    .windowAt = windowAt,
+    .screenPixel = screenPixel,
+    .virtualScreen = virtualScreen,
+    .onAnyMonitor = onAnyMonitor,
+    .windowCanvas = windowCanvas,
+    .canvasTouched = canvasTouched,
+    .renderText = renderText,
+    .textSize = textSize,
+    .renderIcon = renderIcon,
+    .wake = wake,
+};
+
+QMetaObject::Connection focusFollower;
+
+}  // namespace
+
+void startDesktop() {
+  loadDrawings();
+  forgetMasks();
+  startTheme();
+  startKeys();
+  focusFollower = QObject::connect(qApp, &QApplication::focusChanged, followFocus);
+  waking = false;
+  setDesktopBackend(&table);
+}
+
+void stopDesktop() {
+  setDesktopBackend(nullptr);
+  QObject::disconnect(focusFollower);
+  stopKeys();
+  stopTheme();
+  while (!natives().isEmpty()) {
+    NativeWindow* native = *natives().begin();
+    QWidget* widget = native->widget;
+    bool ours = !native->attached;
+    delete native;
+    if (ours) delete widget;
+  }
+  setFrameMaker({});
+  forgetMasks();
+}
+
+}  // namespace platform::qt
