@@ -31,6 +31,7 @@
 #include "zenlay/render/image_cache.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/render/work_memory.h"
+#include "zenlay/ui/settings_window.h"
 
 namespace zenlay {
 namespace {
@@ -57,9 +58,6 @@ int onPlayback(int32_t frame, int32_t flags) {
   timelineView.playbackFrame = environment.playing ? frame : -1;
   return 1;
 }
-
-/// Keys pressed in the object settings window reach it first; there is none without a desktop.
-int onKey(int, bool) { return 0; }
 
 void resetState(HostFilterRecord* filter, const HostSystemInfo& system) {
   WindowHandle window = filter->window;
@@ -157,7 +155,7 @@ int startUp(HostFilterRecord* filter) {
   linkHostFilters(system.filterCount);
   scanAliases();
   publishRenderService();
-  keyboardHook = platform::installKeyHook(onKey);
+  keyboardHook = platform::installKeyHook(settingsKey);
   return 1;
 }
 

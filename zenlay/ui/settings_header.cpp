@@ -55,7 +55,7 @@ void paintSections(Canvas* canvas) {
   Color line = systemColor(colorText);
   for (int section : sectionsOf(currentObject)) {
     bool last = nextSection(section) < 0;
-    int left = stripX(chain, objects[section].start), right = stripX(chain, objects[section].end) + !last;
+    int left = stripX(chain, objects[section].start), right = stripX(chain, objects[section].end + !last);
     fillRect(canvas, {left, top, right - left, sectionStrip.height},
              section == currentObject ? colors.bright : colors.dark);
   }
