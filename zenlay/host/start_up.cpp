@@ -31,7 +31,10 @@
 #include "zenlay/render/image_cache.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/render/work_memory.h"
+#include "zenlay/ui/drag.h"
+#include "zenlay/ui/selection.h"
 #include "zenlay/ui/settings_window.h"
+#include "zenlay/ui/timeline.h"
 
 namespace zenlay {
 namespace {
@@ -45,18 +48,18 @@ constexpr int cameraViewWidth = 640, cameraViewHeight = 480;
 constexpr int playbackLink = 900;  // code of the command that hands our callback to the playback window
 constexpr char playbackName[] = "Playback window";
 
-// Bits of the flag word of a playback notification.
-constexpr int playbackNoAids = 0x1, playbackStarts = 0x4, playbackEnds = 0x8;
-
 platform::Canvas* memoryCanvas;
 platform::HookHandle* keyboardHook;
 
 int onPlayback(int32_t frame, int32_t flags) {
-  if (flags & playbackNoAids) return 1;
-  if (flags & playbackStarts) environment.playing = true;
-  if (flags & playbackEnds) environment.playing = false;
-  timelineView.playbackFrame = environment.playing ? frame : -1;
+  playbackNotification(frame, static_cast<uint32_t>(flags));
   return 1;
+}
+
+void onObjectDeleted(int object) {
+  forgetDragged(object);
+  forgetSelected(object);
+  freeWorkMemoryOf(object);
 }
 
 void resetState(HostFilterRecord* filter, const HostSystemInfo& system) {
@@ -146,7 +149,7 @@ int startUp(HostFilterRecord* filter) {
   readModuleFiles(environment.modulePath);
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
-  modelHooks = {.objectDeleted = freeWorkMemoryOf,
+  modelHooks = {.objectDeleted = onObjectDeleted,
                 .sendCommand = sendEffectCommand,
                 .hideControls = hideEffectControls,
                 .trackValues = evaluateSlot};

@@ -3,6 +3,7 @@
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/objects.h"
+#include "zenlay/model/slots.h"
 #include "zenlay/render/pipeline.h"
 
 namespace zenlay {
@@ -47,6 +48,18 @@ int showEffectControls(int object, int slot, platform::Window* settings, uint32_
     height = bound->show_controls(settings, message, wparam, lparam, environment.edit, bound);
   });
   return height;
+}
+
+bool offerKey(int object, uint32_t message, int key) {
+  bool taken = false;
+  for (int slot = 0; slot < usedSlots(object) && !taken; slot++) {
+    const EffectDefinition* d = effectList[objects[object].slots[slot].effect];
+    if (!isBuiltIn(d) || !d->window_proc) continue;
+    callBound(object, slot, [&](EffectDefinition* bound) {
+      taken = bound->window_proc(environment.timelineWindow, message, key, 0, environment.edit, bound) == 1;
+    });
+  }
+  return taken;
 }
 
 void hideEffectControls(int object, int slot) {

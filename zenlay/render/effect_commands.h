@@ -17,6 +17,10 @@ int callEffect(int object, int slot, int command, intptr_t value);
 int showEffectControls(int object, int slot, platform::Window* settings, uint32_t message, intptr_t wparam,
                        intptr_t lparam);
 
+/// Offers a key message (`message` as the platform numbers it) to the object's built-in effects, bound likewise, until
+/// one of them takes it by answering 1.
+bool offerKey(int object, uint32_t message, int key);
+
 /// Calls the built-in effect's hide_controls, bound likewise. For ModelHooks::hideControls.
 void hideEffectControls(int object, int slot);
 
