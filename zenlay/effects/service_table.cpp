@@ -5,6 +5,7 @@
 #include "zenlay/effects/service_hooks.h"
 #include "zenlay/effects/track_integral.h"
 #include "zenlay/host/environment.h"
+#include "zenlay/model/scenes.h"
 #include "zenlay/render/flattening.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/render/image_cache.h"
@@ -149,6 +150,9 @@ const EffectServiceTable effectServices = {
     .openMedia = Installed<&ServiceHooks::openMedia>::call,
     .openMediaByPath = Installed<&ServiceHooks::openMediaByPath>::call,
     .releaseMedia = Installed<&ServiceHooks::releaseMedia>::call,
+    .pickColour = Installed<&ServiceHooks::pickColour>::call,
+    .chooseScene = Installed<&ServiceHooks::chooseScene>::call,
+    .sceneName = sceneName,
 };
 
 }  // namespace zenlay
