@@ -126,10 +126,10 @@ void CommandsStage::expectRefused(int id, intptr_t parameter) {
   EXPECT_EQ(timelineView.sceneLength, length) << id;
 }
 
-void CommandsStage::answerDialog(const char* text) {
+void CommandsStage::answerDialog(const std::string& text) {
   desktop->dialogs.push_back([this, text](platform::Window* dialog) {
     titles.push_back(platform::windowText(dialog));
-    platform::user::type(platform::controlOf(dialog, 171), text);
+    platform::user::type(platform::controlOf(dialog, 171), text.c_str());
     platform::user::click(platform::controlOf(dialog, 1));
   });
 }

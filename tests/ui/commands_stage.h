@@ -32,14 +32,8 @@
 namespace zenlay::test {
 
 // Registry indices that the tests use.
-enum : int {
-  fxGraphic = 4,
-  fxAudioFile = 2,
-  fxBlurEffect = 18,
-  fxGlowEffect = 28,
-  fxBlurObject = 20,
-  fxVolumeFade = 89
-};
+inline constexpr int fxAudioFile = 2, fxGraphic = 4, fxBlurEffect = 18, fxBlurObject = 20, fxGlowEffect = 28,
+                     fxVolumeFade = 89;
 
 struct Place {
   int start, end, layer;
@@ -68,7 +62,7 @@ class CommandsStage : public testing::Test {
   /// It answers 0 and leaves the model, the history and the scene's length alone.
   void expectRefused(int id, intptr_t parameter = 0);
   /// The next dialog is answered with this text in its only field.
-  void answerDialog(const char* text);
+  void answerDialog(const std::string& text);
   /// A copy of all records and names in use, to compare.
   static std::string modelText();
 
