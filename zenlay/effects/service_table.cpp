@@ -155,6 +155,9 @@ const EffectServiceTable effectServices = {
     .openMedia = Installed<&ServiceHooks::openMedia>::call,
     .openMediaByPath = Installed<&ServiceHooks::openMediaByPath>::call,
     .releaseMedia = Installed<&ServiceHooks::releaseMedia>::call,
+    .pickColour = Installed<&ServiceHooks::pickColour>::call,
+    .chooseScene = Installed<&ServiceHooks::chooseScene>::call,
+    .sceneName = sceneName,
 };
 
 }  // namespace zenlay
