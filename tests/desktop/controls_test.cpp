@@ -4,7 +4,6 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
-#include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -216,19 +215,18 @@ TEST_F(QtControls, HundredsAreLaidOutInTime) {
                                         controlEdit,     controlSpinButton, controlTrackBar};
   constexpr ControlKind checkKinds[] = {controlCheckBox, controlLabel, controlButton, controlComboBox};
   std::vector<Window*> controls;
-  QElapsedTimer timer;
-  timer.start();
+  double start = test::threadTime();
   for (int i = 0; i < 64 * 7; i++)
     controls.push_back(createControl(window, trackKinds[i % 7], i, {70 * (i % 7), 25 * (i / 7), 68, 20}, "",
                                      controlHidden | controlFlat | controlNumber));
   for (int i = 0; i < 48 * 4; i++)
     controls.push_back(
         createControl(window, checkKinds[i % 4], i, {120 * (i % 4), 21 * (i / 4), 110, 18}, "", controlHidden));
-  double made = timer.nsecsElapsed() / 1e6;
+  double made = test::threadTime() - start;
   test::settle();
   setClientSize(window, {500, 1700});
   test::settle();
-  timer.start();
+  start = test::threadTime();
   for (size_t i = 0; i < controls.size(); i++) {
     setWindowPlace(controls[i], {70 * static_cast<int>(i % 7), 18 * static_cast<int>(i / 7), 68, 18});
     setWindowText(controls[i], "12.5");
@@ -236,11 +234,11 @@ TEST_F(QtControls, HundredsAreLaidOutInTime) {
     setControlValue(controls[i], 50);
     showWindow(controls[i], true, false);
   }
-  double placed = timer.nsecsElapsed() / 1e6;
+  double placed = test::threadTime() - start;
   test::settle();
-  double shown = timer.nsecsElapsed() / 1e6;
+  double shown = test::threadTime() - start;
   std::printf("640 controls made in %.1f ms, laid out in %.1f ms, shown after %.1f ms\n", made, placed, shown);
-  EXPECT_LT(shown, 300);  // ms; several times the figure of an idle machine
+  EXPECT_LT(shown, 300);  // ms; over ten times the usual figure, for builds that check themselves
 }
 
 }  // namespace

@@ -112,7 +112,7 @@ TEST_F(QtDialogs, GrowWithTheFont) {
     EXPECT_EQ(qt::widgetOf(dialog)->size(), QSize(all.width, all.height));
     auto* ok = static_cast<QPushButton*>(qt::widgetOf(controlOf(dialog, dialogOk)));
     EXPECT_LT(ok->fontMetrics().height(), ok->height());
-    qt::widgetOf(dialog)->grab().save(BINARY_DIR "/out/screenshots/dialog.png");
+    test::savePicture(test::picture(dialog), "dialog");
     endDialog(dialog, 0);
   });
 }
@@ -147,7 +147,7 @@ TEST_F(QtDialogs, Boxes) {
       ASSERT_NE(box, nullptr);
       EXPECT_EQ(box->text(), "Overwrite <b>?");
       EXPECT_EQ(box->icon(), row.icon);
-      box->grab().save(QString(BINARY_DIR "/out/screenshots/box_%1.png").arg(row.style));
+      test::savePicture(box->grab().toImage(), "box_" + std::to_string(row.style));
       if (!row.button) return test::sendKey(box, QEvent::KeyPress, Qt::Key_Escape);
       if (!strcmp(row.button, "default")) return box->defaultButton()->click();
       for (QAbstractButton* button : box->buttons())
@@ -175,7 +175,7 @@ TEST_F(QtDialogs, Menus) {
     return showMenu(menu, owner, {100, 100});
   };
   EXPECT_EQ(choose([](QMenu* shown) {
-              EXPECT_TRUE(shown->grab().save(BINARY_DIR "/out/screenshots/menu.png"));
+              test::savePicture(shown->grab().toImage(), "menu");
               EXPECT_EQ(shown->actions().size(), 4);
               EXPECT_EQ(shown->actions()[0]->text(), "Cut && paste");
               EXPECT_TRUE(shown->actions()[1]->isSeparator());

@@ -38,8 +38,6 @@ void enterScene(int scene);
 /// The layer and mark height follow `small_layer`; the window is resized to show the same rows.
 void applyLayerHeight();
 
-/// While set, the editing aids on the image are not drawn.
-extern bool imageAidsHidden;
 /// Called by the host's playback window.
 void playbackNotification(int frame, uint32_t flags);
 

@@ -6,6 +6,7 @@
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/render/handles.h"
 #include "zenlay/ui/command_ids.h"
 #include "zenlay/ui/settings_window.h"
 #include "zenlay/ui/timeline.h"
@@ -13,8 +14,6 @@
 #include "zenlay/ui/timeline_redraw.h"
 
 namespace zenlay {
-
-bool imageAidsHidden;
 
 namespace {
 

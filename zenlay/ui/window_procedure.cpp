@@ -70,9 +70,9 @@ int hostMessage(uint32_t message, intptr_t first, intptr_t second, EditHandle ed
       followHost(edit);
       return 0;
     case messageCommand:
+      return runCommand(static_cast<int>(first), second);
     case messageHostCommand:
-      // Nothing is to change under what the mouse holds.
-      return movesObjects(timelineView.dragMode) ? 0 : runCommand(static_cast<int>(first), second);
+      return runHostCommand(static_cast<int>(first), second);
     case messageQuery:
       return answerQuery(first, reinterpret_cast<QueryRequest*>(second));
     default:
