@@ -38,7 +38,10 @@ struct Driver {
 intptr_t handle(Window* window, uint32_t message, intptr_t, intptr_t, void* user) {
   auto* driver = static_cast<Driver*>(user);
   driver->handled++;
-  if (message == messagePaint) fillRect(windowCanvas(window), {0, 0, 400, 300}, systemColor(colorFace));
+  if (message == messagePaint) {
+    fillRect(windowCanvas(window), {0, 0, 400, 300}, systemColor(colorFace));
+    return 0;
+  }
   if (driver->below(12) == 0) driver->react(window);
   return 0;
 }
