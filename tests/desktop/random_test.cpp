@@ -173,8 +173,8 @@ TEST(Random, EventsAndReactionsLeaveSoundWindows) {
     }
   }
   EXPECT_GT(driver.handled, 5000);
-  EXPECT_GT(driver.waited, 20);
-  EXPECT_GT(driver.opened, 50);
+  EXPECT_GT(driver.waited, 10);  // how many depends on the time events take
+  EXPECT_GT(driver.opened, 10);
   for (Window* window : driver.windows) destroyWindow(window);
   test::settle();
 }
