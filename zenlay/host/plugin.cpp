@@ -6,7 +6,9 @@
 #include "zenlay/host/preferences.h"
 #include "zenlay/host/project_block.h"
 #include "zenlay/model/order.h"
+#include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/render/audio_mix.h"
 #include "zenlay/render/convert.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/ui/backup.h"
@@ -39,7 +41,9 @@ int processFrame(HostFilterRecord*, FrameProcessInfo* info) {
 }
 
 int processAudio(HostFilterRecord*, FrameProcessInfo* info) {
-  if (objectCount != 0) environment.edit = info->edit;
+  if (objectCount == 0) return 1;
+  environment.edit = info->edit;
+  mixSceneSound(*info, currentScene);
   return 1;
 }
 

@@ -26,6 +26,7 @@
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/render/audio_mix.h"
 #include "zenlay/render/draw.h"
 #include "zenlay/render/effect_commands.h"
 #include "zenlay/render/image_cache.h"
@@ -178,6 +179,7 @@ int shutDown(HostFilterRecord*) {
   exitEffects();
   modelHooks = {};
   freeRenderBuffers();
+  freeSoundBuffers();
   freeWorkMemory();
   unloadImagePlugins();
   freeFigureList();
