@@ -79,7 +79,7 @@ double bestOf(Work work) {
 
 double mixingTime(const std::string& path) {
   cinora::Host host({.threads = 1});
-  cinora::openProject(host, path);
+  cinora::openProject(host, cinora::readFilmFile(path));
   return bestOf([&] {
     host.sound.forget();
     for (int frame = 0; frame < seconds * fps; frame++) host.sound.block(host, frame);

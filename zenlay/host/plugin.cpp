@@ -13,6 +13,7 @@
 #include "zenlay/render/pipeline.h"
 #include "zenlay/ui/backup.h"
 #include "zenlay/ui/settings_window.h"
+#include "zenlay/ui/timeline.h"
 #include "zenlay/ui/window_procedure.h"
 
 namespace zenlay {
@@ -68,6 +69,12 @@ int saveEnd(HostFilterRecord*, EditHandle) {
   return 1;
 }
 
+int loadAndShow(HostFilterRecord* filter, EditHandle edit, const void* data, int32_t size) {
+  int loaded = loadProject(filter, edit, data, size);
+  showModel();
+  return loaded;
+}
+
 }  // namespace
 
 constinit HostFilterRecord mainFilterRecord = {
@@ -80,7 +87,7 @@ constinit HostFilterRecord mainFilterRecord = {
     .information = "Zenlay(zenlay) version 0.92",
     .saveStart = saveStart,
     .saveEnd = saveEnd,
-    .projectLoad = loadProject,
+    .projectLoad = loadAndShow,
     .projectSave = saveProject,
 };
 

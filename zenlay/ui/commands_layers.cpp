@@ -1,6 +1,8 @@
 // Commands on the layer whose header was clicked.
 #include <string>
 
+#include "platform/text.h"
+#include "zenlay/host/environment.h"
 #include "zenlay/model/arrange.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/scenes.h"
@@ -36,16 +38,34 @@ int linkLayer() {
   });
 }
 
+/// As much of the text as a name may have.
+std::string asName(const std::string& text) {
+  size_t length = 0;
+  for (int bytes; length < text.size(); length += static_cast<size_t>(bytes)) {
+    bytes = platform::characterBytes(text.c_str() + length);
+    if (length + static_cast<size_t>(bytes) >= maxName) break;
+  }
+  return text.substr(0, length);
+}
+
+int setName(int layer, const std::string& name) {
+  if (name.empty()) {
+    layers[layer].name = nullptr;
+    return 1;
+  }
+  if (setLayerName(currentScene, layer, name.c_str())) return 1;
+  showMessage("Unable to add more name", boxWarning);
+  return 0;
+}
+
 int renameLayer() {
   const int layer = clicked(), scene = currentScene;
-  std::string name = layers[layer].name ? layers[layer].name : "";
-  if (!askLayerName(name) || scene != currentScene) return 0;
+  const std::string before = layers[layer].name ? layers[layer].name : "";
+  std::string name = before;
+  if (!askLayerName(name) || scene != currentScene || name == before) return 0;
   return inOneStep([&] {
     recordUndo(layer | undoLayerTarget, undoLayer);
-    if (!name.empty()) return setLayerName(currentScene, layer, name.c_str());
-    const bool named = layers[layer].name != nullptr;
-    layers[layer].name = nullptr;
-    return static_cast<int>(named);
+    return setName(layer, asName(name));
   });
 }
 

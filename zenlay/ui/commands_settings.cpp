@@ -9,7 +9,12 @@ int numberOf(const Call& call) { return static_cast<int>(call.parameter); }
 
 constexpr Row rows[] = {
     {commandApplySettings, [](const Call& call) { return applySettings(call.parameter); }, needsCurrent},
-    {commandReloadSettings, [](const Call&) { return reloadSettings(); }, needsCurrent | anyTime},
+    {commandReloadSettings,
+     [](const Call&) {
+       relayoutSettings();
+       return 0;
+     },
+     needsCurrent | anyTime},
     {commandPushButton, [](const Call& call) { return pushButton(numberOf(call)); }, needsCurrent},
     {commandSelectSection, [](const Call& call) { return selectSection(numberOf(call)); }, needsCurrent},
     {commandJumpToStart, [](const Call& call) { return jumpToStart(numberOf(call)); }, needsCurrent},

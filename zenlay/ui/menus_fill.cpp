@@ -107,8 +107,10 @@ void addEffects(Menu* const (&menus)[contextMenus]) {
   for (const EffectListRow& row : effectLists) {
     Menu* list = listOf(menus[row.menu], row.submenu);
     bool newObjects = row.submenu == textNewObject;
-    for (int effect = 0; effect < effectCount; effect++)
-      if (row.takes(effect)) (newObjects ? addNewObject : addEffect)(list, effect);
+    for (bool basic : {true, false})  // their submenu comes first
+      for (int effect = 0; effect < effectCount; effect++)
+        if (row.takes(effect) && has(effect, effectBasic) == basic)
+          (newObjects ? addNewObject : addEffect)(list, effect);
   }
 }
 
