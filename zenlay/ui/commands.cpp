@@ -46,7 +46,7 @@ bool met(uint8_t needs) {
 int show(int changed, uint8_t shows) {
   if (!changed) return 0;
   if (shows & showsTimeline) redrawTimeline();
-  if (shows & showsSettings && onTimeline(currentObject)) relayoutSettings();
+  if (shows & showsSettings) onTimeline(currentObject) ? relayoutSettings() : showObject(-1);
   return 1;
 }
 
