@@ -88,8 +88,18 @@ enum EffectCommand : int32_t {
   commandTakeFile = 0x1E1E,      // lparam: const char*, path of a file dropped onto the effect
   commandTakeColor = 0x1E1F,     // lparam: the colour picked from the screen for `pickColour`
   commandCustomControl = 0x1E20, // high word: number of the custom control; lparam: its notification
-  commandPreviewFirst = 0x1E6E,
-  commandPreviewLast = 0x1E74,
+  // What the user does on the image, to effects with effectPreview; 1 = taken, nothing else happens. High word: 1 + the
+  // place of the handle pressed among the frame's handles, 0 for none. lparam: the point in scene pixels, x in the low
+  // 32 bits and y in the high ones.
+  commandPreviewPress = 0x1E6E,
+  commandPreviewMove = 0x1E6F,  // while the button is down
+  commandPreviewRelease = 0x1E70,
+  commandPreviewKey = 0x1E71,  // lparam: the key
+  commandPreviewDoubleClick = 0x1E72,
+  commandPreviewRightPress = 0x1E73,
+  commandPreviewWheel = 0x1E74,  // lparam: notches, positive away from the user
+  commandPreviewFirst = commandPreviewPress,
+  commandPreviewLast = commandPreviewWheel,
 };
 /// objectDivided: the bound section and those behind it are about to become an object of their own. What counts from
 /// the chain's first frame can still be asked for; the section's values are kept for the new object.

@@ -6,6 +6,7 @@
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/render/handles.h"
 #include "zenlay/ui/command_ids.h"
 #include "zenlay/ui/settings_window.h"
 #include "zenlay/ui/timeline.h"
@@ -14,11 +15,14 @@
 
 namespace zenlay {
 
-bool imageAidsHidden;
-
 namespace {
 
-enum PlaybackFlag : uint32_t { playbackHideAids = 0x1, playbackFrameShown = 0x2, playbackStart = 0x4, playbackEnd = 0x8 };
+enum PlaybackFlag : uint32_t {
+  playbackHideAids = 0x1,
+  playbackFrameShown = 0x2,
+  playbackStart = 0x4,
+  playbackEnd = 0x8
+};
 
 void scrollAfter(int frame) {
   if (frame < timelineView.leftFrame)
@@ -30,9 +34,7 @@ void scrollAfter(int frame) {
 void trackSelectedObject() {
   if (!preferences.config_move || movesObjects(timelineView.dragMode) || !onTimeline(currentObject)) return;
   int object = objectAt(timelineView.cursorFrame, objects[currentObject].layer);
-  if (object < 0 || object == currentObject) return;
-  redrawChain(currentObject);
-  showObject(object);
+  if (object >= 0 && object != currentObject) makeCurrent(object);
 }
 
 void endPlayback() {
@@ -55,6 +57,12 @@ void showPlaybackFrame(int frame) {
 }
 
 }  // namespace
+
+void makeCurrent(int object) {
+  redrawChain(currentObject);
+  showObject(object);
+  redrawChain(object);
+}
 
 void setCursorFrame(int frame) {
   timelineView.cursorFrame = std::clamp(frame, 0, std::max(timelineView.sceneLength - 1, 0));
