@@ -34,7 +34,7 @@ void CommandsStage::SetUp() {
   environment.pluginDirectory = folder.path() + "/";
   scanAliases();
   platform::sendMessage(timeline, messageWindowSetUp, 0, 0);
-  modelHooks.objectChanged = settingsObjectChanged;
+  if (!modelHooks.objectChanged) modelHooks.objectChanged = settingsObjectChanged;
   environment.projectOpen = true;
   environment.clip = fakeHost.clip;
   timelineView.sceneLength = 300;

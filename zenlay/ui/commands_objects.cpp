@@ -139,7 +139,7 @@ int lengthOf(FrameRange range) { return range.last - range.first + 1; }
 
 int changeLengthOfSelected() {
   const std::vector<int> chains = heads();
-  int length = askLength("Change of length (overall)", lengthOf(chainRange(chains.front())));
+  int length = askLength("Change of length (overall)", lengthOf(chainRange(selection().front())));
   if (length < 1) return 0;
   return inOneStep([&] {
     int changed = 0, last = 0;
