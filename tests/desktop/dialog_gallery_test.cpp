@@ -1,4 +1,5 @@
-// Every dialog in both themes, as pictures to look at: out/screenshots/ in the build.
+// The dialogs on the desktop: every one in both themes as a picture to look at (out/screenshots/ in the build), and the
+// one that draws itself by mouse and keys.
 #define QT_NO_KEYWORDS  // `slots` is a field of the model's records
 #include <gtest/gtest.h>
 
@@ -83,14 +84,36 @@ void expectClearLayout(Window* dialog, const char* name) {
   }
 }
 
-TEST(DialogGallery, EveryDialogInBothThemes) {
+struct DialogGallery : testing::Test {
   const DesktopBackend& desktop = desktopBackend();
-  test::resetFakeHost();
-  setDesktopBackend(&desktop);
-  environment.timelineWindow =
-      createWindow(nullptr, nullptr, nullptr, {"Timeline", "Timeline", {100, 100, 600, 400}, windowVisible});
-  platform::test::showActive(environment.timelineWindow);
-  readModuleFiles("");
+
+  void SetUp() override {
+    test::resetFakeHost();
+    setDesktopBackend(&desktop);
+    environment.timelineWindow =
+        createWindow(nullptr, nullptr, nullptr, {"Timeline", "Timeline", {100, 100, 600, 400}, windowVisible});
+    platform::test::showActive(environment.timelineWindow);
+    readModuleFiles("");
+  }
+  void TearDown() override {
+    destroyWindow(environment.timelineWindow);
+    test::resetFakeHost();
+    setDesktopBackend(&desktop);
+    qt::setTheme(qt::themeDark);
+  }
+  /// Does this in the dialog that the next call opens, and cancels it unless the work closes it.
+  static void whileOpen(std::function<void(Window*)> work, bool closes = false) {
+    QTimer::singleShot(100, [work, closes] {
+      Window* dialog = topLevelWindows().back();
+      ASSERT_TRUE(windowStyle(dialog) & windowDialog);
+      EXPECT_EQ(activeWindow(), dialog);
+      work(dialog);
+      if (!closes) endDialog(dialog, dialogCancel);
+    });
+  }
+};
+
+TEST_F(DialogGallery, EveryDialogInBothThemes) {
   setSceneName(3, "Credits");
   scenes[0].width = 1920;
   scenes[0].height = 1080;
@@ -99,25 +122,65 @@ TEST(DialogGallery, EveryDialogInBothThemes) {
     qt::setTheme(theme);
     for (const Row& row : rows) {
       bool seen = false;
-      QTimer::singleShot(100, [&] {
-        Window* dialog = topLevelWindows().back();
-        seen = windowStyle(dialog) & windowDialog;
-        ASSERT_TRUE(seen) << row.name;
-        EXPECT_EQ(activeWindow(), dialog) << row.name;
+      whileOpen([&](Window* dialog) {
+        seen = true;
         expectClearLayout(dialog, row.name);
         QString file = QString(BINARY_DIR "/out/screenshots/dialog_%1_%2.png")
                            .arg(row.name, theme == qt::themeDark ? "dark" : "light");
         EXPECT_TRUE(platform::test::picture(dialog).save(file));
-        endDialog(dialog, dialogCancel);
       });
       row.open();
       EXPECT_TRUE(seen) << row.name;
     }
   }
-  qt::setTheme(qt::themeDark);
-  destroyWindow(environment.timelineWindow);
-  test::resetFakeHost();
-  setDesktopBackend(&desktop);
+}
+
+TEST_F(DialogGallery, OpenWhileAnotherProgramHasTheFocus) {
+  reportFocus(nullptr);
+  bool opened = false;
+  auto work = [&](Window* dialog) {
+    opened = true;
+    platform::test::typeText("x");
+    EXPECT_FALSE(windowEnabled(environment.timelineWindow));
+    EXPECT_EQ(windowText(controlOf(dialog, 171)), "x");
+    platform::test::typeKey(Qt::Key_Return);
+  };
+  whileOpen(work, true);
+  EXPECT_TRUE(askLayerName(text));
+  EXPECT_TRUE(opened);
+  EXPECT_EQ(text, "x");
+  EXPECT_TRUE(windowEnabled(environment.timelineWindow));
+}
+
+TEST_F(DialogGallery, ColorsByMouseAndKeys) {
+  auto channel = [](Window* dialog, int id) { return windowText(controlOf(dialog, id)); };
+  int color = 0x3C8CDC;
+  whileOpen([&](Window* dialog) {
+    Rect field = dialogPixels({69, 7, 104, 104});
+    platform::test::press(dialog, {field.x, field.y});
+    EXPECT_EQ(channel(dialog, 171) + channel(dialog, 172) + channel(dialog, 173), "22000");  // at value 220
+    platform::test::moveTo(dialog, {field.x + field.width / 3, -40}, Qt::LeftButton);
+    platform::test::release(dialog, {field.x + field.width / 3, -40});
+    EXPECT_EQ(channel(dialog, 172), "220");
+    QImage shown = platform::test::picture(dialog);
+    Rect preview = dialogPixels({199, 7, 64, 24});
+    EXPECT_EQ(shown.pixel(preview.x + 9, preview.y + 9), qRgb(std::stoi(channel(dialog, 171)), 220, 0));
+
+    focusWindow(controlOf(dialog, 171));
+    selectText(controlOf(dialog, 171), 0, -1);
+    platform::test::typeText("12");
+    EXPECT_EQ(channel(dialog, 171), "12");
+    platform::test::typeKey(Qt::Key_Tab);
+    EXPECT_EQ(focusedWindow(), controlOf(dialog, 172));
+    platform::test::click(controlOf(dialog, 121), {5, 5});
+    EXPECT_EQ(mouseCapture(), dialog);
+    platform::test::typeKey(Qt::Key_Escape);
+    EXPECT_EQ(mouseCapture(), nullptr);
+    EXPECT_EQ(windowText(dialog), "Select color");
+    platform::test::typeKey(Qt::Key_Return);
+    EXPECT_EQ(windowText(dialog), "Select color");
+  });
+  chooseColor(color);
 }
 
 }  // namespace
