@@ -79,12 +79,20 @@ with_cinora() {
   "$cinora" render "$work/film.zlo" -o "$work/cinora.mp4" --preset veryfast --quality 23 --threads 2 --quiet
 }
 
+# The share that nobody saves: both videos decoded, and the finished film (decoded once more) encoded.
+coding_alone() {
+  ffmpeg -v error -y -i "$work/cinora.mp4" -i "$work/hd.mp4" -i "$work/sd.mp4" \
+    -map 0:v "${out[@]}" "$work/coding.mp4" -map 1:v -f null - -map 2:v -f null -
+}
+
 ours=$(best with_cinora)
 theirs=$(best with_ffmpeg)
 row "film of three tracks / ffmpeg ($ours s, $theirs s)" "$(ratio "$ours" "$theirs")" 1.0 "<="
 if command -v melt >/dev/null; then
   melted=$(QT_QPA_PLATFORM=offscreen best with_melt)
   row "melt / film of three tracks ($melted s)" "$(ratio "$melted" "$ours")" 3.0 ">="
+  coding=$(best coding_alone)
+  printf '%-44s %8s\n' "melt / decoding and encoding alone ($coding s)" "$(ratio "$melted" "$coding")"
 fi
 peak=$(/usr/bin/time -f %M "$cinora" render "$work/film.zlo" -o "$work/cinora.mp4" --preset veryfast --quality 23 \
   --threads 2 --quiet 2>&1 | tail -1)

@@ -75,6 +75,9 @@ enum PluginCommand : int32_t {
   commandOpenBackup = 1067,      // new project from a backup file
 };
 
+/// A command (messageCommand) of the plug-in to the host's main window: plays the preview. second = first frame.
+inline constexpr int32_t hostPlayFromCursor = 901;
+
 // Bits of HostFilterRecord::flags with a meaning of the plug-in's own; the others are the host's.
 enum FilterFlag : uint32_t {
   filterHasExtraData = 0x00000400,

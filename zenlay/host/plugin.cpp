@@ -10,6 +10,7 @@
 #include "zenlay/render/convert.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/ui/backup.h"
+#include "zenlay/ui/timeline.h"
 #include "zenlay/ui/window_procedure.h"
 
 namespace zenlay {
@@ -61,6 +62,12 @@ int saveEnd(HostFilterRecord*, EditHandle) {
   return 1;
 }
 
+int loadAndShow(HostFilterRecord* filter, EditHandle edit, const void* data, int32_t size) {
+  int loaded = loadProject(filter, edit, data, size);
+  showModel();
+  return loaded;
+}
+
 }  // namespace
 
 constinit HostFilterRecord mainFilterRecord = {
@@ -73,7 +80,7 @@ constinit HostFilterRecord mainFilterRecord = {
     .information = "Zenlay(zenlay) version 0.92",
     .saveStart = saveStart,
     .saveEnd = saveEnd,
-    .projectLoad = loadProject,
+    .projectLoad = loadAndShow,
     .projectSave = saveProject,
 };
 

@@ -33,6 +33,7 @@
 #include "zenlay/render/work_memory.h"
 #include "zenlay/ui/drag.h"
 #include "zenlay/ui/selection.h"
+#include "zenlay/ui/settings_window.h"
 #include "zenlay/ui/timeline.h"
 
 namespace zenlay {
@@ -60,9 +61,6 @@ void onObjectDeleted(int object) {
   forgetSelected(object);
   freeWorkMemoryOf(object);
 }
-
-/// Keys pressed in the object settings window reach it first; there is none without a desktop.
-int onKey(int, bool) { return 0; }
 
 void resetState(HostFilterRecord* filter, const HostSystemInfo& system) {
   WindowHandle window = filter->window;
@@ -160,7 +158,7 @@ int startUp(HostFilterRecord* filter) {
   linkHostFilters(system.filterCount);
   scanAliases();
   publishRenderService();
-  keyboardHook = platform::installKeyHook(onKey);
+  keyboardHook = platform::installKeyHook(settingsKey);
   return 1;
 }
 

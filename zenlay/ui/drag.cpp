@@ -40,8 +40,8 @@ void scrollRowsTo(int y) {
 }
 
 void applyDrag(int frames, int layersDown, bool snaps, bool shift) {
-  bool changed = timelineView.dragMode == dragObjects ? moveSelection(frames, layersDown, snaps, shift)
-                                                      : moveEdges(frames, snaps);
+  bool changed =
+      timelineView.dragMode == dragObjects ? moveSelection(frames, layersDown, snaps, shift) : moveEdges(frames, snaps);
   if (changed && onTimeline(currentObject) && isSelected(currentObject)) refreshSettings();
 }
 

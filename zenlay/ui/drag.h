@@ -24,9 +24,9 @@ struct DragState {
   int pressFrame;
   int grabFrame;  // under the mouse; moves along with the object
   bool shiftAtPress, moved, alreadySelected;
-  bool changed;           // the model, and undo was recorded
-  int overflow;           // pixels that the mouse went beyond the rows, for scrolling them
-  int scene;              // that the objects are of
+  bool changed;  // the model, and undo was recorded
+  int overflow;  // pixels that the mouse went beyond the rows, for scrolling them
+  int scene;     // that the objects are of
   std::vector<EdgePair> edges;
 };
 extern DragState drag;

@@ -14,7 +14,9 @@
 namespace zenlay {
 namespace {
 
-int entryOf(int object) { return entriesMeeting(objects[object].start, objects[object].start, objects[object].layer).begin; }
+int entryOf(int object) {
+  return entriesMeeting(objects[object].start, objects[object].start, objects[object].layer).begin;
+}
 
 /// First frame that the layer leaves free before the object, and the last one behind it.
 int freeFrom(int object) {

@@ -25,7 +25,6 @@
 #include "zenlay/ui/dialogs.h"
 #include "zenlay/ui/drag.h"
 #include "zenlay/ui/new_project.h"
-#include "zenlay/ui/settings_window.h"
 #include "zenlay/ui/timeline.h"
 #include "zenlay/ui/timeline_input.h"
 #include "zenlay/ui/timeline_layout.h"
@@ -116,7 +115,7 @@ int createMediaObjects(const char* path, int frame, int layer, const std::vector
     return 0;
   }
   for (int object : created) extendScene(objects[object].end);
-  showObject(created.front());
+  makeCurrent(created.front());
   if (objects[created.front()].start > timelineView.rightFrame) setLeftFrame(objects[created.front()].start);
   redrawTimeline();
   return 1;
@@ -136,7 +135,7 @@ int placeAliasFile(const char* path, int frame, int layer) {
   int object = placeAlias(path, frame, layer);
   if (object < 0) return 0;
   extendScene(chainRange(object).last);
-  showObject(object);
+  makeCurrent(object);
   redrawTimeline();
   return 1;
 }

@@ -5,6 +5,7 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
+#include "zenlay/ui/timeline.h"
 
 namespace zenlay {
 namespace {
@@ -75,6 +76,7 @@ void forgetSelected(int object) {
 
 void dropUnselectable() {
   std::vector<int> kept;
+  redrawObjects(selected);
   for (int object : selected) {
     marks[object] = onTimeline(object) && !(layers[objects[object].layer].flags & layerLocked);
     if (marks[object]) kept.push_back(object);

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "platform/canvas.h"
+#include "platform/icons.h"
 #include "zenlay/ui/settings_state.h"
 
 namespace zenlay::settings {
@@ -75,14 +76,14 @@ Window* makeIcon(int id, Rect at, const char* icon, const char* tip) {
 }
 
 void createHeader() {
-  state.camera = makeIcon(idCameraTarget, {10, 7, 15, 15}, "camera_off", "Target of camera control");
-  state.clip = makeIcon(idClipAbove, {30, 7, 15, 15}, "clip_off", "Clip with the object above");
+  state.camera = makeIcon(idCameraTarget, {10, 7, 15, 15}, iconCameraOff, "Target of camera control");
+  state.clip = makeIcon(idClipAbove, {30, 7, 15, 15}, iconClipOff, "Clip with the object above");
   state.startLabel = make(controlLabel, 0, {44, 7, 64, 18}, controlHidden | controlRightAligned);
-  state.jumpStart = makeIcon(idJumpToStart, {115, 7, 18, 18}, "jump_start", "Move to the start");
-  state.jumpEnd = makeIcon(idJumpToEnd, {353, 7, 18, 18}, "jump_end", "Move to the end");
+  state.jumpStart = makeIcon(idJumpToStart, {115, 7, 18, 18}, iconJumpStart, "Move to the start");
+  state.jumpEnd = makeIcon(idJumpToEnd, {353, 7, 18, 18}, iconJumpEnd, "Move to the end");
   state.endLabel = make(controlLabel, 0, {378, 7, 64, 18});
-  state.source = makeIcon(idChangeSource, {443, 7, 15, 15}, "change_source", "Change I/O");
-  state.add = makeIcon(idAddEffect, {463, 7, 15, 15}, "add", "Add a filter effect");
+  state.source = makeIcon(idChangeSource, {443, 7, 15, 15}, iconChangeSource, "Change I/O");
+  state.add = makeIcon(idAddEffect, {463, 7, 15, 15}, iconAdd, "Add a filter effect");
 }
 
 void placeSide(TrackRowState& side, int y, Rect bar, Rect box, Rect spin) {

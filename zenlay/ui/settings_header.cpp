@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/canvas.h"
+#include "platform/icons.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/objects.h"
@@ -55,7 +56,7 @@ void paintSections(Canvas* canvas) {
   Color line = systemColor(colorText);
   for (int section : sectionsOf(currentObject)) {
     bool last = nextSection(section) < 0;
-    int left = stripX(chain, objects[section].start), right = stripX(chain, objects[section].end) + !last;
+    int left = stripX(chain, objects[section].start), right = stripX(chain, objects[section].end + !last);
     fillRect(canvas, {left, top, right - left, sectionStrip.height},
              section == currentObject ? colors.bright : colors.dark);
   }
@@ -108,8 +109,8 @@ void showHeader() {
   show(state.source, media);
   show(state.add, takesEffects(currentObject));
   for (Window* control : {state.startLabel, state.jumpStart, state.jumpEnd, state.endLabel}) show(control, true);
-  setControlIcon(state.camera, object.flags & objectCameraTarget ? "camera_on" : "camera_off");
-  setControlIcon(state.clip, object.flags & objectClipAbove ? "clip_on" : "clip_off");
+  setControlIcon(state.camera, object.flags & objectCameraTarget ? iconCameraOn : iconCameraOff);
+  setControlIcon(state.clip, object.flags & objectClipAbove ? iconClipOn : iconClipOff);
   setWindowText(state.startLabel, frameLabel(object.start).c_str());
   setWindowText(state.endLabel, frameLabel(object.end).c_str());
   setWindowText(state.window, objectDisplayName(currentObject));

@@ -15,6 +15,9 @@ namespace {
 
 using namespace platform;
 
+bool onList(Window* focus) { return controlKind(focus) == controlComboBox; }
+bool onText(Window* focus) { return controlKind(focus) == controlEdit; }
+
 bool isModifier(int key) { return key == platform::keyShift || key == platform::keyCtrl || key == platform::keyAlt; }
 
 int boxKey(Window* box, int key) {
@@ -47,26 +50,31 @@ void tellHost(int key, bool down) {
   postMessage(environment.hostMainWindow, message, key, 0);
 }
 
-int plainKey(Window* focus, int key, bool down) {
-  bool list = controlId(focus) != 0 && controlKind(focus) == controlComboBox;
-  if (isModifier(key)) {
-    if (key == platform::keyCtrl && !down && list && !selection().empty())
-      sendMessage(environment.timelineWindow, messageKeyUp, platform::keyCtrl, 0);
-    return 0;
-  }
-  if (list && isListKey(key)) return 0;
-  bool ours = key == keyTab || key == keyLeft || key == keyRight || (key == 'Z' && keyIsDown(platform::keyCtrl));
-  if (!ours)
-    tellHost(key, down);
-  else if (!down)
-    return 1;
-  else if (key == 'Z')
+/// A key with the focus outside text boxes; 1 = taken.
+int plainKey(int key) {
+  if (key == keyTab) return boxKey(nullptr, key);
+  if (key == 'Z' && keyIsDown(platform::keyCtrl))
     postMessage(environment.timelineWindow, platform::messageCommand, commandUndo, 0);
-  else if (key == keyTab)
-    return boxKey(nullptr, key);
+  else if (key != keyLeft && key != keyRight)
+    return 0;
   else if (hasObject())
     stepCursor(key);
   return 1;
+}
+
+void releaseCtrl(Window* focus) {
+  if (onList(focus) && !selection().empty())
+    sendMessage(environment.timelineWindow, messageKeyUp, platform::keyCtrl, 0);
+}
+
+/// Where the press of a key went; its release goes there too.
+enum KeyTarget : uint8_t { keyElsewhere, keyHere, keyToHost };
+KeyTarget pressed[256];
+
+KeyTarget press(Window* focus, int key) {
+  if (onText(focus)) return isValueBox(focus) && boxKey(focus, key) ? keyHere : keyElsewhere;
+  if (onList(focus) && isListKey(key)) return keyElsewhere;
+  return plainKey(key) ? keyHere : keyToHost;
 }
 
 }  // namespace
@@ -76,12 +84,16 @@ using namespace settings;
 
 int settingsKey(int key, bool down) {
   platform::Window* focus = platform::focusedWindow();
-  if (!state.window || platform::topLevelWindow(focus) != state.window) return 0;
+  if (key < 0 || key > 255) return 0;
   if (down && dragKey(key)) return 1;
-  bool text = platform::windowOwner(focus) && platform::controlId(focus) != 0 &&
-              platform::controlKind(focus) == platform::controlEdit;
-  if (text) return down && isValueBox(focus) ? boxKey(focus, key) : 0;
-  return plainKey(focus, key, down);
+  if (!state.window || platform::topLevelWindow(focus) != state.window) return 0;
+  if (isModifier(key)) {
+    if (key == platform::keyCtrl && !down) releaseCtrl(focus);
+    return 0;
+  }
+  if (down) pressed[key] = press(focus, key);
+  if (pressed[key] == keyToHost) tellHost(key, down);
+  return pressed[key] != keyElsewhere;
 }
 
 }  // namespace zenlay

@@ -1,7 +1,7 @@
 // What the window shows: the layout of an object's effects, the values read from the model.
 #include <algorithm>
-#include <cstring>
 
+#include "platform/icons.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
@@ -59,6 +59,7 @@ int layTracks(int slot, const EffectDefinition* d, int y, bool folded) {
     setLimits(row.start, d, t);
     setLimits(row.end, d, t);
     setWindowText(row.name, d->track_names[t]);
+    setControlTip(row.name, d->track_names[t]);  // the button may be too narrow
     showTrackRow(row, folded ? 0 : y);
     if (!folded) y += trackHeight;
   }
@@ -125,15 +126,13 @@ void hideRest() {
   }
 }
 
-int sideIcon(uint8_t flags, SlotFlag flag) { return (flags & flag) != 0; }
-
 void readSlotFlags() {
   for (int slot = 0; slot < state.usedSlots; slot++) {
     SlotLine& row = state.slots[slot];
     row.flags = slotFlagsOf(currentObject, slot);
-    setControlValue(row.enable, sideIcon(row.flags, slotEnabled));
-    setControlIcon(row.fold, row.flags & slotFolded ? "fold_closed" : "fold_open");
-    setControlIcon(row.handles, row.flags & slotHandles ? "handles_set" : "handles_clear");
+    setControlValue(row.enable, (row.flags & slotEnabled) != 0);
+    setControlIcon(row.fold, row.flags & slotFolded ? iconFoldClosed : iconFoldOpen);
+    setControlIcon(row.handles, row.flags & slotHandles ? iconHandlesSet : iconHandlesClear);
   }
 }
 

@@ -15,6 +15,8 @@ void redrawObjects(std::span<const int> objects);
 void redrawChain(int object);
 void redrawRuler();
 
+/// Shows the object in the settings window, and which one that is on the timeline.
+void makeCurrent(int object);
 /// Clamped to the scene; moves the cursor line, updates the title, follows with the current object and the view as the
 /// preferences ask. Does not tell the host.
 void setCursorFrame(int frame);
@@ -29,6 +31,8 @@ void updateScrollBars();
 void updateTitle();
 /// Lets the current scene, and the host's clip with it, reach as far as this frame; never shortens it.
 void extendScene(int lastFrame);
+/// Everything anew after the model was replaced or another scene was entered.
+void showModel();
 /// Ends what the mouse is doing, enters another scene and shows it.
 void enterScene(int scene);
 /// The layer and mark height follow `small_layer`; the window is resized to show the same rows.

@@ -34,9 +34,7 @@ void scrollAfter(int frame) {
 void trackSelectedObject() {
   if (!preferences.config_move || movesObjects(timelineView.dragMode) || !onTimeline(currentObject)) return;
   int object = objectAt(timelineView.cursorFrame, objects[currentObject].layer);
-  if (object < 0 || object == currentObject) return;
-  redrawChain(currentObject);
-  showObject(object);
+  if (object >= 0 && object != currentObject) makeCurrent(object);
 }
 
 void endPlayback() {
@@ -59,6 +57,12 @@ void showPlaybackFrame(int frame) {
 }
 
 }  // namespace
+
+void makeCurrent(int object) {
+  redrawChain(currentObject);
+  showObject(object);
+  redrawChain(object);
+}
 
 void setCursorFrame(int frame) {
   timelineView.cursorFrame = std::clamp(frame, 0, std::max(timelineView.sceneLength - 1, 0));

@@ -9,7 +9,7 @@ namespace zenlay {
 int timelinePressed(platform::Point, intptr_t state);
 int timelineMoved(platform::Point, intptr_t state);
 int timelineReleased(platform::Point, intptr_t state);
-int timelineDoubleClicked(platform::Point);
+int timelineDoubleClicked(platform::Point, intptr_t state);
 int timelineWheel(int notches, intptr_t state);
 /// The context menus.
 int timelineRightPressed(platform::Point, intptr_t state);

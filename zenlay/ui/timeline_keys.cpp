@@ -5,6 +5,7 @@
 #include "zenlay/model/clipboard.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/model/undo.h"
 #include "zenlay/render/effect_commands.h"
 #include "zenlay/ui/commands.h"
 #include "zenlay/ui/drag.h"
@@ -29,7 +30,7 @@ constexpr KeyCommand keyCommands[] = {
     {'C', true, commandCopy, hasTarget},
     {'V', true, commandPaste, [] { return clipboardEntries() > 0; }},
     {platform::keyDelete, false, commandDelete, hasTarget},
-    {'Z', true, commandUndo, [] { return true; }},
+    {'Z', true, commandUndo, [] { return undoSteps() > 0; }},
 };
 
 /// What a held key repeats faster than it can be done is dropped.

@@ -29,10 +29,14 @@ struct LayerItem {
   bool inverted;
 };
 constexpr LayerItem layerItems[] = {
-    {commandLockLayer, layerLocked, false},        {commandToggleLayer, layerHidden, true},
-    {commandRenameLayer, 0, false},                {commandShowOtherLayers, 0, false},
-    {commandInsertLayer, 0, false},                {commandDeleteLayer, 0, false},
-    {commandLinkCoordinates, layerCoordinateLink, false}, {commandClipLayer, layerClipAbove, false},
+    {commandLockLayer, layerLocked, false},
+    {commandToggleLayer, layerHidden, true},
+    {commandRenameLayer, 0, false},
+    {commandShowOtherLayers, 0, false},
+    {commandInsertLayer, 0, false},
+    {commandDeleteLayer, 0, false},
+    {commandLinkCoordinates, layerCoordinateLink, false},
+    {commandClipLayer, layerClipAbove, false},
 };
 
 int showAndRun(ContextMenu menu, Point at) {

@@ -10,7 +10,6 @@
 #include "zenlay/ui/dialogs.h"
 #include "zenlay/ui/drag.h"
 #include "zenlay/ui/selection.h"
-#include "zenlay/ui/settings_window.h"
 #include "zenlay/ui/timeline.h"
 #include "zenlay/ui/timeline_input.h"
 #include "zenlay/ui/timeline_layout.h"
@@ -137,10 +136,7 @@ DragMode modeOfPress(int object, int x, intptr_t state) {
 
 int pressObject(int object, Point at, intptr_t state) {
   dropUnselectable();
-  if (selection().empty() && currentObject >= 0 && object != currentObject) {
-    redrawChain(currentObject);
-    showObject(object);
-  }
+  if (selection().empty() && currentObject >= 0 && object != currentObject) makeCurrent(object);
   bool alreadySelected = isSelected(object);
   addToSelection(object);
   if (layers[objects[object].layer].flags & layerLocked) return 0;
@@ -169,8 +165,8 @@ int pressObject(int object, Point at, intptr_t state) {
 
 void extendRubberBand(Point at) {
   showRubberBand(drag.press, at);
-  auto [firstFrame, lastFrame] = std::minmax(frameAtX(drag.press.x), frameAtX(at.x));
-  auto [firstLayer, lastLayer] = std::minmax(layerAtY(drag.press.y), layerAtY(at.y));
+  auto [firstFrame, lastFrame] = std::minmax({frameAtX(drag.press.x), frameAtX(at.x)});
+  auto [firstLayer, lastLayer] = std::minmax({layerAtY(drag.press.y), layerAtY(at.y)});
   for (int layer = firstLayer; layer <= lastLayer; layer++) {
     EntryRange there = entriesMeeting(firstFrame, lastFrame, layer);
     for (int i = there.begin; i < there.end; i++) selectChain(indexOf(layerOrder[i]));
@@ -243,18 +239,10 @@ int timelineReleased(Point, intptr_t state) {
   return redraw;
 }
 
-int timelineDoubleClicked(Point at) {
-  if (timelineView.sceneLength < 1) return 0;
-  if (at.x < headerWidth) {
-    if (at.y < rowsTop || at.y >= rowsBottom()) return 0;
-    toggleHidden(layerAtY(at.y));
-    return 1;
-  }
-  int object = objectHolding(at);
-  if (object < 0) return 0;
-  if (onTimeline(currentObject)) redrawChain(currentObject);
-  showObject(object);
-  redrawChain(object);
+int timelineDoubleClicked(Point at, intptr_t state) {
+  int object = timelineView.sceneLength < 1 ? -1 : objectHolding(at);
+  if (object < 0) return timelinePressed(at, state);
+  makeCurrent(object);
   return 1;
 }
 

@@ -20,7 +20,7 @@ using platform::Rect;
 
 namespace {
 
-constexpr int edgeGlow = 20;   // columns over which a dragged edge shines
+constexpr int edgeGlow = 20;  // columns over which a dragged edge shines
 constexpr int textInset = 5;
 constexpr int clipStrip = 3;  // height
 
@@ -69,8 +69,7 @@ void frameCurrent(Canvas* canvas, const Bar& bar) {
   int right = r.x + r.width - 1, bottom = r.y + r.height - 1;
   for (int y : {r.y, bottom})
     platform::drawLine(canvas, {r.x, y}, {right + 1, y}, colorDottedFrame, platform::lineDotted);
-  if (r.x == bar.whole.x)
-    platform::drawLine(canvas, {r.x, r.y}, {r.x, bottom}, colorDottedFrame, platform::lineDotted);
+  if (r.x == bar.whole.x) platform::drawLine(canvas, {r.x, r.y}, {r.x, bottom}, colorDottedFrame, platform::lineDotted);
   if (right == bar.whole.x + bar.whole.width - 1)
     platform::drawLine(canvas, {right, r.y}, {right, bottom}, colorDottedFrame, platform::lineDotted);
 }
@@ -114,8 +113,8 @@ void paintObject(const Painting& painting, int object) {
   if (object == currentObject) frameCurrent(painting.canvas, bar);
   paintName(painting, bar);
   if (!bar.hasPrevious && !bar.hasNext) return;
-  platform::setClip(painting.canvas, {headerWidth, rowTop(o.layer), timelineView.clientWidth - headerWidth,
-                                      timelineView.layerHeight});
+  platform::setClip(painting.canvas,
+                    {headerWidth, rowTop(o.layer), timelineView.clientWidth - headerWidth, timelineView.layerHeight});
   paintSectionMarks(painting.canvas, bar, color);
 }
 

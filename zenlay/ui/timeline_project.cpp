@@ -103,16 +103,20 @@ void followHost(EditHandle edit) {
   if (backupIsDue()) writeAutomaticBackup(false);
 }
 
-void enterScene(int scene) {
-  abandonDrag();
-  clearSelection();
-  setPlaybackFrame(-1);
-  switchScene(scene, environment.mainFilter, environment.edit);
+void showModel() {
   updateScrollBars();
   setTopLayer(timelineView.topLayer);
   setLeftFrame(timelineView.leftFrame);
   updateTitle();
   redrawTimeline();
+}
+
+void enterScene(int scene) {
+  abandonDrag();
+  clearSelection();
+  setPlaybackFrame(-1);
+  switchScene(scene, environment.mainFilter, environment.edit);
+  showModel();
 }
 
 }  // namespace zenlay

@@ -22,6 +22,8 @@ using platform::Color;
 
 namespace {
 
+constexpr char invitation[] = "Right-click for a new project, or drop a file here";
+
 /// A vertical line over ruler and rows, with ticks below the ruler over the rest of its frame.
 struct FrameLine {
   int x, behind;
@@ -73,12 +75,14 @@ void followScene() {
   updateTitle();
 }
 
-void paintBorders(const Painting& painting) {
-  int width = timelineView.clientWidth, bottom = rowsBottom();
-  platform::fillRect(painting.canvas, {0, bottom, width + barSide, timelineView.clientHeight - bottom},
-                     painting.colors.visible);
-  platform::fillRect(painting.canvas, {width - 1, rowsTop, 1, bottom - rowsTop},
-                     platform::systemColor(platform::colorDarkEdge));
+/// Where nothing is open yet: how to begin.
+void paintInvitation(Canvas* canvas) {
+  if (timelineView.sceneLength > 0) return;
+  platform::Size size = platform::textSize(invitation);
+  platform::Rect area{headerWidth, rowsTop, timelineView.clientWidth - headerWidth, rowsBottom() - rowsTop};
+  platform::Point at{area.x + (area.width - size.width) / 2, area.y + (area.height - size.height) / 2};
+  platform::clearClip(canvas);
+  platform::drawText(canvas, at, area, invitation, platform::systemColor(platform::colorGreyText));
 }
 
 void paintAll(Canvas* canvas) {
@@ -88,9 +92,11 @@ void paintAll(Canvas* canvas) {
   int last = std::min(timelineView.topLayer + timelineView.visibleRows, layersPerScene);
   for (int layer = timelineView.topLayer; layer < last; layer++) paintRow(painting, layer);
   platform::clearClip(canvas);
-  paintBorders(painting);
+  platform::fillRect(canvas, {0, rowsBottom(), timelineView.clientWidth, timelineView.clientHeight - rowsBottom()},
+                     painting.colors.visible);
   paintRuler(painting);
   paintHeaderBox(painting);
+  paintInvitation(canvas);
   showLines(canvas);
   if (!redraw.rubberBand) return;
   platform::setClip(canvas, {headerWidth, rulerTop, timelineView.clientWidth - headerWidth, timelineView.clientHeight});
@@ -99,10 +105,13 @@ void paintAll(Canvas* canvas) {
 }
 
 void paintParts(Canvas* canvas) {
-  bool rows = std::find(std::begin(redraw.layers), std::end(redraw.layers), true) != std::end(redraw.layers);
-  if (!rows && !redraw.ruler && !redraw.lines) return;
+  bool parts =
+      redraw.ruler || std::find(std::begin(redraw.layers), std::end(redraw.layers), true) != std::end(redraw.layers);
+  if (!parts && !redraw.lines) return;
+  bool overlaid = redraw.rubberBand || timelineView.sceneLength < 1;
+  if (parts && overlaid) return paintAll(canvas);
   invertLines(canvas);
-  if (rows || redraw.ruler) {
+  if (parts) {
     Painting painting = beginPainting(canvas);
     for (int layer = 0; layer < layersPerScene; layer++)
       if (redraw.layers[layer]) paintRow(painting, layer);
@@ -120,7 +129,9 @@ bool changesRanges(int object) { return preferences.object_range && objects[obje
 }  // namespace
 
 void flushTimeline() {
+  redraw.depth++;
   if (redraw.all) followScene();
+  redraw.depth--;
   if (Canvas* canvas = platform::windowCanvas(environment.timelineWindow))
     redraw.all ? paintAll(canvas) : paintParts(canvas);
   redraw.all = redraw.ruler = redraw.lines = false;

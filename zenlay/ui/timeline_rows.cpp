@@ -21,7 +21,7 @@ namespace {
 std::vector<GridLine> beatGridLines() {
   std::vector<GridLine> lines;
   BeatLines kind = beatLines();
-  if (kind == beatLinesNone) return lines;
+  if (kind == beatLinesNone || timelineView.sceneLength < 1) return lines;
   bool bars = kind == beatLinesBars;
   auto indexAt = [&](int x) { return bars ? barIndex(frameAtX(x)) : beatIndex(frameAtX(x)); };
   int64_t before = indexAt(headerWidth - 1);
@@ -99,12 +99,14 @@ Painting beginPainting(Canvas* canvas) {
 void paintRow(const Painting& painting, int layer) {
   if (!layerVisible(layer)) return;
   Color base = layers[layer].flags & layerHidden ? painting.colors.hidden : painting.colors.visible;
-  platform::setClip(painting.canvas, {headerWidth, rowTop(layer), timelineView.clientWidth - headerWidth,
-                                      timelineView.layerHeight});
+  platform::setClip(painting.canvas,
+                    {headerWidth, rowTop(layer), timelineView.clientWidth - headerWidth, timelineView.layerHeight});
   paintBackground(painting, layer, base);
   EntryRange shown = entriesMeeting(timelineView.leftFrame, frameAtX(timelineView.clientWidth), layer);
   for (int i = shown.begin; i < shown.end; i++) paintObject(painting, indexOf(layerOrder[i]));
   platform::setClip(painting.canvas, {0, rowTop(layer), timelineView.clientWidth, timelineView.layerHeight});
+  platform::fillRect(painting.canvas, {timelineView.clientWidth - 1, rowTop(layer), 1, timelineView.layerHeight},
+                     platform::systemColor(platform::colorDarkEdge));
   paintHeader(painting, layer, base);
 }
 

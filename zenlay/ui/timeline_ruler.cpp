@@ -1,4 +1,5 @@
 // The time ruler and the header box beside it: scene button and zoom gauge.
+#include <algorithm>
 #include <cstdio>
 
 #include "zenlay/host/environment.h"
@@ -47,15 +48,13 @@ void paintSelection(const Painting& painting) {
 
 int floorDivide(int a, int b) { return a >= 0 ? a / b : -((b - 1 - a) / b); }
 
-std::string labelOf(int frame) {
-  return preferences.edit_time_type == 1 ? timeText(frame) : std::to_string(frame + 1);
-}
+std::string labelOf(int frame) { return preferences.edit_time_type == 1 ? timeText(frame) : std::to_string(frame + 1); }
 
 void paintTicks(Canvas* canvas) {
   platform::Color color = platform::systemColor(platform::colorText);
   platform::Color faint = platform::systemColor(platform::colorGreyText);
   int minor = stepUnit / timelineView.zoom, major = minor * minorsPerMajor;
-  int before = frameAtX(headerWidth - 1);
+  int before = std::min(frameAtX(headerWidth - 1), timelineView.leftFrame - 1);
   for (int x = headerWidth; x < timelineView.clientWidth; x++) {
     int frame = frameAtX(x);
     if (int index = floorDivide(frame, major); index != floorDivide(before, major)) {

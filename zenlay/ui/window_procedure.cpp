@@ -70,9 +70,9 @@ int hostMessage(uint32_t message, intptr_t first, intptr_t second, EditHandle ed
       followHost(edit);
       return 0;
     case messageCommand:
+      return runCommand(static_cast<int>(first), second);
     case messageHostCommand:
-      // Nothing is to change under what the mouse holds.
-      return movesObjects(timelineView.dragMode) ? 0 : runCommand(static_cast<int>(first), second);
+      return runHostCommand(static_cast<int>(first), second);
     case messageQuery:
       return answerQuery(first, reinterpret_cast<QueryRequest*>(second));
     default:
@@ -91,7 +91,7 @@ int userInput(uint32_t message, intptr_t first, intptr_t second) {
     case platform::messageLeftUp:
       return timelineReleased(at, first);
     case platform::messageLeftDoubleClick:
-      return timelineDoubleClicked(at);
+      return timelineDoubleClicked(at, first);
     case platform::messageRightDown:
       return timelineRightPressed(at, first);
     case platform::messageMouseWheel:
@@ -135,14 +135,14 @@ bool windowMessage(uint32_t message, intptr_t first, intptr_t second) {
 
 /// While the host saves, the mouse and the keys do nothing but end what they had begun.
 int refuseInput(uint32_t message) {
-  if (message == platform::messageLeftUp || message == platform::messageCaptureLost) endDrag(false);
+  if (message == platform::messageLeftUp) endDrag(false);
   return 0;
 }
 
 bool isInput(uint32_t message) {
   return (message >= platform::messageKeyDown && message <= platform::messageSystemKeyDown) ||
-         (message >= platform::messageMouseMove && message <= platform::messageMouseWheel) ||
-         message == messageNudge || message == messageCursorStep || message == platform::messageFilesDropped;
+         (message >= platform::messageMouseMove && message <= platform::messageMouseWheel) || message == messageNudge ||
+         message == messageCursorStep || message == platform::messageFilesDropped;
 }
 
 int answer(uint32_t message, intptr_t first, intptr_t second, EditHandle edit) {
