@@ -226,6 +226,9 @@ TEST_F(ImageEditing, KeysMoveWhatWasPressedLast) {
   EXPECT_EQ(key(platform::keyRight, mouseCtrl), 1);
   EXPECT_EQ(start(placingX), -9);
   EXPECT_EQ(key(platform::keyHome), 0);
+  setTrack(object, 1, placingX, -999999);
+  EXPECT_EQ(key(platform::keyLeft), 1) << "taken, though there is no way to go";
+  setTrack(object, 1, placingX, -9);
   EXPECT_EQ(undoSteps(), 3);
   for (int i = 0; i < 5; i++) EXPECT_EQ(key(platform::keyUp, 0, false), 1);  // held down
   imageMessage(messageImageKeyUp, platform::keyUp, 0);
@@ -257,6 +260,13 @@ TEST_F(ImageEditing, DragsAreTakenBack) {
   recordUndo(object, undoPosition);
   EXPECT_EQ(send(messageImageRightDown, {400, 300}), 0);
   EXPECT_EQ(undoSteps(), 2);
+  resetUndo();
+  renderFrame(0);
+  send(messageImageMouseDown, {400, 300});
+  send(messageImageMouseMove, {410, 300});
+  undo();
+  EXPECT_EQ(send(messageImageMouseMove, {420, 300}), 0) << "undone meanwhile: the drag is over";
+  EXPECT_EQ(undoSteps(), 0);
 }
 
 TEST_F(ImageEditing, WhatGoesAwayUnderTheMouse) {

@@ -83,7 +83,8 @@ int pressAt(Point at, ScenePoint scene) {
 
 int moveAt(ScenePoint scene, intptr_t mouseState) {
   if (effectHolds) return offer(commandPreviewMove, pressed, packed(scene));
-  if (!dragHolds(drag)) return forgetDrag(), 0;
+  // What another command has changed meanwhile is not the drag's any more.
+  if (!dragHolds(drag) || (drag.recorded && !ownsLastStep())) return forgetDrag(), 0;
   bool first = !drag.recorded;
   if (!dragTo(drag, scene, mouseState)) return 0;
   if (first) stepsBehind = undoSteps();
@@ -131,7 +132,7 @@ int nudge(const Arrow& arrow) {
   bool changed =
       dragBy(nudged, nudgeUnits(nudged.across, arrow.across, state), nudgeUnits(nudged.down, arrow.down, state));
   if (changed && !goesOn) stepsBehind = undoSteps();
-  return changed;
+  return 1;
 }
 
 int keyDown(int key) {
