@@ -20,6 +20,8 @@
 #include "zenlay/model/undo.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/render/preview_overlay.h"
+#include "zenlay/ui/command_ids.h"
+#include "zenlay/ui/settings_window.h"
 
 namespace zenlay {
 namespace {
@@ -425,6 +427,30 @@ TEST_F(ImageEditing, ADoubleClickChooses) {
     renderFrame(0);
   }
   (void)locked;
+}
+
+TEST_F(ImageEditing, AClickGivesAWaitingEffectTheColorBelowTheHandles) {
+  static std::vector<intptr_t> picked;
+  picked.clear();
+  auto record = [](platform::Window*, uint32_t message, intptr_t first, intptr_t second, void*) -> intptr_t {
+    if (message == platform::messageCommand && first == commandColorPicked) picked.push_back(second);
+    return 0;
+  };
+  platform::Window* window = environment.timelineWindow = platform::createWindow(nullptr, record, nullptr, {});
+  environment.outputWidth = 640;
+  environment.outputHeight = 480;
+  setTrack(object, 0, solidLuma, 2048);
+  // The middle of a corner's mark lies beside the picture, its rim reaches in; and a pixel outside of the frame.
+  for (Point at : {Point{419, 289}, corner, Point{700, 10}}) {
+    beginColorPick(object, 0, true);
+    EXPECT_EQ(send(messageImageMouseDown, at), 1);
+    EXPECT_FALSE(colorPickPending());
+    EXPECT_FALSE(imageDragging());
+    EXPECT_FALSE(imageAidsHidden);
+  }
+  EXPECT_EQ(picked, (std::vector<intptr_t>{0x808080, 0x000000, -1}));
+  platform::destroyWindow(window);
+  environment.timelineWindow = nullptr;
 }
 
 TEST_F(ImageEditing, TheHandlesAreDrawn) {
