@@ -412,7 +412,8 @@ TEST_F(ImageEditing, TheHandleOfAGroupControl) {
 TEST_F(ImageEditing, ADoubleClickChooses) {
   int above = add({.layer = 3}), aside = add({.layer = 5});
   setTrack(aside, 1, placingX, 2500);
-  int locked = add({.layer = 6});
+  int locked = add({.layer = 6}), nothing = add({.layer = 7});
+  setTrack(nothing, 1, placingZoom, 0);
   layers[6].flags |= layerLocked;
   currentObject = -1;
   renderFrame(0);
@@ -426,7 +427,7 @@ TEST_F(ImageEditing, ADoubleClickChooses) {
     EXPECT_EQ(currentObject, click.expected);
     renderFrame(0);
   }
-  (void)locked;
+  EXPECT_NE(currentObject, locked);
 }
 
 TEST_F(ImageEditing, AClickGivesAWaitingEffectTheColorBelowTheHandles) {
