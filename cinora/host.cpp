@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cinora/media_files.h"
 #include "platform/backend.h"
 
 namespace cinora {
@@ -73,6 +74,7 @@ Host::Host(const HostOptions& options) : settings(options.settingsFile), pool(op
 Host::~Host() {
   closeEdit();
   plugins.stop();
+  dropKeptSound();
   if (font_) platform::closeFont(font_);
   platform::setDesktopBackend(nullptr);
   livingHost = nullptr;
@@ -100,11 +102,13 @@ void Host::closeEdit() {
   if (!edit.open) return;
   plugins.broadcast(zenlay::messageFileClose);
   edit = {};
+  sound.forget();
   absentFilters.clear();
 }
 
 bool Host::setFrameCount(int32_t count) {
   if (!resizeClip(edit, count)) return false;
+  sound.forget();
   plugins.broadcast(zenlay::messageUpdate);
   return true;
 }

@@ -11,6 +11,7 @@
 #include "cinora/plugin_host.h"
 #include "cinora/project_file.h"
 #include "cinora/settings.h"
+#include "cinora/sound_mixer.h"
 #include "cinora/worker_pool.h"
 #include "platform/font.h"
 #include "zenlay/host/host_interface.h"
@@ -81,6 +82,7 @@ class Host {
   DialogAnswers dialogs;
   std::vector<MenuItem> menuItems;
   PluginHost plugins;
+  SoundMixer sound;  // of the edit
 
  private:
   FrameImage images_[4];

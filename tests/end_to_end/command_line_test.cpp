@@ -172,7 +172,7 @@ TEST_F(CommandLine, WrongUseIsTwoAndFailureOneWithOneLine) {
       {{"render", "a.zlo"}, 2, "--output"},
       {{"render", "a.zlo", "-o", "a.mp4", "--nonsense"}, 2, "--nonsense"},
       {{"render", "a.zlo", "-o", "a.xyz"}, 2, "a.xyz"},
-      {{"render", "a.zlo", "-o", "a.wav"}, 2, "sound"},
+      {{"render", "a.zlo", "-o", "a.wav", "--alpha"}, 2, "a.wav"},
       {{"render", "a.avi", "-o", "a.mp4"}, 2, "a.avi"},
       {{"render", "a.zlo", "-o", "a.mp4", "--frames", "0-3"}, 2, "--frames"},
       {{"render", "a.zlo", "-o", "a.mp4", "--frames", "3-2"}, 2, "--frames"},

@@ -318,6 +318,12 @@ TEST_F(TimelineWindow, BeatsAndBars) {
   EXPECT_EQ(nearestBeat(16, false), 10);
   EXPECT_EQ(nearestBeat(18, false), 25);
   EXPECT_EQ(nearestBeat(3, false), -4);
+  preferences.grid.grid_tempo = 1;  // a beat in 18 million frames
+  EXPECT_EQ(nearestBeat(16, false), 10);
+  environment.clip.rate = 1000000;
+  EXPECT_EQ(nearestBeat(1000000, true), 10);
+  environment.clip.rate = 30;
+  preferences.grid.grid_tempo = 1205000;
   EXPECT_EQ(beatLines(), beatLinesBeats);
   setZoomLevel(14);  // 40 frames in 8 pixels: 2.7 beats
   EXPECT_EQ(beatLines(), beatLinesBars);

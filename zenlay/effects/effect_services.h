@@ -193,6 +193,16 @@ struct EffectServiceTable {
   void* (*workMemory)(ObjectRef, size_t size, bool* created);
   /// Integral of a track over the frames since the object's start, in value x hundredths of a frame.
   int64_t (*trackIntegral)(EffectDefinition*, EffectProcessInfo*, int track);
+  /// The same of any slot, at the record's time.
+  int64_t (*trackIntegralOf)(ObjectRef, EffectProcessInfo*, int track);
+  /// Slot 0 of the object whose time another one follows: the last in the order of layers before the object, in its
+  /// scene, that starts on the same frame, heads its chain and begins with the effect of that name. 0 when there is none.
+  ObjectRef (*companion)(ObjectRef, const char* name);
+  /// Adds the sound of `scene` at its frame to `samples`, `count` samples per channel of the record's channels; 0 when
+  /// refused (nested too deep, no such scene). A frame that follows the last one continues its sound.
+  int (*mixScene)(EffectProcessInfo*, int scene, int frame, int16_t* samples, int count);
+  /// Frames of the scene.
+  int (*sceneLength)(int scene);
   /// Makes the object image's two buffers change places.
   void (*swapImages)(EffectProcessInfo*);
   /// Turns an opaque object image into one with full alpha, in place.

@@ -6,6 +6,7 @@
 #include "zenlay/effects/track_integral.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/scenes.h"
+#include "zenlay/render/audio_mix.h"
 #include "zenlay/render/flattening.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/render/image_cache.h"
@@ -138,6 +139,10 @@ const EffectServiceTable effectServices = {
     .effectCache = effectImage,
     .workMemory = workMemory,
     .trackIntegral = trackIntegral,
+    .trackIntegralOf = trackIntegralOf,
+    .companion = companionRef,
+    .mixScene = mixScene,
+    .sceneLength = sceneLength,
     .swapImages = swapImages,
     .addAlpha = addAlpha,
     .flattenObject = flattenObject,

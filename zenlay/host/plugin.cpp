@@ -6,10 +6,13 @@
 #include "zenlay/host/preferences.h"
 #include "zenlay/host/project_block.h"
 #include "zenlay/model/order.h"
+#include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/render/audio_mix.h"
 #include "zenlay/render/convert.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/ui/backup.h"
+#include "zenlay/ui/settings_window.h"
 #include "zenlay/ui/timeline.h"
 #include "zenlay/ui/window_procedure.h"
 
@@ -39,7 +42,9 @@ int processFrame(HostFilterRecord*, FrameProcessInfo* info) {
 }
 
 int processAudio(HostFilterRecord*, FrameProcessInfo* info) {
-  if (objectCount != 0) environment.edit = info->edit;
+  if (objectCount == 0) return 1;
+  environment.edit = info->edit;
+  mixSceneSound(*info, currentScene);
   return 1;
 }
 
@@ -54,11 +59,13 @@ int saveStart(HostFilterRecord*, int32_t first, int32_t last, EditHandle) {
   environment.saveFirst = first;
   environment.saveLast = last;
   environment.saving = true;
+  enableSettings(false);
   return 1;
 }
 
 int saveEnd(HostFilterRecord*, EditHandle) {
   environment.saving = false;
+  enableSettings(true);
   return 1;
 }
 

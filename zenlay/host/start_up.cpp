@@ -26,6 +26,7 @@
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/render/audio_mix.h"
 #include "zenlay/render/draw.h"
 #include "zenlay/render/effect_commands.h"
 #include "zenlay/render/image_cache.h"
@@ -54,6 +55,13 @@ platform::HookHandle* keyboardHook;
 int onPlayback(int32_t frame, int32_t flags) {
   playbackNotification(frame, static_cast<uint32_t>(flags));
   return 1;
+}
+
+void onObjectReleased(int) { showObject(-1); }
+
+void onObjectChanged(int object) {
+  settingsObjectChanged(object);
+  redrawChain(object);
 }
 
 void onObjectDeleted(int object) {
@@ -149,7 +157,9 @@ int startUp(HostFilterRecord* filter) {
   readModuleFiles(environment.modulePath);
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
-  modelHooks = {.objectDeleted = onObjectDeleted,
+  modelHooks = {.objectReleased = onObjectReleased,
+                .objectChanged = onObjectChanged,
+                .objectDeleted = onObjectDeleted,
                 .sendCommand = sendEffectCommand,
                 .hideControls = hideEffectControls,
                 .trackValues = evaluateSlot};
@@ -169,6 +179,7 @@ int shutDown(HostFilterRecord*) {
   exitEffects();
   modelHooks = {};
   freeRenderBuffers();
+  freeSoundBuffers();
   freeWorkMemory();
   unloadImagePlugins();
   freeFigureList();
