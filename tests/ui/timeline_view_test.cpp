@@ -1,6 +1,7 @@
 // Scales, scrolling, cursor, playback, scenes and what the host tells the timeline.
 #include "platform/window_record.h"
 #include "tests/ui/timeline_stage.h"
+#include "zenlay/render/handles.h"
 #include "zenlay/ui/beat_grid.h"
 #include "zenlay/ui/command_ids.h"
 #include "zenlay/ui/timeline_paint.h"
