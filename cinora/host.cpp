@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/backend.h"
+#include "cinora/media_files.h"
 
 namespace cinora {
 namespace {
@@ -58,28 +58,39 @@ const platform::DesktopBackend commandLineDesktop{recordBox};
 
 Host& host() { return *livingHost; }
 
-Host::Host(const HostOptions& options) : settings(options.settingsFile), pool(options.threads) {
+MessageRecorder::MessageRecorder() : shown_(platform::desktopBackend()), recording_(shown_) {
+  recording_.messageBox = recordBox;
+  platform::setDesktopBackend(&recording_);
+}
+
+MessageRecorder::~MessageRecorder() { platform::setDesktopBackend(&shown_); }
+
+Host::Host(const HostOptions& options)
+    : desktop(options.desktop), settings(options.settingsFile), pool(options.threads) {
   livingHost = this;
-  platform::setDesktopBackend(&commandLineDesktop);
+  if (!desktop.mainWindow) platform::setDesktopBackend(&commandLineDesktop);
+  for (zenlay::HostFilterRecord* record : desktop.ownFilters) plugins.add(record);
   plugins.load(options.pluginFolder.empty() ? PluginHost::defaultFolder() : options.pluginFolder);
   Filter* editor = plugins.editor();
   const char* section = editor ? editor->record->name : nullptr;
   if (section)
     for (const auto& [key, value] : options.overrides) settings.override(section, key, value);
   limits = chooseLimits(settings, section, options);
-  plugins.start(&hostFunctions, &handle_, settings);
+  plugins.start(&hostFunctions, &handle_, settings, desktop.mainWindow, [this] { noteChange(true); });
 }
 
 Host::~Host() {
   closeEdit();
   plugins.stop();
   if (font_) platform::closeFont(font_);
-  platform::setDesktopBackend(nullptr);
+  if (!desktop.mainWindow) platform::setDesktopBackend(nullptr);
   livingHost = nullptr;
 }
 
 bool Host::openEdit(const std::string& name) {
   std::optional<ClipFormat> format = formatFromName(name);
+  int32_t frameCount = 1;
+  if (!format) format = formatOfMedia(name, &frameCount);
   if (!format) {
     addMessage("\"" + name + "\" names no clip format that can be opened");
     return false;
@@ -92,7 +103,9 @@ bool Host::openEdit(const std::string& name) {
   }
   closeEdit();
   openClip(edit, name, *format);
+  resizeClip(edit, frameCount);
   plugins.broadcast(zenlay::messageFileOpen);
+  noteChange(true);
   return true;
 }
 
@@ -101,11 +114,13 @@ void Host::closeEdit() {
   plugins.broadcast(zenlay::messageFileClose);
   edit = {};
   absentFilters.clear();
+  noteChange(true);
 }
 
 bool Host::setFrameCount(int32_t count) {
   if (!resizeClip(edit, count)) return false;
   plugins.broadcast(zenlay::messageUpdate);
+  noteChange(true);
   return true;
 }
 

@@ -61,6 +61,7 @@ enum PluginQuery : intptr_t {
   queryWriteBackup = 3,  // argument: path; writes a backup file there; answer: null or the reason of a failure
   queryLeftOut = 4,      // answer: null or a line on what the last object file read or written left out
   queryTexts = 5,        // answer: JSON array of the texts in the objects' extra data, file names among them
+  queryUndoSteps = 6,    // answer: the number of steps that undo puts back, decimal
 };
 struct QueryRequest {
   const char* argument;
@@ -70,9 +71,16 @@ struct QueryRequest {
 /// Commands (messageCommand) with which a host drives the plug-in; the file comes from the host's file dialogs. Those
 /// that open answer 1 when the file was opened.
 enum PluginCommand : int32_t {
+  commandUndoStep = 1010,
   commandOpenObjectFile = 1037,  // import; with no project open: new project from the object file
   commandSaveObjectFile = 1038,
   commandOpenBackup = 1067,      // new project from a backup file
+};
+
+/// Commands (messageCommand) to the host's main window, the owner of the filters' windows.
+enum HostCommand : int32_t {
+  hostCommandSizeMove = 900,  // second: the window that is moved or sized by the user, its message and parameters
+  hostCommandPlay = 901,      // play from the current frame, or stop
 };
 
 // Bits of HostFilterRecord::flags with a meaning of the plug-in's own; the others are the host's.
