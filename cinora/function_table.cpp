@@ -8,6 +8,7 @@
 #include "cinora/host.h"
 #include "cinora/media_files.h"
 #include "cinora/resize_image.h"
+#include "platform/paths.h"
 
 namespace cinora {
 namespace {
@@ -88,7 +89,11 @@ int32_t setSelection(EditHandle edit, int32_t first, int32_t last) {
   return 1;
 }
 
-int32_t openEdit(EditHandle, const char* name, uint32_t) { return name && host().openEdit(name); }
+int32_t openEdit(EditHandle, const char* name, uint32_t) {
+  if (!name) return 0;
+  bool project = platform::equalNoCase(platform::extensionOf(name), ".cnp");
+  return project && host().desktop.openProject ? host().desktop.openProject(name) : host().openEdit(name);
+}
 
 /// The selection to `name`, by its extension; with alpha when the output is an RGBA one.
 int32_t exportEdit(EditHandle edit, const char* name, uint32_t, const char* output) {

@@ -29,7 +29,8 @@ struct DesktopPorts {
   std::vector<zenlay::HostFilterRecord*> ownFilters;  // of the host itself
   /// The path chosen, empty when cancelled. `filter` as in HostFunctionTable.
   std::function<std::string(bool save, const char* filter, const char* initial)> askFileName;
-  /// False when it was cancelled or failed, after a message.
+  /// These two: false when it was cancelled or failed, after a message.
+  std::function<bool(const std::string& path)> openProject;
   std::function<bool(const ExportRequest&)> exportFilm;
   /// The clip, its selection or its current frame changed, or with `picture` what its frames show.
   std::function<void(bool picture)> changed;

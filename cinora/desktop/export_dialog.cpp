@@ -19,6 +19,7 @@
 #include "cinora/desktop/export_preset.h"
 #include "cinora/desktop/time_code.h"
 #include "cinora/failure.h"
+#include "cinora/interruption.h"
 #include "cinora/project.h"
 #include "platform/paths.h"
 
@@ -116,6 +117,7 @@ ExportDialog::ExportDialog(Host& host, const std::string& filmPath, QWidget* par
   path_->setText(QString::fromStdString(absolutePath(filmPath).string()));
 
   auto* browseButton = new QPushButton("Browse…");
+  browseButton->setAutoDefault(false);
   auto* fileRow = new QHBoxLayout;
   fileRow->addWidget(path_);
   fileRow->addWidget(browseButton);
@@ -198,7 +200,7 @@ bool exportWithProgress(Host& host, const ExportRequest& request, QWidget* paren
   dialog.QDialog::show();
   QCoreApplication::processEvents();
   try {
-    exportFilm(host, request, [&](int done, int total) { return dialog.show(done, total); });
+    exportFilm(host, request, [&](int done, int total) { return dialog.show(done, total) && !interrupted(); });
     return true;
   } catch (const std::exception&) {
     if (dialog.cancelled()) return false;

@@ -25,7 +25,10 @@ class ExportDialog : public QDialog {
  private:
   void choosePreset();
   void browse();
+ public:
   void accept() override;
+
+ private:
   int frames() const;
 
   Host& host_;

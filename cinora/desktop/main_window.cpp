@@ -112,6 +112,10 @@ void MainWindow::fillPorts(DesktopPorts& ports) {
     return askFileName(save, filter, initial);
   };
   ports.exportFilm = [this](const ExportRequest& request) { return host_ && runExport(request); };
+  ports.openProject = [this](const std::string& path) {
+    if (session_) openFile(path);
+    return session_ && session_->path() == path;
+  };
   ports.changed = [this](bool picture) { noteChange(picture); };
 }
 

@@ -24,6 +24,8 @@ constexpr char newEntry[] = "Creating a New Project", cutEntry[] = "Cuts the sel
                deleteEntry[] = "Delete object (main window)";
 constexpr const char* entriesOfOwn[] = {newEntry, cutEntry, copyEntry, pasteEntry, deleteEntry};
 
+constexpr char iconMarkIn[] = "mark_in", iconMarkOut[] = "mark_out";  // of this folder's own resources
+
 struct NamedKey {
   int number;
   Qt::Key key;
@@ -113,10 +115,9 @@ struct MenuTables {
       {ActionId::frameForward, menuPlayback, "Frame &Forward", platform::iconNextFrame, "Right",
        &MainWindow::frameForward},
       {ActionId::toEnd, menuPlayback, "To &End", platform::iconJumpEnd, "End", &MainWindow::toEnd},
-      {ActionId::selectionFirst, menuPlayback, "Selection Begins H&ere", platform::iconHandlesSet, "I",
-       &MainWindow::selectionFirst, true},
-      {ActionId::selectionLast, menuPlayback, "Selection En&ds Here", platform::iconHandlesClear, "O",
-       &MainWindow::selectionLast},
+      {ActionId::selectionFirst, menuPlayback, "Selection Begins H&ere", iconMarkIn, "I", &MainWindow::selectionFirst,
+       true},
+      {ActionId::selectionLast, menuPlayback, "Selection En&ds Here", iconMarkOut, "O", &MainWindow::selectionLast},
       {ActionId::selectAll, menuPlayback, "Select &Whole Film", nullptr, "Ctrl+Shift+A", &MainWindow::selectAll},
       {ActionId::keys, menuHelp, "&Keys", nullptr, "F1", &MainWindow::showKeys},
       {ActionId::about, menuHelp, "&About Cinora", nullptr, "", &MainWindow::showAbout},

@@ -1,16 +1,12 @@
 // The film's sound while it plays: finished blocks to the sound device, and the clock they give.
 #pragma once
 
-#include <QAudioFormat>
 #include <QElapsedTimer>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "cinora/host.h"
-
-class QAudioSink;
-class QIODevice;
 
 namespace cinora::desktop {
 
@@ -28,15 +24,14 @@ class PlayerSound {
   std::optional<int64_t> heard();
 
  private:
+  struct Output;
   bool makeBlock(int frame);
 
   Host& host_;
-  std::unique_ptr<QAudioSink> sink_;
-  QIODevice* device_ = nullptr;
-  QAudioFormat format_;
-  int next_ = 0, last_ = -1;    // frames
-  std::vector<int16_t> block_;  // of the frame before `next_`
-  qint64 blockBytes_ = 0, written_ = 0;
+  std::unique_ptr<Output> output_;  // null: silent
+  int next_ = 0, last_ = -1;        // frames
+  std::vector<int16_t> block_;      // of the frame before `next_`
+  int64_t blockBytes_ = 0, written_ = 0;
   int64_t lastHeard_ = 0;
   QElapsedTimer sinceHeard_;
 };
