@@ -198,7 +198,7 @@ std::vector<Command> addCommands(CLI::App& app, Arguments& a) {
   renderApp->add_option("INPUT", a.input, inputHelp)->required()->check(notEmpty);
   renderApp
       ->add_option("-o,--output", a.output,
-                   "film (.mp4 .mkv .mov .webm .avi), picture or sequence (frame%05d.png), .raw")
+                   "film (.mp4 .mkv .mov .webm .avi), picture or sequence (frame%05d.png), sound (.wav .flac), .raw")
       ->required()
       ->check(notEmpty)
       ->type_name("OUTPUT");
@@ -207,6 +207,9 @@ std::vector<Command> addCommands(CLI::App& app, Arguments& a) {
       ->type_name("FIRST-LAST");
   renderApp->add_option("--codec", a.how.codec, "h264 h265 vp9 av1 ffv1 prores mpeg4 ... or an encoder of FFmpeg")
       ->check(notEmpty)
+      ->type_name("NAME");
+  renderApp
+      ->add_option("--audio-codec", a.how.soundCodec, "aac opus vorbis flac pcm mp3 ..., or none for a silent film")
       ->type_name("NAME");
   renderApp->add_option("--quality", a.how.quality, "the encoder's own scale, lower is better (crf or qscale)")
       ->check(CLI::Range(0, 1000))

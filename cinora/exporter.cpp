@@ -22,12 +22,12 @@ class WritingThread {
   explicit WritingThread(FrameWriter& writer) : writer_(writer), thread_(&WritingThread::run, this) {}
   ~WritingThread() { stop(true); }
 
-  /// Waits while the queue is full.
-  void put(AvFrame frame, int number) {
+  /// A frame and its sound. Waits while the queue is full.
+  void put(AvFrame frame, int number, SoundBlock sound) {
     std::unique_lock guard(lock_);
     changed_.wait(guard, [this] { return failure_ || queue_.size() < queueLength; });
     if (failure_) std::rethrow_exception(failure_);
-    queue_.push_back({std::move(frame), number});
+    queue_.push_back({std::move(frame), number, std::move(sound)});
     changed_.notify_all();
   }
   void finish() {
@@ -39,6 +39,7 @@ class WritingThread {
   struct Entry {
     AvFrame frame;
     int number;
+    SoundBlock sound;
   };
 
   void stop(bool drop) {
@@ -66,6 +67,7 @@ class WritingThread {
           changed_.notify_all();
         }
         writer_.write(std::move(entry.frame), entry.number);
+        if (entry.sound.count > 0) writer_.writeSound(entry.sound.samples.data(), entry.sound.count);
       }
       writer_.finish();
     } catch (...) {
@@ -165,18 +167,40 @@ class FrameSource {
   std::vector<zenlay::ObjectPixel> withAlpha_;
 };
 
+/// What the sound filters make of the film; without one there is nothing to hear.
+SoundShape soundShape(Host& host) {
+  for (const auto& filter : host.plugins.filters())
+    if (filter->active && filter->record->flags & filterAudio)
+      return {host.edit.format.audioRate, host.edit.format.audioChannels};
+  return {};
+}
+
+void exportSound(Host& host, const ExportRequest& request, const ExportProgress& progress) {
+  SoundShape shape{host.edit.format.audioRate, host.edit.format.audioChannels};
+  std::unique_ptr<SoundWriter> writer = makeSoundWriter(request.output, shape);
+  for (int frame = request.first; frame <= request.last; frame++) {
+    const SoundBlock& block = host.sound.block(host, frame);
+    writer->write(block.samples.data(), block.count);
+    if (!progress(frame - request.first + 1, request.last - request.first + 1)) throw Failure("interrupted");
+  }
+  writer->finish();
+}
+
 }  // namespace
 
 void exportFilm(Host& host, const ExportRequest& request, const ExportProgress& progress) {
   int total = request.last - request.first + 1;
-  checkOutput(request.output, total);
+  OutputKind kind = checkOutput(request.output, total);
   SaveBracket bracket(host, request.first, request.last);
+  host.sound.forget();
+  if (kind == OutputKind::sound) return exportSound(host, request, progress);
   FrameSource source(host, request.output.alpha);
-  std::unique_ptr<FrameWriter> writer = makeWriter(request.output, source.shapeOf(request.first));
+  std::unique_ptr<FrameWriter> writer = makeWriter(request.output, source.shapeOf(request.first), soundShape(host));
   source.setFormat(writer->pixelFormat(), writer->fullRange());
   WritingThread writing(*writer);
   for (int frame = request.first; frame <= request.last; frame++) {
-    writing.put(source.picture(frame), frame + 1);
+    AvFrame picture = source.picture(frame);
+    writing.put(std::move(picture), frame + 1, writer->takesSound() ? host.sound.block(host, frame) : SoundBlock{});
     if (!progress(frame - request.first + 1, total)) throw Failure("interrupted");
   }
   writing.finish();

@@ -18,19 +18,17 @@ constexpr ExtensionRow extensionTable[] = {
     {".mov", OutputKind::film},      {".webm", OutputKind::film},    {".avi", OutputKind::film},
     {".png", OutputKind::pictures},  {".jpg", OutputKind::pictures}, {".jpeg", OutputKind::pictures},
     {".bmp", OutputKind::pictures},  {".tif", OutputKind::pictures}, {".tiff", OutputKind::pictures},
-    {".webp", OutputKind::pictures}, {".raw", OutputKind::raw},
+    {".webp", OutputKind::pictures}, {".raw", OutputKind::raw},      {".wav", OutputKind::sound},
+    {".flac", OutputKind::sound},
 };
-constexpr const char* soundExtensions[] = {".wav", ".flac"};
 
 OutputKind kindOf(const std::string& path) {
   std::string_view extension = platform::extensionOf(path);
   for (const ExtensionRow& row : extensionTable)
     if (platform::equalNoCase(extension, row.extension)) return row.kind;
-  for (const char* sound : soundExtensions)
-    if (platform::equalNoCase(extension, sound)) throw WrongUsage("sound alone cannot be written yet: " + path);
   throw WrongUsage(
       "the output's extension says what to write (.mp4 .mkv .mov .webm .avi .png .jpg .bmp .tif .webp "
-      ".raw): " +
+      ".raw .wav .flac): " +
       path);
 }
 
@@ -70,15 +68,22 @@ OutputKind checkOutput(const OutputRequest& request, int frameCount) {
   if (kind != OutputKind::film && !request.codec.empty()) throw WrongUsage("--codec: " + request.path + " is no film");
   if (kind != OutputKind::film && !request.preset.empty())
     throw WrongUsage("--preset: " + request.path + " is no film");
-  if (kind == OutputKind::raw && (request.alpha || request.quality))
-    throw WrongUsage(std::string(request.alpha ? "--alpha" : "--quality") + ": .raw holds the plain frames");
+  bool hasSound = kind == OutputKind::film || kind == OutputKind::sound;
+  if (!hasSound && !request.soundCodec.empty()) throw WrongUsage("--audio-codec: " + request.path + " has no sound");
+  if (kind == OutputKind::sound && request.soundCodec == noSound)
+    throw WrongUsage("--audio-codec none: " + request.path + " holds nothing but sound");
+  bool plain = kind == OutputKind::raw || kind == OutputKind::sound;
+  if (plain && (request.alpha || request.quality))
+    throw WrongUsage(std::string(request.alpha ? "--alpha" : "--quality") + ": " + request.path +
+                     (kind == OutputKind::raw ? " holds the plain frames" : " holds no pictures"));
   return kind;
 }
 
-std::unique_ptr<FrameWriter> makeWriter(const OutputRequest& request, const FrameShape& shape) {
+std::unique_ptr<FrameWriter> makeWriter(const OutputRequest& request, const FrameShape& shape,
+                                        const SoundShape& sound) {
   switch (kindOf(request.path)) {
     case OutputKind::film:
-      return makeFilmWriter(request, shape);
+      return makeFilmWriter(request, shape, sound);
     case OutputKind::pictures:
       return makePictureWriter(request, shape);
     default:

@@ -72,8 +72,12 @@ int32_t getFileInfo(EditHandle edit, HostFileInfo* info) {
   return 1;
 }
 
-/// Clips have no sound of their own yet.
-int32_t getAudioFiltered(EditHandle, int32_t, int16_t*) { return 0; }
+int32_t getAudioFiltered(EditHandle edit, int32_t frame, int16_t* samples) {
+  if (!frameOf(edit, frame) || !samples) return 0;
+  const SoundBlock& block = host().sound.block(host(), frame);
+  std::copy(block.samples.begin(), block.samples.end(), samples);
+  return block.count;
+}
 
 int32_t getSelection(EditHandle edit, int32_t* first, int32_t* last) {
   if (!opened(edit)) return 0;
@@ -231,9 +235,12 @@ const void* getVideoFramePixels(MediaHandle media, int32_t frame) {
 }
 const char* getMediaFileFilter(int32_t kind) { return kind == mediaAudio ? audioFilter : videoFilter; }
 
-/// Sound is not read yet.
-int32_t readAudioSamples(MediaHandle, int32_t, int32_t, int16_t*) { return 0; }
-int32_t setAudioSampleRate(MediaHandle, int32_t, int32_t) { return 0; }
+int32_t readAudioSamples(MediaHandle media, int32_t first, int32_t count, int16_t* buffer) {
+  return media && buffer ? readMediaSound(*media, first, count, buffer) : 0;
+}
+int32_t setAudioSampleRate(MediaHandle media, int32_t rate, int32_t channels) {
+  return media ? setMediaSoundRate(*media, rate, channels) : 0;
+}
 
 constexpr HostFunctionTable makeTable() {
   HostFunctionTable t{};

@@ -82,6 +82,7 @@ Host::Host(const HostOptions& options)
 Host::~Host() {
   closeEdit();
   plugins.stop();
+  dropKeptSound();
   if (font_) platform::closeFont(font_);
   if (!desktop.mainWindow) platform::setDesktopBackend(nullptr);
   livingHost = nullptr;
@@ -113,12 +114,14 @@ void Host::closeEdit() {
   if (!edit.open) return;
   plugins.broadcast(zenlay::messageFileClose);
   edit = {};
+  sound.forget();
   absentFilters.clear();
   noteChange(true);
 }
 
 bool Host::setFrameCount(int32_t count) {
   if (!resizeClip(edit, count)) return false;
+  sound.forget();
   plugins.broadcast(zenlay::messageUpdate);
   noteChange(true);
   return true;

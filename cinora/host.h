@@ -12,6 +12,7 @@
 #include "cinora/plugin_host.h"
 #include "cinora/project_file.h"
 #include "cinora/settings.h"
+#include "cinora/sound_mixer.h"
 #include "cinora/worker_pool.h"
 #include "platform/backend.h"
 #include "platform/font.h"
@@ -104,6 +105,7 @@ class Host {
   DialogAnswers dialogs;
   std::vector<MenuItem> menuItems;
   PluginHost plugins;
+  SoundMixer sound;  // of the edit
 
  private:
   FrameImage images_[4];

@@ -1,9 +1,14 @@
 #include "cinora/media_files.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <chrono>
+#include <list>
 #include <memory>
 
 #include "cinora/media_reader.h"
+#include "cinora/sound_reader.h"
 #include "platform/paths.h"
 
 namespace zenlay {
@@ -12,6 +17,8 @@ namespace zenlay {
 struct HostMedia {
   std::string path;
   cinora::MediaReader reader;
+  std::unique_ptr<cinora::SoundReader> sound;  // opened with openAudio, or when first asked for
+  struct stat status {};                       // of the file when the sound was opened
 };
 
 }  // namespace zenlay
@@ -49,17 +56,74 @@ zenlay::HostFileInfo fileInfo(const zenlay::HostMedia& media) {
           .reserved = {}};
 }
 
+zenlay::HostFileInfo soundInfo(const zenlay::HostMedia& media) {
+  const SoundFacts& s = media.sound->facts();
+  zenlay::HostFileInfo info{};
+  info.flags = zenlay::fileHasAudio;
+  info.name = media.path.c_str();
+  info.rate = s.videoRate;
+  info.scale = s.videoScale;
+  info.frameCount = s.videoFrames;
+  info.audioRate = s.rate;
+  info.audioChannels = s.channels;
+  info.audioFormat = s.tag;
+  info.audioSampleCount = saturated(s.samples);
+  return info;
+}
+
+struct KeptSound {
+  std::string path;
+  std::chrono::steady_clock::time_point closed;
+  struct stat status;
+  std::unique_ptr<SoundReader> sound;
+};
+constexpr size_t maxKeptSounds = 64;
+constexpr std::chrono::seconds trustedFor{1};  // a file closed so lately is not looked at again
+std::list<KeptSound> keptSounds;               // the one closed last in front
+
+bool sameFile(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
+         a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
+}
+
+bool takeKept(zenlay::HostMedia& media) {
+  auto kept = std::find_if(keptSounds.begin(), keptSounds.end(), [&](auto& k) { return k.path == media.path; });
+  if (kept == keptSounds.end()) return false;
+  bool trusted = std::chrono::steady_clock::now() - kept->closed < trustedFor;
+  struct stat status {};
+  if (!trusted) stat(platform::nativePath(media.path).c_str(), &status);
+  bool same = trusted || sameFile(kept->status, status);
+  if (same) {
+    media.sound = std::move(kept->sound);
+    media.status = kept->status;
+  }
+  keptSounds.erase(kept);
+  return same;
+}
+
+bool openSound(zenlay::HostMedia& media) {
+  if (media.sound || takeKept(media)) return true;
+  if (stat(platform::nativePath(media.path).c_str(), &media.status) != 0) return false;
+  auto sound = std::make_unique<SoundReader>();
+  std::string reason;
+  if (!sound->open(media.path, reason)) return false;
+  media.sound = std::move(sound);
+  return true;
+}
+
 }  // namespace
 
 zenlay::MediaHandle openMedia(const std::string& path, zenlay::HostFileInfo* info, uint32_t flags) {
   auto media = std::make_unique<zenlay::HostMedia>();
   media->path = findMedia(path);
-  std::string reason;
-  if (!media->reader.open(media->path, flags & zenlay::openAlpha, reason)) return nullptr;
-  const MediaInfo& found = media->reader.info();
-  if ((flags & zenlay::openVideo) && !found.hasVideo) return nullptr;
-  if ((flags & zenlay::openAudio) && !found.hasSound) return nullptr;
-  if (info) *info = fileInfo(*media);
+  if ((flags & zenlay::openAudio) && !openSound(*media)) return nullptr;
+  bool soundOnly = (flags & zenlay::openAudio) && !(flags & zenlay::openVideo);
+  if (!soundOnly) {
+    std::string reason;
+    if (!media->reader.open(media->path, flags & zenlay::openAlpha, reason)) return nullptr;
+    if ((flags & zenlay::openVideo) && !media->reader.info().hasVideo) return nullptr;
+  }
+  if (info) *info = soundOnly ? soundInfo(*media) : fileInfo(*media);
   return media.release();
 }
 
@@ -75,7 +139,13 @@ std::optional<ClipFormat> formatOfMedia(const std::string& path, int32_t* frameC
   return format;
 }
 
-void closeMedia(zenlay::MediaHandle media) { delete media; }
+void closeMedia(zenlay::MediaHandle media) {
+  if (media && media->sound) {
+    keptSounds.push_front({media->path, std::chrono::steady_clock::now(), media->status, std::move(media->sound)});
+    if (keptSounds.size() > maxKeptSounds) keptSounds.pop_back();
+  }
+  delete media;
+}
 
 bool readMediaFrame(Host& host, zenlay::HostMedia& media, int frame, zenlay::FramePixel* image) {
   const MediaInfo& info = media.reader.info();
@@ -87,5 +157,15 @@ bool readMediaFrame(Host& host, zenlay::HostMedia& media, int frame, zenlay::Fra
 }
 
 const void* mediaFramePixels(zenlay::HostMedia& media, int frame) { return media.reader.readBgra(frame); }
+
+int32_t setMediaSoundRate(zenlay::HostMedia& media, int rate, int channels) {
+  return openSound(media) ? saturated(media.sound->setOutput(rate, channels)) : 0;
+}
+
+int32_t readMediaSound(zenlay::HostMedia& media, int first, int count, int16_t* samples) {
+  return openSound(media) ? media.sound->read(first, count, samples) : 0;
+}
+
+void dropKeptSound() { keptSounds.clear(); }
 
 }  // namespace cinora

@@ -16,6 +16,8 @@ bool PacketReader::open(const std::string& url, std::string& error) {
   AVFormatContext* opened = nullptr;
   AVDictionary* options = nullptr;
   av_dict_set(&options, "protocol_whitelist", "file", 0);  // what a playlist may lead to
+  av_dict_set(&options, "max_size", "16384",
+              0);  // bytes of plain samples in a packet: fewer are slow to read, more to probe
   int result = avformat_open_input(&opened, url.c_str(), nullptr, &options);
   av_dict_free(&options);
   AvInput container(result < 0 ? nullptr : opened);

@@ -37,6 +37,7 @@ enum ControlStyle : uint32_t {
   controlSunken = 0x20,      // static edge
   controlGroupStart = 0x40,  // of radio buttons
   controlDefault = 0x80,     // the button Enter presses
+  controlMultiLine = 0x100,  // of an edit box: Enter begins a line, lines end in \n
 };
 
 /// High half of messageCommand's first parameter.

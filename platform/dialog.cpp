@@ -110,8 +110,7 @@ int runDialog(const DialogTable& table, Window* owner, DialogPlace place, Dialog
   ModalState modal = enterModal(window);
   if (sendMessage(window, messageDialogOpened, 0, 0) != 1 && !dialog.ended) focusFirst(window);
   if (!dialog.ended) {
-    showWindow(window, true, false);
-    if (activeWindow() != window) focusWindow(window);
+    showWindow(window, true);
     if (desktopBackend().runModal) desktopBackend().runModal(window);
     if (!dialog.ended) press(window, dialogCancel);
   }
@@ -133,6 +132,7 @@ bool dialogKey(Window* window, int key) {
   Window* dialog = topLevelWindow(window);
   if (!dialog || dialog->procedure != dialogWindow || (key != keyEnter && key != keyEscape)) return false;
   if (key == keyEscape) return press(dialog, dialogCancel), true;
+  if (ControlRecord* c = controlRecord(window); c && (c->style & controlMultiLine)) return false;
   Window* button = controlKind(window) == controlButton && window != dialog ? window : nullptr;
   for (Window* child : dialog->children)
     if (!button && controlRecord(child) && (controlRecord(child)->style & controlDefault)) button = child;

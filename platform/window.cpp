@@ -53,6 +53,7 @@ bool contained(const Window* window, const Window* container) {
 }
 
 bool reachable(const Window* window) {
+  if (!window) return false;
   for (; window; window = window->style & windowChild ? window->owner : nullptr)
     if (!window->lives || !window->enabled) return false;
   return true;
@@ -193,7 +194,7 @@ void showWindow(Window* window, bool shown, bool activate) {
   if (!shown) {
     if (contained(desktop().capture, window)) releaseMouse();
     giveFocusUp(window);
-  } else if (activate && !(window->style & windowChild)) {
+  } else if (activate && !(window->style & windowChild) && !contained(desktop().focus, window)) {
     focusWindow(window);
   }
 }
@@ -289,7 +290,7 @@ void focusWindow(Window* window) {
 
 void reportFocus(Window* window) {
   Desktop& d = desktop();
-  if (window && !lives(window)) window = nullptr;
+  if (window && !lives(window)) return;
   Window* old = d.focus;
   if (old == window) return;
   Window *from = topLevelWindow(old), *to = topLevelWindow(window);

@@ -19,15 +19,11 @@ namespace {
 constexpr char programName[] = "cinora";
 constexpr int signalPoll = 200;  // ms between looks at whether a signal asks the program to end
 
-/// Qt has no other way to say that a display cannot be reached.
-void reportFatal(QtMsgType type, const QMessageLogContext&, const QString& text) {
-  QByteArray line = text.section('\n', 0, 0).toUtf8();
-  if (type == QtFatalMsg) {
-    fprintf(stderr,
-            "cinora: the display cannot be opened; to make a film without one: cinora render FILE -o film.mp4\n");
-    _exit(statusFailed);
-  }
-  if (type >= QtCriticalMsg) fprintf(stderr, "cinora: %s\n", line.constData());
+/// Qt has no other way to say that a display cannot be reached; what else it remarks is not for users.
+void reportFatal(QtMsgType type, const QMessageLogContext&, const QString&) {
+  if (type != QtFatalMsg) return;
+  fprintf(stderr, "cinora: the display cannot be opened; to make a film without one: cinora render FILE -o film.mp4\n");
+  _exit(statusFailed);
 }
 
 }  // namespace

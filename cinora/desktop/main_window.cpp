@@ -100,9 +100,9 @@ intptr_t MainWindow::frameProcedure(platform::Window*, uint32_t message, intptr_
   }
 }
 
-/// Size-move notices (900) need no answer: docks snap by themselves.
+/// Notices of windows that the user moves need no answer: docks snap by themselves.
 bool MainWindow::runHostCommand(int command) {
-  if (command != zenlay::hostCommandPlay) return false;
+  if (command != zenlay::hostPlayFromCursor) return false;
   QMetaObject::invokeMethod(action(ActionId::play), &QAction::trigger, Qt::QueuedConnection);
   return true;
 }
@@ -236,12 +236,14 @@ void MainWindow::goTo(int frame) {
 
 void MainWindow::toStart() { goTo(0); }
 void MainWindow::toEnd() { goTo(host_->edit.frameCount - 1); }
-void MainWindow::frameBack() { goTo((player_->playing() ? player_->frame() : host_->edit.currentFrame) - 1); }
-void MainWindow::frameForward() { goTo((player_->playing() ? player_->frame() : host_->edit.currentFrame) + 1); }
+int MainWindow::frameNow() const { return player_->playing() ? player_->frame() : host_->edit.currentFrame; }
+void MainWindow::frameBack() { goTo(frameNow() - 1); }
+void MainWindow::frameForward() { goTo(frameNow() + 1); }
 
 void MainWindow::play(int first, int last, int from) {
   if (!host_->edit.open || exporting_) return;
   preview_->setMoving(true);
+  host_->sound.forget();
   player_->play(first, last, from);
   updateActions();
 }
@@ -266,12 +268,12 @@ static void select(Host& host, int first, int last) {
 }
 
 void MainWindow::selectionFirst() {
-  int frame = seekBar_->state().frame;
+  int frame = frameNow();
   select(*host_, frame, std::max(frame, host_->edit.selectionLast));
 }
 
 void MainWindow::selectionLast() {
-  int frame = seekBar_->state().frame;
+  int frame = frameNow();
   select(*host_, std::min(frame, host_->edit.selectionFirst), frame);
 }
 

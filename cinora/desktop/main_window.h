@@ -126,6 +126,7 @@ class MainWindow : public QMainWindow {
   void togglePlay();
   void playSelection();
   void setLoop();
+  int frameNow() const;
   void toStart();
   void frameBack();
   void frameForward();
@@ -166,7 +167,7 @@ class MainWindow : public QMainWindow {
   QLabel* format_;
   QTimer refreshTimer_, titleTimer_;
   int shownFrame_ = -1;
-  bool pictureStale_ = false, exporting_ = false, busy_ = false;
+  bool pictureStale_ = false, exporting_ = false;
 };
 
 }  // namespace cinora::desktop

@@ -65,14 +65,11 @@ QPoint Preview::pictureAt(QPointF at) const {
           static_cast<int>(std::floor((at.y() - rect.y()) / unit))};
 }
 
-/// Some of the picture stays in sight.
+/// The widget's centre stays over the picture.
 void Preview::limitOffset() {
   QSizeF size = picture_.size().toSizeF() * scale() / devicePixelRatioF();
-  auto limited = [](double value, double picture, double room) {
-    double most = std::max(0.0, (picture - room) / 2 + std::min(picture, room) / 2);
-    return std::clamp(value, -most, most);
-  };
-  offset_ = {limited(offset_.x(), size.width(), width()), limited(offset_.y(), size.height(), height())};
+  offset_ = {std::clamp(offset_.x(), -size.width() / 2, size.width() / 2),
+             std::clamp(offset_.y(), -size.height() / 2, size.height() / 2)};
 }
 
 void Preview::setZoom(double zoom) {

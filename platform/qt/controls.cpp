@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QRadioButton>
 
 #include "platform/qt/buttons.h"
@@ -104,6 +105,34 @@ void showEditText(NativeWindow* native) {
   int cursor = edit->cursorPosition();
   edit->setText(text);
   edit->setCursorPosition(std::min<int>(cursor, text.size()));
+}
+
+QWidget* makeTextBox(QWidget* parent, const ControlRecord&) {
+  auto* box = new QPlainTextEdit(parent);
+  box->setTabChangesFocus(true);
+  box->setAcceptDrops(false);
+  box->viewport()->setAcceptDrops(false);
+  box->document()->setDocumentMargin(3);
+  return box;
+}
+
+void followTextBox(NativeWindow* native) {
+  auto* box = as<QPlainTextEdit>(native);
+  box->viewport()->installEventFilter(native);
+  QObject::connect(box, &QPlainTextEdit::textChanged, native,
+                   [native, box] { user::type(native->window, box->toPlainText().toUtf8().constData()); });
+}
+
+void showTextBoxText(NativeWindow* native) {
+  auto* box = as<QPlainTextEdit>(native);
+  QString text = QString::fromStdString(windowText(native->window));
+  if (box->toPlainText() == text) return;
+  QSignalBlocker quiet(box);
+  int position = box->textCursor().position();
+  box->setPlainText(text);
+  QTextCursor cursor = box->textCursor();
+  cursor.setPosition(std::min<int>(position, text.size()));
+  box->setTextCursor(cursor);
 }
 
 QWidget* makeComboBox(QWidget* parent, const ControlRecord&) {
@@ -236,7 +265,12 @@ constexpr KindRow kinds[] = {
 };
 static_assert(std::size(kinds) == controlVerticalScrollBar + 1);
 
-const KindRow& kindOf(Window* control) { return kinds[control->control->kind]; }
+constexpr KindRow textBox{makeTextBox, followTextBox, showTextBoxText};
+
+const KindRow& kindOf(Window* control) {
+  const ControlRecord& record = *control->control;
+  return record.kind == controlEdit && (record.style & controlMultiLine) ? textBox : kinds[record.kind];
+}
 void run(Follow follow, Window* control) {
   if (follow) follow(control->native);
 }
@@ -288,12 +322,17 @@ void applyColours(Window* control) {
 }
 
 void selectText(Window* control) {
-  auto* edit = qobject_cast<QLineEdit*>(control->native->widget);
-  if (!edit) return;
   const ControlRecord& record = *control->control;
-  int length = static_cast<int>(edit->text().size());
+  QWidget* widget = control->native->widget;
+  int length = static_cast<int>(QString::fromStdString(control->text).size());
   int first = std::clamp(record.selectionFirst, 0, length), last = std::clamp(record.selectionLast, 0, length);
-  edit->setSelection(first, last - first);
+  if (auto* edit = qobject_cast<QLineEdit*>(widget)) edit->setSelection(first, last - first);
+  if (auto* box = qobject_cast<QPlainTextEdit*>(widget)) {
+    QTextCursor cursor = box->textCursor();
+    cursor.setPosition(first);
+    cursor.setPosition(last, QTextCursor::KeepAnchor);
+    box->setTextCursor(cursor);
+  }
 }
 
 void setDropWidth(Window* control) {

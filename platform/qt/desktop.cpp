@@ -59,13 +59,17 @@ void wake() {
       Qt::QueuedConnection);
 }
 
+constexpr int focusPause = 100;  // ms in which a window of the program follows another that has closed
+
 void followFocus(QWidget*, QWidget* now) {
-  if (now) {
-    reportFocus(windowOf(now));
-  } else if (!QApplication::activeWindow()) {
+  for (QWidget* widget = now; widget; widget = widget->parentWidget())
+    if (NativeWindow* native = nativeOf(widget); native && !native->window) return;  // it is going
+  if (now) return reportFocus(windowOf(now));
+  QTimer::singleShot(focusPause, qApp, [] {
+    if (QApplication::activeWindow() || QApplication::focusWidget()) return;
     reportFocus(nullptr);
     user::releaseAll();
-  }
+  });
 }
 
 constexpr DesktopBackend table{

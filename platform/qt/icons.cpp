@@ -13,6 +13,7 @@ namespace platform::qt {
 namespace {
 
 QSvgRenderer* drawingOf(const char* name) {
+  if (!*name) return nullptr;
   static std::map<std::string, std::unique_ptr<QSvgRenderer>> drawings;
   auto& drawing = drawings[name];
   if (!drawing) drawing = std::make_unique<QSvgRenderer>(QString(":/icons/%1.svg").arg(name));
@@ -20,12 +21,13 @@ QSvgRenderer* drawingOf(const char* name) {
 }
 
 struct TintedIcon : QIconEngine {
-  explicit TintedIcon(std::string name) : name(std::move(name)) {}
-  QIconEngine* clone() const override { return new TintedIcon(name); }
+  explicit TintedIcon(std::string name, QColor own = {}) : name(std::move(name)), own(own) {}
+  QIconEngine* clone() const override { return new TintedIcon(name, own); }
   void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State) override {
     QPalette::ColorGroup group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
     QPalette::ColorRole role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::WindowText;
-    drawIcon(*painter, place, name.c_str(), QApplication::palette().color(group, role));
+    QColor colour = own.isValid() ? own : QApplication::palette().color(group, role);
+    drawIcon(*painter, place, name.c_str(), colour);
   }
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
     QPixmap pixmap(size);
@@ -35,6 +37,7 @@ struct TintedIcon : QIconEngine {
     return pixmap;
   }
   std::string name;
+  QColor own;  // instead of the palette's
 };
 
 }  // namespace
@@ -72,5 +75,6 @@ void drawIcon(QPainter& painter, const QRect& place, const char* name, QColor co
 }
 
 QIcon themedIcon(const char* name) { return QIcon(new TintedIcon(name)); }
+QIcon colouredIcon(const char* name, QColor colour) { return QIcon(new TintedIcon(name, colour)); }
 
 }  // namespace platform::qt

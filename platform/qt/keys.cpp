@@ -150,6 +150,7 @@ bool KeyRouter::route(Window* window, const QKeyEvent* event) {
   if (!number) return plain;
   // One that has waited while the last was dealt with has another behind it.
   if (repeats && plain && sinceKey.isValid() && sinceKey.elapsed() < 2) return true;
+  if (!attached && !windowEnabled(topLevelWindow(window))) return true;
   reportFocus(window);
   if (number != keyShift && number != keyCtrl && number != keyAlt)
     user::holdModifiers(stateOf(event->modifiers(), Qt::NoButton));

@@ -112,6 +112,7 @@ QFont fontOf(TextFont);
 
 // icons.cpp
 CoverageMask renderIcon(const char* icon, Size size);
+QIcon colouredIcon(const char* name, QColor);
 void drawIcon(QPainter&, const QRect&, const char* name, QColor);
 
 // theme.cpp

@@ -11,7 +11,8 @@
 
 namespace platform::qt {
 
-/// Needs a QApplication. Sets the style and the palette and takes over as the platform's backend.
+/// Needs a QApplication. Sets the style and the palette and takes over as the platform's backend. The event loop is then
+/// ended by QCoreApplication::exit: quit() would ask the windows to close, and they leave that to their procedures.
 void startDesktop();
 /// Windows still alive lose their widgets.
 void stopDesktop();
@@ -36,7 +37,7 @@ using FrameMaker = std::function<std::optional<WindowFrame>(Window*, QWidget* su
 void setFrameMaker(FrameMaker);
 
 enum Theme { themeAutomatic, themeDark, themeLight };
-/// Automatic, as at the start: dark unless the desktop prefers light.
+/// Automatic, as at the start: dark unless the desktop prefers light when asked at startDesktop.
 void setTheme(Theme);
 bool themeIsDark();
 

@@ -4,6 +4,8 @@
 #include <QProxyStyle>
 #include <QStyleOption>
 
+#include "platform/qt/native.h"
+
 namespace platform::qt {
 
 namespace {
@@ -31,6 +33,8 @@ struct Style : QProxyStyle {
   Style() : QProxyStyle("Fusion") {}
   int pixelMetric(PixelMetric, const QStyleOption*, const QWidget*) const override;
   int styleHint(StyleHint, const QStyleOption*, const QWidget*, QStyleHintReturn*) const override;
+  QSize sizeFromContents(ContentsType, const QStyleOption*, const QSize&, const QWidget*) const override;
+  QIcon standardIcon(StandardPixmap, const QStyleOption*, const QWidget*) const override;
   void drawPrimitive(PrimitiveElement, const QStyleOption*, QPainter*, const QWidget*) const override;
   void drawComplexControl(ComplexControl, const QStyleOptionComplex*, QPainter*, const QWidget*) const override;
   void drawIndicator(PrimitiveElement, const QStyleOption*, QPainter*) const;
@@ -52,6 +56,9 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
     case PM_SliderThickness:
     case PM_SliderControlThickness:
       return sliderThickness;
+    case PM_CheckBoxLabelSpacing:
+    case PM_RadioButtonLabelSpacing:
+      return 5;
     case PM_ButtonMargin:
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
@@ -65,10 +72,33 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
   switch (hint) {
     case SH_ComboBox_Popup:
     case SH_EtchDisabledText:
+    case SH_UnderlineShortcut:
       return 0;
     default:
       return QProxyStyle::styleHint(hint, option, widget, more);
   }
+}
+
+/// Where a layout decides: buttons that are easy to hit.
+QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                              const QWidget* widget) const {
+  QSize needed = QProxyStyle::sizeFromContents(type, option, size, widget);
+  return type == CT_PushButton ? needed.expandedTo({76, 24}) : needed;
+}
+
+QIcon Style::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const {
+  struct Row {
+    StandardPixmap which;
+    const char* drawing;
+    QRgb colour;
+  };
+  static constexpr Row rows[] = {{SP_MessageBoxWarning, "box_warning", 0xFFE0A030},
+                                 {SP_MessageBoxCritical, "box_critical", 0xFFD9534F},
+                                 {SP_MessageBoxInformation, "box_information", 0xFF3D7EBF},
+                                 {SP_MessageBoxQuestion, "box_question", 0xFF3D7EBF}};
+  for (const Row& row : rows)
+    if (row.which == which) return colouredIcon(row.drawing, row.colour);
+  return QProxyStyle::standardIcon(which, option, widget);
 }
 
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

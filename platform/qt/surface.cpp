@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QUrl>
@@ -79,6 +80,9 @@ bool Surface::event(QEvent* event) {
   Window* window = native->window;
   switch (event->type()) {
     case QEvent::MouseButtonPress:
+      if (windowType() == Qt::Popup && !rect().contains(static_cast<QMouseEvent*>(event)->position().toPoint()))
+        return close();
+      [[fallthrough]];
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseMove:

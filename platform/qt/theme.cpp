@@ -113,7 +113,8 @@ void startTheme() {
   follower = new QObject;
   shown = nullptr;
   apply();
-  if (QDBusConnection::sessionBus().isConnected()) askDesktop();
+  // Without an address the library would start a bus of its own.
+  if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) askDesktop();
 }
 
 void stopTheme() {

@@ -1,7 +1,6 @@
 // A dialog with every control in both themes, and the icons, as pictures to look at: out/screenshots/ in the build.
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QPainter>
 
 #include "platform/canvas.h"
@@ -61,6 +60,7 @@ constexpr Row rows[] = {
     {controlButton, {412, 180, 70, 22}, "OK", controlDefault},
     {controlButton, {412, 208, 70, 22}, "Cancel"},
     {controlButton, {412, 236, 70, 22}, "Disabled"},
+    {controlEdit, {206, 222, 40, 32}, "a\nb", controlMultiLine},
 };
 
 void drawCanvas(Window* window) {
@@ -89,11 +89,6 @@ void drawCanvas(Window* window) {
   for (int i = 0; i < 6; i++) drawIcon(c, {400 + 16 * i, 322, 16, 16}, iconEye, systemColor(colorText));
 }
 
-void save(const QImage& image, const char* name) {
-  QDir().mkpath(BINARY_DIR "/out/screenshots");
-  EXPECT_TRUE(image.save(QString(BINARY_DIR "/out/screenshots/%1.png").arg(name)));
-}
-
 TEST(Gallery, EveryControlInBothThemes) {
   static bool drawn;
   Window* window = createWindow(nullptr,
@@ -118,7 +113,7 @@ TEST(Gallery, EveryControlInBothThemes) {
     qt::setTheme(theme);
     test::settle();
     EXPECT_TRUE(drawn);
-    save(test::picture(window), theme == qt::themeDark ? "controls_dark" : "controls_light");
+    test::savePicture(test::picture(window), theme == qt::themeDark ? "controls_dark" : "controls_light");
   }
   destroyWindow(window);
   test::settle();
@@ -153,7 +148,7 @@ TEST(Gallery, Icons) {
   }
   painter.end();
   qt::setTheme(qt::themeDark);
-  save(sheet.scaled(sheet.size() * 2, Qt::IgnoreAspectRatio, Qt::FastTransformation), "icons");
+  test::savePicture(sheet.scaled(sheet.size() * 2, Qt::IgnoreAspectRatio, Qt::FastTransformation), "icons");
 }
 
 }  // namespace

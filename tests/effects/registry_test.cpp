@@ -271,7 +271,10 @@ TEST(RegistryCommands, AListStoresItsChoiceAfterOneUndoStep) {
     EXPECT_EQ(send(messageEffectCommand, commandCheckFile), 0);
     EXPECT_EQ(send(messageEffectCommand + 1, commandDropDown), 0);
     EXPECT_EQ(undone, 0);
-    EXPECT_EQ(send(messageEffectCommand, commandDropDown), 1);
+    int list = 0;
+    while (row.effect.check_defaults[list] != checkDropDown) list++;
+    EXPECT_EQ(send(messageEffectCommand, commandDropDown | (list + 1) << 16), 0);
+    EXPECT_EQ(send(messageEffectCommand, commandDropDown | list << 16), 1);
     EXPECT_EQ(memcmp(data, expected, sizeof data), 0);
     EXPECT_EQ(undone, 1);
     EXPECT_EQ(changed, 1);

@@ -156,8 +156,8 @@ TEST_F(CommandLine, WrongUseIsTwoAndFailureOneWithOneLine) {
     int status;
     const char* says;
   } rows[] = {
-      {{}, 2, "editor"},
-      {{"a.zlo"}, 2, "cinora render a.zlo"},
+      {{}, 1, "there is no display"},
+      {{"a.zlo"}, 1, "cinora render a.zlo"},
       {{"nonsense"}, 2, "\"nonsense\" is neither a command nor a file"},
       {{"render"}, 2, "INPUT"},
       {{"render", "", "-o", "a.mp4"}, 2, "INPUT: must not be empty"},
@@ -172,7 +172,7 @@ TEST_F(CommandLine, WrongUseIsTwoAndFailureOneWithOneLine) {
       {{"render", "a.zlo"}, 2, "--output"},
       {{"render", "a.zlo", "-o", "a.mp4", "--nonsense"}, 2, "--nonsense"},
       {{"render", "a.zlo", "-o", "a.xyz"}, 2, "a.xyz"},
-      {{"render", "a.zlo", "-o", "a.wav"}, 2, "sound"},
+      {{"render", "a.zlo", "-o", "a.wav", "--alpha"}, 2, "a.wav"},
       {{"render", "a.avi", "-o", "a.mp4"}, 2, "a.avi"},
       {{"render", "a.zlo", "-o", "a.mp4", "--frames", "0-3"}, 2, "--frames"},
       {{"render", "a.zlo", "-o", "a.mp4", "--frames", "3-2"}, 2, "--frames"},

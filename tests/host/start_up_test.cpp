@@ -91,7 +91,7 @@ TEST_F(StartUp, HandsThePlaybackWindowItsCallback) {
   EXPECT_EQ(posted.code, 900);
   ASSERT_NE(posted.callback, 0);
   auto notify = reinterpret_cast<int (*)(int32_t, int32_t)>(posted.callback);
-  notify(12, 4);
+  notify(12, 4 | 2);
   EXPECT_TRUE(environment.playing);
   EXPECT_EQ(timelineView.playbackFrame, 12);
   notify(13, 8);

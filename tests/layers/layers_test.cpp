@@ -51,9 +51,10 @@ const Room rooms[] = {
     {"zenlay/media/",
      together({{"platform/", "zenlay/media/", "zenlay/render/", "zenlay/effects/service_hooks.h"}, records, state})},
     {"zenlay/filters/", together({{"platform/", "zenlay/media/", "zenlay/filters/"}, records})},
-    // A backup is a project block.
+    // A backup is a project block; the extension table and the colour presets are the module's files.
     {"zenlay/ui/",
-     together({{"platform/", "zenlay/model/", "zenlay/media/", "zenlay/ui/", "zenlay/host/project_block.h"},
+     together({{"platform/", "zenlay/model/", "zenlay/media/", "zenlay/ui/", "zenlay/host/project_block.h",
+                "zenlay/host/module_files.h"},
                middle,
                records,
                state})},

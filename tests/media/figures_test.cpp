@@ -282,6 +282,7 @@ TEST_F(Figures, ChoosingAFigureIsOneUndoStep) {
   buildFigureList("/nowhere/");
   stage.services.recordUndo = [](ObjectRef) { steps.push_back("undo"); };
   stage.services.objectChanged = [](ObjectRef) { steps.push_back("changed"); };
+  stage.services.imageFileFilter = [] { return ""; };
   int32_t* type = reinterpret_cast<int32_t*>(stage.data);
   const char* name = stage.data + 8;
   auto choose = [&](intptr_t index) {

@@ -78,13 +78,28 @@ enum EffectEvent : int32_t {
 
 inline constexpr uint32_t messageEffectCommand = 0x702;  // to `window_proc`: wparam = command, lparam = value
 
-/// Command codes of messageEffectCommand.
+/// Command codes of messageEffectCommand. The high word of wparam: the effect's check that was operated.
 enum EffectCommand : int32_t {
   commandObjectEvent = 0x1E14,   // lparam: ObjectEvent
-  commandDropDown = 0x1E1C,      // lparam: chosen index, stored into the first extra-data field
+  commandPushed = 0x1E1A,        // a push button
+  commandChecked = 0x1E1B,       // lparam: the new value of a check box or toggle
+  commandDropDown = 0x1E1C,      // lparam: chosen index, stored into the extra data
   commandCheckFile = 0x1E1D,     // lparam: 1 = count a missing file without a message
-  commandPreviewFirst = 0x1E6E,
-  commandPreviewLast = 0x1E74,
+  commandTakeFile = 0x1E1E,      // lparam: const char*, path of a file dropped onto the effect
+  commandTakeColor = 0x1E1F,     // lparam: the colour picked from the screen for `pickColour`
+  commandCustomControl = 0x1E20, // high word: number of the custom control; lparam: its notification
+  // What the user does on the image, to effects with effectPreview; 1 = taken, nothing else happens. High word: 1 + the
+  // place of the handle pressed among the frame's handles, 0 for none. lparam: the point in scene pixels, x in the low
+  // 32 bits and y in the high ones.
+  commandPreviewPress = 0x1E6E,
+  commandPreviewMove = 0x1E6F,  // while the button is down
+  commandPreviewRelease = 0x1E70,
+  commandPreviewKey = 0x1E71,  // lparam: the key
+  commandPreviewDoubleClick = 0x1E72,
+  commandPreviewRightPress = 0x1E73,
+  commandPreviewWheel = 0x1E74,  // lparam: notches, positive away from the user
+  commandPreviewFirst = commandPreviewPress,
+  commandPreviewLast = commandPreviewWheel,
 };
 /// objectDivided: the bound section and those behind it are about to become an object of their own. What counts from
 /// the chain's first frame can still be asked for; the section's values are kept for the new object.
@@ -94,6 +109,13 @@ enum ObjectEvent : intptr_t {
   objectDeleted = 3,
   objectSlotRemoved = 4,
   objectDivided = 5,
+};
+
+/// Messages to `show_controls`, whose window is the settings window; the slot is bound. The effect makes custom controls
+/// once, as children of that window, and `hide_controls` hides them.
+enum ShowControls : uint32_t {
+  controlsPlace = 1,  // wparam: id of the first custom control, lparam: y to place them at; the height they take
+  controlsFill = 2,   // show what the extra data holds
 };
 
 /// Coordinate slots of `coordinate_map`.
@@ -247,6 +269,8 @@ struct EffectSource {
   EffectCall exit = nullptr;
   EffectEventHandler event = nullptr;
   EffectWindowProcedure window_proc = nullptr;
+  EffectWindowProcedure show_controls = nullptr;
+  void (*hide_controls)() = nullptr;
   int32_t exdata_size = 0;
   const void* exdata_default = nullptr;
   const ExdataField* exdata_fields = nullptr;
@@ -273,6 +297,8 @@ constexpr EffectDefinition defineEffect(const EffectSource& source) {
   d.exit = source.exit;
   d.event = source.event;
   d.window_proc = source.window_proc;
+  d.show_controls = source.show_controls;
+  d.hide_controls = source.hide_controls;
   d.exdata_size = source.exdata_size;
   d.exdata_default = source.exdata_default;
   d.exdata_fields = source.exdata_fields;

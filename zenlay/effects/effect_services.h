@@ -105,6 +105,33 @@ struct MediaReference {
   uint32_t handleStamp;  // tick count at which it was opened, 0 = none
 };
 
+/// Flag of chooseColour and pickColour: Y, Cb and Cr instead of 0xRRGGBB.
+inline constexpr uint32_t chooseYcc = 0x200;
+/// chooseColour's colour when the user wants none; never with chooseYcc.
+inline constexpr int32_t chosenNoColour = 0x1000000;
+/// A picked colour as a message parameter; 48 bits.
+inline intptr_t packedYcc(FramePixel c) {
+  return static_cast<intptr_t>(uint64_t{static_cast<uint16_t>(c.cr)} << 32 |
+                               uint64_t{static_cast<uint16_t>(c.cb)} << 16 | static_cast<uint16_t>(c.y));
+}
+inline FramePixel unpackedYcc(intptr_t c) {
+  return {static_cast<int16_t>(c), static_cast<int16_t>(c >> 16), static_cast<int16_t>(c >> 32)};
+}
+
+/// Kinds of getSettingsControl: the controls of a track, then those of a check.
+enum SettingsControl : int {
+  trackNameButton,
+  trackStartBox,
+  trackEndBox,
+  firstCheckControl,
+  checkBoxControl = firstCheckControl,
+  checkLabelControl,
+  checkButtonControl,
+  checkListControl,
+  checkToggleControl,
+  settingsControls
+};
+
 struct EffectServiceTable {
   void (*objectChanged)(ObjectRef);                                                          // 0
   int (*getObjectData)(ObjectRef, ObjectData*);
@@ -166,6 +193,16 @@ struct EffectServiceTable {
   void* (*workMemory)(ObjectRef, size_t size, bool* created);
   /// Integral of a track over the frames since the object's start, in value x hundredths of a frame.
   int64_t (*trackIntegral)(EffectDefinition*, EffectProcessInfo*, int track);
+  /// The same of any slot, at the record's time.
+  int64_t (*trackIntegralOf)(ObjectRef, EffectProcessInfo*, int track);
+  /// Slot 0 of the object whose time another one follows: the last in the order of layers before the object, in its
+  /// scene, that starts on the same frame, heads its chain and begins with the effect of that name. 0 when there is none.
+  ObjectRef (*companion)(ObjectRef, const char* name);
+  /// Adds the sound of `scene` at its frame to `samples`, `count` samples per channel of the record's channels; 0 when
+  /// refused (nested too deep, no such scene). A frame that follows the last one continues its sound.
+  int (*mixScene)(EffectProcessInfo*, int scene, int frame, int16_t* samples, int count);
+  /// Frames of the scene.
+  int (*sceneLength)(int scene);
   /// Makes the object image's two buffers change places.
   void (*swapImages)(EffectProcessInfo*);
   /// Turns an opaque object image into one with full alpha, in place.
@@ -190,6 +227,11 @@ struct EffectServiceTable {
   MediaHandle (*openMedia)(MediaReference*, uint32_t flags, HostFileInfo*);
   MediaHandle (*openMediaByPath)(const char* path, uint32_t flags, HostFileInfo*);
   void (*releaseMedia)(MediaReference*);
+  /// Waits for the next click on the screen, whose colour comes as commandTakeColor with the check. 1 / 0.
+  int (*pickColour)(ObjectRef, int check, uint32_t flags);
+  /// The scene chosen from a dialog, or -1.
+  int (*chooseScene)(ObjectRef, int current);
+  const char* (*sceneName)(int scene);
 };
 
 /// The object drawn last, for "Previous object".

@@ -178,4 +178,22 @@ int isSelectedRef(ObjectRef ref) {
   return objectOf(ref) && currentObject >= 0 && headOf(objectOfRef(ref)) == headOf(currentObject);
 }
 
+ObjectRef companionRef(ObjectRef ref, const char* name) {
+  const ObjectRecord* object = objectOf(ref);
+  if (!object) return 0;
+  int own = headOf(indexOf(object));
+  bool current = object->scene == currentScene;
+  ObjectRecord** at = layerOrder + (current ? 0 : sceneObjectCount);
+  ObjectRecord** end = layerOrder + (current ? sceneObjectCount : objectCount);
+  ObjectRef found = 0;
+  for (; at != end && indexOf(*at) != own; at++) {
+    const ObjectRecord& other = **at;
+    if (other.scene != object->scene || other.start != objects[own].start) continue;
+    const EffectDefinition* d = slotEffect(&other, 0);
+    if (headOf(indexOf(&other)) == indexOf(&other) && d && strcmp(d->name, name) == 0)
+      found = makeObjectRef(indexOf(&other), 0);
+  }
+  return found;
+}
+
 }  // namespace zenlay

@@ -24,5 +24,6 @@ int getTrackValues(ObjectRef, int frame, int subFrame, int32_t* values, intptr_t
 int changeObjectLength(ObjectRef, int length, uint32_t flags);
 void recordUndoService(ObjectRef);
 int isSelectedRef(ObjectRef);
+ObjectRef companionRef(ObjectRef, const char* name);
 
 }  // namespace zenlay

@@ -42,6 +42,17 @@ inline constexpr int fullTurn = 65536;
 /// Clip marks per layer.
 enum ClipMark : uint32_t { clipSource = 1, clipped = 2 };
 
+/// A block of sound while an audio effect runs. The host's buffer, its sample count and its channels stand in the copy of
+/// the host's record (`EffectProcessInfo::host`); `host.sampleCount` counts samples per channel.
+struct AudioBlock {
+  int16_t* samples;    // the object's own, interleaved like the host's
+  int32_t rate;        // samples per second of the project
+  int32_t frame;       // scene frame of the block
+  int32_t time;        // at which the object is heard, hundredths of a frame; other than `frame` under a time control
+  int32_t speed;       // of that time: 100000 = normal, 0 or less while it stands or runs backward
+  int32_t start, end;  // first and last frame of the object (of its chain)
+};
+
 struct EffectProcessInfo {
   /// Copy of the host's record. `frameNumber` and `frameCount` are rewritten per object: frames since the first frame
   /// of the object (of its chain) and the length of the object (chain). `width`, `height`: the scene's size.
@@ -77,6 +88,23 @@ struct EffectProcessInfo {
   int32_t offsetX, offsetY;     // where the host's frame lies inside a larger scene frame
   int32_t clipValid;            // 1: the stored clip source is valid for the next layer
   int32_t maxWidth, maxHeight;  // largest image of this run
+  AudioBlock* audio;            // null in a video frame, where all above holds; sound leaves the images null
 };
+
+inline constexpr int normalTimeSpeed = 100000;
+
+/// Where the last block of an object ended, for effects that go on from there.
+struct BlockSequence {
+  int32_t nextFrame, nextTime;
+};
+/// Whether the block goes on from the last one in playback; remembers it for the next call.
+inline bool continues(BlockSequence* sequence, const AudioBlock& block) {
+  constexpr int64_t frameTime = 100;  // a time control's steps are rounded by less
+  int64_t jump = int64_t{block.time} - sequence->nextTime;
+  bool next = block.frame == sequence->nextFrame && jump <= frameTime && jump >= -frameTime;
+  sequence->nextFrame = block.frame + 1;
+  sequence->nextTime = static_cast<int32_t>(block.time + frameTime * block.speed / normalTimeSpeed);
+  return next;
+}
 
 }  // namespace zenlay

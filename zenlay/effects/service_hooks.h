@@ -12,6 +12,8 @@ struct ServiceHooks {
   WindowHandle (*getSettingsControl)(ObjectRef, int kind, int index);
   /// Called for the selected object only, with a denominator of at least 1.
   int (*setTrackRange)(ObjectRef, int track, int min, int max, int denominator);
+  decltype(EffectServiceTable::pickColour) pickColour;
+  decltype(EffectServiceTable::chooseScene) chooseScene;
   // Installed by installMediaServices.
   decltype(EffectServiceTable::loadImage) loadImage;
   decltype(EffectServiceTable::imageFileFilter) imageFileFilter;

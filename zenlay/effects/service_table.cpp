@@ -5,6 +5,8 @@
 #include "zenlay/effects/service_hooks.h"
 #include "zenlay/effects/track_integral.h"
 #include "zenlay/host/environment.h"
+#include "zenlay/model/scenes.h"
+#include "zenlay/render/audio_mix.h"
 #include "zenlay/render/flattening.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/render/image_cache.h"
@@ -137,6 +139,10 @@ const EffectServiceTable effectServices = {
     .effectCache = effectImage,
     .workMemory = workMemory,
     .trackIntegral = trackIntegral,
+    .trackIntegralOf = trackIntegralOf,
+    .companion = companionRef,
+    .mixScene = mixScene,
+    .sceneLength = sceneLength,
     .swapImages = swapImages,
     .addAlpha = addAlpha,
     .flattenObject = flattenObject,
@@ -149,6 +155,9 @@ const EffectServiceTable effectServices = {
     .openMedia = Installed<&ServiceHooks::openMedia>::call,
     .openMediaByPath = Installed<&ServiceHooks::openMediaByPath>::call,
     .releaseMedia = Installed<&ServiceHooks::releaseMedia>::call,
+    .pickColour = Installed<&ServiceHooks::pickColour>::call,
+    .chooseScene = Installed<&ServiceHooks::chooseScene>::call,
+    .sceneName = sceneName,
 };
 
 }  // namespace zenlay

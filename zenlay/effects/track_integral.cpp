@@ -4,9 +4,11 @@
 #include <iterator>
 
 #include "zenlay/effects/evaluation.h"
+#include "zenlay/effects/object_services.h"
 #include "zenlay/effects/process_info.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
+#include "zenlay/render/binding.h"
 
 namespace zenlay {
 namespace {
@@ -98,11 +100,16 @@ int64_t sumOfValues(const SectionTrack& track, int frames) {
 }  // namespace
 
 int64_t trackIntegral(EffectDefinition* effect, EffectProcessInfo* info, int track) {
-  const ObjectRecord* bound = effect->bound_object;
-  if (!bound || track < 0 || track >= effect->track_count) return 0;
-  const int slot = slotOfRef(effect->object_ref), now = info->absoluteFrame;
+  return effect->bound_object ? trackIntegralOf(effect->object_ref, info, track) : 0;
+}
+
+int64_t trackIntegralOf(ObjectRef ref, EffectProcessInfo* info, int track) {
+  const ObjectRecord* object = objectOf(ref);
+  const int slot = slotOfRef(ref), now = info->absoluteFrame;
+  const EffectDefinition* effect = object && slot < maxSlots ? slotEffect(object, slot) : nullptr;
+  if (!effect || track < 0 || track >= effect->track_count) return 0;
   int64_t sum = 0;
-  for (int section = headOf(indexOf(bound)); section >= 0; section = nextSection(section)) {
+  for (int section = headOf(indexOf(object)); section >= 0; section = nextSection(section)) {
     const ObjectRecord& o = objects[section];
     if (o.start > now) break;
     const SectionTrack moving{effect, section, info->index, o.slots[slot].firstTrack, track};

@@ -12,5 +12,6 @@ namespace zenlay {
 /// while playing forward and at most 1/256 of the section's frames after a jump to where one has been before. Sections
 /// moved by a script are evaluated anew each time.
 int64_t trackIntegral(EffectDefinition*, EffectProcessInfo*, int track);
+int64_t trackIntegralOf(ObjectRef, EffectProcessInfo*, int track);
 
 }  // namespace zenlay

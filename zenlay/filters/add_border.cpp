@@ -1,6 +1,7 @@
 // "Add border": an outline around the object's shape.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -17,6 +18,10 @@ constexpr CheckColumns checks({
     {"Setting the border color", checkButton},
     {"Pattern image file", checkButton},
 });
+constexpr ExtraControl controls[] = {
+    {checkColor, extraColor, offsetof(PatternChoice, color)},
+    {checkPattern, extraPicture, offsetof(PatternChoice, file)},
+};
 
 }  // namespace
 
@@ -25,6 +30,8 @@ constinit EffectDefinition addBorderEffect = defineEffect({
     .name = "Add border",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(PatternChoice),
     .exdata_fields = patternChoiceFields,
 });

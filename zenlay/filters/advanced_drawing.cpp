@@ -4,7 +4,7 @@
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/filters/placement_tracks.h"
 #include "zenlay/filters/shared_extra_data.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -38,6 +38,9 @@ constinit CheckColumns checks({
     {"Do not show backside", 0},
 });
 constexpr int32_t coordinates[coordinateSlots] = {0, 1, 2, 6, 7, 8, 9, 10, 11, 3, 5, 4};
+constexpr ExtraControl controls[] = {
+    {checkBlend, extraList, offsetof(BlendChoice, blend)},
+};
 
 }  // namespace
 
@@ -47,7 +50,8 @@ constinit EffectDefinition advancedDrawing = defineEffect({
     .tracks = tracks,
     .checks = checks,
     .proc = processAdvancedDrawing,
-    .window_proc = storeDropDown<BlendChoice, &BlendChoice::blend>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(BlendChoice),
     .exdata_fields = blendChoiceFields,
     .coordinate_map = coordinates,

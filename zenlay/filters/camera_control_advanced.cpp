@@ -1,6 +1,7 @@
 // "Camera control (advanced drawing)": a camera with a line of sight in place of a target.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/placement_tracks.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -34,6 +35,9 @@ constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(CameraAdvancedData::target), "target"},
 };
 constexpr int32_t coordinateMap[coordinateSlots] = {0, 1, 2, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+constexpr ExtraControl controls[] = {
+    {checkOrigin, extraList, offsetof(CameraAdvancedData, target)},
+};
 
 }  // namespace
 
@@ -42,6 +46,8 @@ constinit EffectDefinition cameraControlAdvanced = defineEffect({
     .name = "Camera control (advanced drawing)",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(CameraAdvancedData),
     .exdata_fields = fields,
     .coordinate_map = coordinateMap,

@@ -1,6 +1,7 @@
 // "Chroma Key": what is close to a picked colour in hue and chroma becomes transparent.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -19,6 +20,9 @@ constexpr CheckColumns checks({
     {"Transmission correction", 0},
     {"Get key color", checkButton},
 });
+constexpr ExtraControl controls[] = {
+    {checkPickColor, extraKeyColor, offsetof(KeyColor, color_yc)},
+};
 
 }  // namespace
 
@@ -27,6 +31,8 @@ constinit EffectDefinition chromaKeyEffect = defineEffect({
     .name = "Chroma Key",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(KeyColor),
     .exdata_fields = keyColorFields,
 });

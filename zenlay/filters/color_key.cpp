@@ -1,6 +1,7 @@
 // "Color Key": what is close to a picked colour becomes transparent.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -17,6 +18,9 @@ constexpr TrackColumns tracks({
 constexpr CheckColumns checks({
     {"Get key color", checkButton},
 });
+constexpr ExtraControl controls[] = {
+    {checkPickColor, extraKeyColor, offsetof(KeyColor, color_yc)},
+};
 
 }  // namespace
 
@@ -25,6 +29,8 @@ constinit EffectDefinition colorKeyEffect = defineEffect({
     .name = "Color Key",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(KeyColor),
     .exdata_fields = keyColorFields,
 });

@@ -1,7 +1,7 @@
 // "Color shift": moves two of the three primaries apart.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -35,6 +35,9 @@ constexpr CheckColumns checks({
 constexpr CheckColumns objectChecks({
     {objectPlaneList, checkDropDown},
 });
+constexpr ExtraControl controls[] = {
+    {checkPlanes, extraList, offsetof(ListChoice, type)},
+};
 
 }  // namespace
 
@@ -43,7 +46,8 @@ constinit EffectDefinition colorShiftEffect = defineEffect({
     .name = "Color shift",
     .tracks = tracks,
     .checks = checks,
-    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ListChoice),
     .exdata_fields = listChoiceFields,
 });
@@ -52,7 +56,8 @@ constinit EffectDefinition colorShiftObject = defineEffect({
     .name = "Color shift",
     .tracks = tracks,
     .checks = objectChecks,
-    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ListChoice),
     .exdata_fields = listChoiceFields,
 });

@@ -1,7 +1,7 @@
 // "De-interlacing": rebuilds the picture from one field.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -17,6 +17,9 @@ constexpr char methodList[] =
 constexpr CheckColumns checks({
     {methodList, checkDropDown},
 });
+constexpr ExtraControl controls[] = {
+    {checkMethod, extraList, offsetof(ListChoice, type)},
+};
 
 }  // namespace
 
@@ -24,7 +27,8 @@ constinit EffectDefinition deInterlacingEffect = defineEffect({
     .flag = effectFilter,
     .name = "De-interlacing",
     .checks = checks,
-    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ListChoice),
     .exdata_fields = listChoiceFields,
 });

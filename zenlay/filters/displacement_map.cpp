@@ -2,6 +2,7 @@
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/figure_mask.h"
 #include "zenlay/filters/placement_tracks.h"
+#include "zenlay/media/extra_controls.h"
 #include "zenlay/media/figures.h"
 
 namespace zenlay {
@@ -55,6 +56,10 @@ constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(DisplacementMapData::mode), "mode"},
     {exdataInteger, sizeof(DisplacementMapData::transform), "transform"},
 };
+constexpr ExtraControl controls[] = {
+    {checkFigure, extraFigure, offsetof(DisplacementMapData, type), offsetof(DisplacementMapData, name)},
+    {checkTransform, extraList, offsetof(DisplacementMapData, transform)},
+};
 
 }  // namespace
 
@@ -64,6 +69,8 @@ constinit EffectDefinition displacementMapEffect = defineEffect({
     .tracks = tracks,
     .checks = checks,
     .init = listFigures<checks>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(DisplacementMapData),
     .exdata_fields = fields,
 });

@@ -1,6 +1,7 @@
 // "Edge extraction": keeps the edges of luminance or of transparency.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -18,6 +19,9 @@ constexpr CheckColumns checks({
     {"Extract transparency edge", 0},
     {"Color settings", checkButton},
 });
+constexpr ExtraControl controls[] = {
+    {checkColor, extraColor, offsetof(ColorChoice, color)},
+};
 
 }  // namespace
 
@@ -26,6 +30,8 @@ constinit EffectDefinition edgeExtractionEffect = defineEffect({
     .name = "Edge extraction",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ColorChoice),
     .exdata_default = &whiteColor,
     .exdata_fields = colorChoiceFields,

@@ -1,5 +1,6 @@
 // "Emission": light above a threshold spreads in six widening rounds.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -32,6 +33,9 @@ constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(EmissionData::no_color), "no_color"},
 };
 constexpr EmissionData defaults = {{255, 255, 255}, 1};
+constexpr ExtraControl controls[] = {
+    {checkLightColor, extraOptionalColor, offsetof(EmissionData, color)},
+};
 
 }  // namespace
 
@@ -40,6 +44,8 @@ constinit EffectDefinition emissionEffect = defineEffect({
     .name = "Emission",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(EmissionData),
     .exdata_default = &defaults,
     .exdata_fields = fields,
@@ -49,6 +55,8 @@ constinit EffectDefinition emissionObject = defineEffect({
     .name = "Emission",
     .tracks = tracks,
     .checks = objectChecks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(EmissionData),
     .exdata_default = &defaults,
     .exdata_fields = fields,

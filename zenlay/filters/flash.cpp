@@ -1,6 +1,6 @@
 // "Flash": rays of light that leave a point through the object's silhouette.
 #include "zenlay/effects/definitions.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -37,6 +37,10 @@ constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(FlashData::no_color), "no_color"},
 };
 constexpr FlashData defaults = {0, {255, 255, 255}, 1};
+constexpr ExtraControl controls[] = {
+    {checkMix, extraList, offsetof(FlashData, mode)},
+    {checkLightColor, extraOptionalColor, offsetof(FlashData, color)},
+};
 
 }  // namespace
 
@@ -45,7 +49,8 @@ constinit EffectDefinition flashEffect = defineEffect({
     .name = "Flash",
     .tracks = tracks,
     .checks = checks,
-    .window_proc = storeDropDown<FlashData, &FlashData::mode>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(FlashData),
     .exdata_default = &defaults,
     .exdata_fields = fields,

@@ -1,6 +1,6 @@
 // "Glow": the light of bright parts spreads evenly or in streaks.
 #include "zenlay/effects/definitions.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -45,6 +45,10 @@ constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(GlowData::type), "type"},
 };
 constexpr GlowData defaults = {{255, 255, 255}, 1, 0};
+constexpr ExtraControl controls[] = {
+    {checkShape, extraList, offsetof(GlowData, type)},
+    {checkLightColor, extraOptionalColor, offsetof(GlowData, color)},
+};
 
 }  // namespace
 
@@ -53,7 +57,8 @@ constinit EffectDefinition glowEffect = defineEffect({
     .name = "Glow",
     .tracks = tracks,
     .checks = checks,
-    .window_proc = storeDropDown<GlowData, &GlowData::type>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(GlowData),
     .exdata_default = &defaults,
     .exdata_fields = fields,
@@ -63,7 +68,8 @@ constinit EffectDefinition glowObject = defineEffect({
     .name = "Glow",
     .tracks = tracks,
     .checks = objectChecks,
-    .window_proc = storeDropDown<GlowData, &GlowData::type>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(GlowData),
     .exdata_default = &defaults,
     .exdata_fields = fields,

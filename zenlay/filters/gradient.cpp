@@ -1,6 +1,7 @@
 // "Gradient": blends two colours over the object.
 #include "zenlay/effects/blend_modes.h"
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -48,6 +49,12 @@ constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(GradientData::type), "type"},
 };
 constexpr GradientData defaults = {0, {255, 255, 255}, 0, {0, 0, 0}, 0, 0};
+constexpr ExtraControl controls[] = {
+    {checkBlend, extraList, offsetof(GradientData, blend)},
+    {checkShape, extraList, offsetof(GradientData, type)},
+    {checkStart, extraOptionalColor, offsetof(GradientData, color)},
+    {checkEnd, extraOptionalColor, offsetof(GradientData, color2)},
+};
 
 }  // namespace
 
@@ -56,6 +63,8 @@ constinit EffectDefinition gradientEffect = defineEffect({
     .name = "Gradient",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(GradientData),
     .exdata_default = &defaults,
     .exdata_fields = fields,

@@ -1,7 +1,7 @@
 // "Luminance Key": dark or bright parts, or both, become transparent.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -24,6 +24,9 @@ constexpr TrackColumns tracks({
 constexpr CheckColumns checks({
     {keyList, checkDropDown},
 });
+constexpr ExtraControl controls[] = {
+    {checkKey, extraList, offsetof(ListChoice, type)},
+};
 
 }  // namespace
 
@@ -32,7 +35,8 @@ constinit EffectDefinition luminanceKeyEffect = defineEffect({
     .name = "Luminance Key",
     .tracks = tracks,
     .checks = checks,
-    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ListChoice),
     .exdata_fields = listChoiceFields,
 });

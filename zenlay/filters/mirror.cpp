@@ -2,7 +2,7 @@
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/placement_tracks.h"
 #include "zenlay/filters/shared_extra_data.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -26,6 +26,9 @@ constexpr CheckColumns checks({
     {sideList, checkDropDown},
     {"Change the center position", 0},
 });
+constexpr ExtraControl controls[] = {
+    {checkSide, extraList, offsetof(ListChoice, type)},
+};
 
 }  // namespace
 
@@ -34,7 +37,8 @@ constinit EffectDefinition mirrorEffect = defineEffect({
     .name = "Mirror",
     .tracks = tracks,
     .checks = checks,
-    .window_proc = storeDropDown<ListChoice, &ListChoice::type>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ListChoice),
     .exdata_fields = listChoiceFields,
 });

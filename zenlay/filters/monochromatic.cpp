@@ -1,6 +1,7 @@
 // "Monochromatic": moves every pixel toward one colour.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -16,6 +17,9 @@ constexpr CheckColumns checks({
     {"Color settings", checkButton},
     {"Keep luminance", 1},
 });
+constexpr ExtraControl controls[] = {
+    {checkColor, extraColor, offsetof(ColorChoice, color)},
+};
 
 }  // namespace
 
@@ -24,6 +28,8 @@ constinit EffectDefinition monochromaticEffect = defineEffect({
     .name = "Monochromatic",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ColorChoice),
     .exdata_default = &whiteColor,
     .exdata_fields = colorChoiceFields,
@@ -33,6 +39,8 @@ constinit EffectDefinition monochromaticObject = defineEffect({
     .name = "Monochromatic",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ColorChoice),
     .exdata_default = &whiteColor,
     .exdata_fields = colorChoiceFields,

@@ -1,5 +1,6 @@
 // "Noise": multiplies the object with moving noise.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -48,6 +49,10 @@ constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(NoiseData::seed), "seed"},
     {exdataReserved, sizeof(NoiseData::reserved), nullptr},
 };
+constexpr ExtraControl controls[] = {
+    {checkMix, extraList, offsetof(NoiseData, mode)},
+    {checkPattern, extraList, offsetof(NoiseData, type)},
+};
 
 }  // namespace
 
@@ -56,6 +61,8 @@ constinit EffectDefinition noiseEffect = defineEffect({
     .name = "Noise",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(NoiseData),
     .exdata_fields = fields,
 });

@@ -3,7 +3,7 @@
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/placement_tracks.h"
 #include "zenlay/filters/shared_extra_data.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -57,6 +57,9 @@ constexpr CheckColumns checks({
     {"Adjusted to fully disappear at end point", 1},
 });
 constexpr int32_t coordinateMap[coordinateSlots] = {0, 1, 2, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+constexpr ExtraControl controls[] = {
+    {checkBlend, extraList, offsetof(BlendChoice, blend)},
+};
 
 }  // namespace
 
@@ -65,7 +68,8 @@ constinit EffectDefinition particleOutputDrawing = defineEffect({
     .name = "Particle output",
     .tracks = tracks,
     .checks = checks,
-    .window_proc = storeDropDown<BlendChoice, &BlendChoice::blend>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(BlendChoice),
     .exdata_fields = blendChoiceFields,
     .coordinate_map = coordinateMap,

@@ -1,6 +1,7 @@
 // "Shadow": a soft shadow of the object's shape beside it.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/shared_extra_data.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -20,6 +21,10 @@ constexpr CheckColumns checks({
     {"Setting shadow color", checkButton},
     {"Pattern image file", checkButton},
 });
+constexpr ExtraControl controls[] = {
+    {checkColor, extraColor, offsetof(PatternChoice, color)},
+    {checkPattern, extraPicture, offsetof(PatternChoice, file)},
+};
 
 }  // namespace
 
@@ -28,6 +33,8 @@ constinit EffectDefinition shadowEffect = defineEffect({
     .name = "Shadow",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(PatternChoice),
     .exdata_fields = patternChoiceFields,
 });

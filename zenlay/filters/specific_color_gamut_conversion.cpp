@@ -1,5 +1,6 @@
 // "Specific color gamut conversion": replaces colours near a picked one by another.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -35,6 +36,10 @@ constexpr ExdataField fields[] = {
     {exdataReserved, sizeof(GamutConversionData::reserved2), nullptr},
     {exdataInteger, sizeof(GamutConversionData::status2), "status2"},
 };
+constexpr ExtraControl controls[] = {
+    {checkBefore, extraKeyColor, offsetof(GamutConversionData, color_yc)},
+    {checkAfter, extraKeyColor, offsetof(GamutConversionData, color_yc2)},
+};
 
 }  // namespace
 
@@ -43,6 +48,8 @@ constinit EffectDefinition specificColorGamutConversionEffect = defineEffect({
     .name = "Specific color gamut conversion",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(GamutConversionData),
     .exdata_fields = fields,
 });

@@ -4,12 +4,13 @@
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/filters/placement_tracks.h"
 #include "zenlay/filters/shared_extra_data.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
 namespace {
 
+enum StandardDrawingCheck { checkBlend };
 constexpr uint32_t standardOptions = 0x111;
 
 int processStandardDrawing(EffectDefinition* effect, EffectProcessInfo* info) {
@@ -27,6 +28,9 @@ constinit TrackColumns tracks({
 });
 constinit CheckColumns checks({{blendModeList, checkDropDown}});
 constexpr int32_t coordinates[coordinateSlots] = {0, 1, 2, -1, -1, 5, -1, -1, -1, 3, -1, 4};
+constexpr ExtraControl controls[] = {
+    {checkBlend, extraList, offsetof(BlendChoice, blend)},
+};
 
 }  // namespace
 
@@ -36,7 +40,8 @@ constinit EffectDefinition standardDrawing = defineEffect({
     .tracks = tracks,
     .checks = checks,
     .proc = processStandardDrawing,
-    .window_proc = storeDropDown<BlendChoice, &BlendChoice::blend>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(BlendChoice),
     .exdata_fields = blendChoiceFields,
     .coordinate_map = coordinates,

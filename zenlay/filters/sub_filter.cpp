@@ -1,6 +1,7 @@
 // "Sub-filter": lets the effects behind it act on a figure's area of the frame.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/figure_mask.h"
+#include "zenlay/media/extra_controls.h"
 #include "zenlay/media/figures.h"
 
 namespace zenlay {
@@ -13,6 +14,9 @@ constinit CheckColumns checks({
     {figureList, checkDropDown},
     {"Invert mask", 0},
 });
+constexpr ExtraControl controls[] = {
+    {checkFigure, extraFigure, offsetof(FigureMask, type), offsetof(FigureMask, name)},
+};
 
 }  // namespace
 
@@ -22,6 +26,8 @@ constinit EffectDefinition subFilterObject = defineEffect({
     .tracks = figureMaskTracks,
     .checks = checks,
     .init = listFigures<checks>,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(FigureMask),
     .exdata_fields = figureMaskFields,
 });

@@ -4,7 +4,7 @@
 #include "zenlay/effects/blend_modes.h"
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/synthesis_modes.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 #include "zenlay/media/image_data.h"
 
 namespace zenlay {
@@ -61,9 +61,14 @@ int processImageSynthesis(EffectDefinition* effect, EffectProcessInfo* info) {
   return 1;
 }
 
+constexpr ExtraControl controls[] = {
+    {checkReference, extraPicture, offsetof(ImageData, file)},
+    {checkMode, extraList, offsetof(ImageData, mode)},
+};
+
 int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
-  if (takeDropDown(effect, message, wparam, lparam, &extraData<ImageData>(effect).mode)) return 1;
-  return checkImageFile(effect, message, wparam, lparam);
+  return operateControls(effect, controls, std::size(controls), message, wparam, lparam) ||
+         checkImageFile(effect, message, wparam, lparam);
 }
 
 constinit TrackColumns tracks({
@@ -88,6 +93,7 @@ constinit EffectDefinition synthesisImageFileEffect = defineEffect({
     .checks = checks,
     .proc = processImageSynthesis,
     .window_proc = handleMessage,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ImageData),
     .exdata_fields = imageDataFields,
 });

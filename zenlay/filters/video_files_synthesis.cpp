@@ -1,9 +1,10 @@
 // "Video files synthesis": puts the frames of a video file into the object's image.
 #include <algorithm>
 
+#include "platform/window.h"
 #include "zenlay/effects/definitions.h"
 #include "zenlay/filters/synthesis_modes.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 #include "zenlay/media/playback_time.h"
 #include "zenlay/media/video_picture.h"
 
@@ -14,6 +15,7 @@ namespace {
 enum VideoSynthesisTrack { trackPosition, trackSpeed, trackX, trackY, trackZoom };
 enum VideoSynthesisCheck { checkLoop, checkSynchronize, checkTile, checkReference, checkMode };
 constexpr int fullSize = 1000;
+constexpr int farthestOffset = 3600;
 
 /// With "Synchronize with video files" the position is an offset to the frame last shown by a video object.
 int frameToShow(EffectDefinition* effect, EffectProcessInfo* info, const HostFileInfo& file) {
@@ -55,9 +57,26 @@ int processVideoSynthesis(EffectDefinition* effect, EffectProcessInfo* info) {
   return 1;
 }
 
+constexpr ExtraControl controls[] = {
+    {checkMode, extraList, offsetof(VideoData, mode)},
+};
+
 int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
-  if (takeDropDown(effect, message, wparam, lparam, &extraData<VideoData>(effect).mode)) return 1;
+  if (takeVideoFile(effect, message, wparam, lparam, checkReference)) return 1;
+  if (operateControls(effect, controls, std::size(controls), message, wparam, lparam)) return 1;
+  if (isCommand(message, wparam, commandChecked)) effect->services->objectChanged(effect->object_ref);
   return checkVideoFile(effect, message, wparam, lparam);
+}
+
+/// The position is an offset to the frame of a video object while the two are synchronized.
+int showSynthesis(void*, uint32_t message, intptr_t, intptr_t, EditHandle, EffectDefinition* effect) {
+  if (message != controlsFill) return 0;
+  bool offset = effect->check_values[checkSynchronize] != 0;
+  showVideoFile(effect, checkReference);
+  if (offset) effect->services->setTrackRange(effect->object_ref, trackPosition, -farthestOffset, farthestOffset, 1);
+  platform::Window* name = effect->services->getSettingsControl(effect->object_ref, trackNameButton, trackPosition);
+  if (name) platform::setWindowText(name, offset ? "Offset" : "~Play");
+  return showControls(effect, controls, std::size(controls), message);
 }
 
 constinit TrackColumns tracks({
@@ -89,6 +108,7 @@ constinit EffectDefinition videoFilesSynthesisEffect = defineEffect({
     .checks = checks,
     .proc = processVideoSynthesis,
     .window_proc = handleMessage,
+    .show_controls = showSynthesis,
     .exdata_size = sizeof(VideoData),
     .exdata_fields = fields,
 });

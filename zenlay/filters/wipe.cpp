@@ -1,5 +1,6 @@
 // "Wipe": a growing shape reveals the object and hides it again.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -36,6 +37,9 @@ constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(WipeData::type), "type"},
     {exdataString, sizeof(WipeData::name), "name"},
 };
+constexpr ExtraControl controls[] = {
+    {checkShape, extraList, offsetof(WipeData, type)},
+};
 
 }  // namespace
 
@@ -44,6 +48,8 @@ constinit EffectDefinition wipeEffect = defineEffect({
     .name = "Wipe",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(WipeData),
     .exdata_fields = fields,
 });

@@ -77,11 +77,8 @@ enum PluginCommand : int32_t {
   commandOpenBackup = 1067,      // new project from a backup file
 };
 
-/// Commands (messageCommand) to the host's main window, the owner of the filters' windows.
-enum HostCommand : int32_t {
-  hostCommandSizeMove = 900,  // second: the window that is moved or sized by the user, its message and parameters
-  hostCommandPlay = 901,      // play from the current frame, or stop
-};
+/// A command (messageCommand) of the plug-in to the host's main window: plays the preview. second = first frame.
+inline constexpr int32_t hostPlayFromCursor = 901;
 
 // Bits of HostFilterRecord::flags with a meaning of the plug-in's own; the others are the host's.
 enum FilterFlag : uint32_t {

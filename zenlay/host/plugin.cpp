@@ -6,10 +6,13 @@
 #include "zenlay/host/preferences.h"
 #include "zenlay/host/project_block.h"
 #include "zenlay/model/order.h"
+#include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/render/audio_mix.h"
 #include "zenlay/render/convert.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/ui/backup.h"
+#include "zenlay/ui/timeline.h"
 #include "zenlay/ui/window_procedure.h"
 
 namespace zenlay {
@@ -38,7 +41,9 @@ int processFrame(HostFilterRecord*, FrameProcessInfo* info) {
 }
 
 int processAudio(HostFilterRecord*, FrameProcessInfo* info) {
-  if (objectCount != 0) environment.edit = info->edit;
+  if (objectCount == 0) return 1;
+  environment.edit = info->edit;
+  mixSceneSound(*info, currentScene);
   return 1;
 }
 
@@ -61,6 +66,12 @@ int saveEnd(HostFilterRecord*, EditHandle) {
   return 1;
 }
 
+int loadAndShow(HostFilterRecord* filter, EditHandle edit, const void* data, int32_t size) {
+  int loaded = loadProject(filter, edit, data, size);
+  showModel();
+  return loaded;
+}
+
 }  // namespace
 
 constinit HostFilterRecord mainFilterRecord = {
@@ -73,7 +84,7 @@ constinit HostFilterRecord mainFilterRecord = {
     .information = "Zenlay(zenlay) version 0.92",
     .saveStart = saveStart,
     .saveEnd = saveEnd,
-    .projectLoad = loadProject,
+    .projectLoad = loadAndShow,
     .projectSave = saveProject,
 };
 

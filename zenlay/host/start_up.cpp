@@ -26,11 +26,16 @@
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/render/audio_mix.h"
 #include "zenlay/render/draw.h"
 #include "zenlay/render/effect_commands.h"
 #include "zenlay/render/image_cache.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/render/work_memory.h"
+#include "zenlay/ui/drag.h"
+#include "zenlay/ui/selection.h"
+#include "zenlay/ui/settings_window.h"
+#include "zenlay/ui/timeline.h"
 
 namespace zenlay {
 namespace {
@@ -44,22 +49,19 @@ constexpr int cameraViewWidth = 640, cameraViewHeight = 480;
 constexpr int playbackLink = 900;  // code of the command that hands our callback to the playback window
 constexpr char playbackName[] = "Playback window";
 
-// Bits of the flag word of a playback notification.
-constexpr int playbackNoAids = 0x1, playbackStarts = 0x4, playbackEnds = 0x8;
-
 platform::Canvas* memoryCanvas;
 platform::HookHandle* keyboardHook;
 
 int onPlayback(int32_t frame, int32_t flags) {
-  if (flags & playbackNoAids) return 1;
-  if (flags & playbackStarts) environment.playing = true;
-  if (flags & playbackEnds) environment.playing = false;
-  timelineView.playbackFrame = environment.playing ? frame : -1;
+  playbackNotification(frame, static_cast<uint32_t>(flags));
   return 1;
 }
 
-/// Keys pressed in the object settings window reach it first; there is none without a desktop.
-int onKey(int, bool) { return 0; }
+void onObjectDeleted(int object) {
+  forgetDragged(object);
+  forgetSelected(object);
+  freeWorkMemoryOf(object);
+}
 
 void resetState(HostFilterRecord* filter, const HostSystemInfo& system) {
   WindowHandle window = filter->window;
@@ -148,7 +150,7 @@ int startUp(HostFilterRecord* filter) {
   readModuleFiles(environment.modulePath);
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
-  modelHooks = {.objectDeleted = freeWorkMemoryOf,
+  modelHooks = {.objectDeleted = onObjectDeleted,
                 .sendCommand = sendEffectCommand,
                 .hideControls = hideEffectControls,
                 .trackValues = evaluateSlot};
@@ -157,7 +159,7 @@ int startUp(HostFilterRecord* filter) {
   linkHostFilters(system.filterCount);
   scanAliases();
   publishRenderService();
-  keyboardHook = platform::installKeyHook(onKey);
+  keyboardHook = platform::installKeyHook(settingsKey);
   return 1;
 }
 
@@ -168,6 +170,7 @@ int shutDown(HostFilterRecord*) {
   exitEffects();
   modelHooks = {};
   freeRenderBuffers();
+  freeSoundBuffers();
   freeWorkMemory();
   unloadImagePlugins();
   freeFigureList();

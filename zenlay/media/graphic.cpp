@@ -1,10 +1,8 @@
 // "Graphic": a figure of one colour.
-#include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 #include "zenlay/effects/definitions.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 #include "zenlay/media/figures.h"
 
 namespace zenlay {
@@ -12,6 +10,7 @@ namespace zenlay {
 namespace {
 
 enum GraphicTrack { trackSize, trackAspect, trackLineWidth };
+enum GraphicCheck { checkFigure, checkColor };
 
 struct GraphicData {
   int32_t type;      // Figure; 0 when `name` is set
@@ -35,26 +34,6 @@ int processGraphic(EffectDefinition* effect, EffectProcessInfo* info) {
   return effect->services->drawFigure(effect, info, &request);
 }
 
-/// The index is one of the figure list; the last item keeps an earlier path.
-void chooseFigure(GraphicData* data, intptr_t index) {
-  if (index >= figureCount()) {
-    data->type = 0;
-    if (data->name[0] != '*') strcpy(data->name, "*");
-    return;
-  }
-  bool builtIn = index < builtInFigures;
-  data->type = builtIn ? static_cast<int32_t>(std::max<intptr_t>(index, 0)) : 0;
-  snprintf(data->name, sizeof data->name, "%s", builtIn ? "" : figureName(static_cast<int>(index)));
-}
-
-int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
-  if (!isCommand(message, wparam, commandDropDown)) return 0;
-  effect->services->recordUndo(effect->object_ref);
-  chooseFigure(&extraData<GraphicData>(effect), lparam);
-  effect->services->objectChanged(effect->object_ref);
-  return 1;
-}
-
 constinit TrackColumns tracks({
     {"Size", 100, 0, 4000, 1, 0, 1000},
     {"rAspect", 0, -1000, 1000, 10, -1000, 1000},
@@ -72,6 +51,10 @@ constexpr ExdataField fields[] = {
     {exdataString, sizeof(GraphicData::name), "name"},
 };
 constexpr GraphicData white = {0, {255, 255, 255}, 0, {}};
+constexpr ExtraControl controls[] = {
+    {checkFigure, extraFigure, offsetof(GraphicData, type), offsetof(GraphicData, name)},
+    {checkColor, extraColor, offsetof(GraphicData, color)},
+};
 
 }  // namespace
 
@@ -82,7 +65,8 @@ constinit EffectDefinition graphicMedia = defineEffect({
     .checks = checks,
     .proc = processGraphic,
     .init = listFigures<checks>,
-    .window_proc = handleMessage,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(GraphicData),
     .exdata_default = &white,
     .exdata_fields = fields,

@@ -2,12 +2,14 @@
 #include <algorithm>
 
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/extra_controls.h"
 #include "zenlay/media/image_data.h"
 
 namespace zenlay {
 
 namespace {
 
+enum ImageFileCheck { checkReference };
 constexpr int positionScale = 10;  // of the drawing effects' X and Y
 
 /// X and Y of the object's drawing effect in pixels; 0, 0 without one.
@@ -53,8 +55,13 @@ int processImageFile(EffectDefinition* effect, EffectProcessInfo* info) {
   return services->loadImage(info->objectImage, file, &info->objectWidth, &info->objectHeight, &window, 0);
 }
 
+constexpr ExtraControl controls[] = {
+    {checkReference, extraPicture, offsetof(ImageData, file)},
+};
+
 int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
-  return checkImageFile(effect, message, wparam, lparam);
+  return operateControls(effect, controls, std::size(controls), message, wparam, lparam) ||
+         checkImageFile(effect, message, wparam, lparam);
 }
 
 constinit CheckColumns checks({{"Reference file", checkButton}});
@@ -67,6 +74,7 @@ constinit EffectDefinition imageFileMedia = defineEffect({
     .checks = checks,
     .proc = processImageFile,
     .window_proc = handleMessage,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ImageData),
     .exdata_fields = imageDataFields,
 });

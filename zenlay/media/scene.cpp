@@ -1,5 +1,6 @@
 // "Scene": another scene of the project as a moving picture.
 #include "zenlay/effects/definitions.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -25,6 +26,9 @@ constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(SceneData::scene), "scene"},
 };
 constexpr SceneData defaults = {1};
+constexpr ExtraControl controls[] = {
+    {checkSelect, extraScene, offsetof(SceneData, scene)},
+};
 
 }  // namespace
 
@@ -33,6 +37,8 @@ constinit EffectDefinition sceneMedia = defineEffect({
     .name = "Scene",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(SceneData),
     .exdata_default = &defaults,
     .exdata_fields = fields,

@@ -63,7 +63,13 @@ int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, Edi
     continuePlayback(effect, edit, video);
     return 1;
   }
+  if (takeVideoFile(effect, message, wparam, lparam, checkReference)) return 1;
   return checkVideoFile(effect, message, wparam, lparam);
+}
+
+int showVideo(void*, uint32_t message, intptr_t, intptr_t, EditHandle, EffectDefinition* effect) {
+  if (message == controlsFill) showVideoFile(effect, checkReference);
+  return 0;
 }
 
 constinit TrackColumns tracks({
@@ -89,6 +95,7 @@ constinit EffectDefinition videoFileMedia = defineEffect({
     .checks = checks,
     .proc = processVideoFile,
     .window_proc = handleMessage,
+    .show_controls = showVideo,
     .exdata_size = sizeof(VideoData),
     .exdata_fields = fields,
 });

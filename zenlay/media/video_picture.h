@@ -26,4 +26,10 @@ VideoPicture readVideoPicture(EffectDefinition*, EffectProcessInfo*, MediaHandle
 /// Counts a file that is gone after loading or when asked to check; opens nothing and keeps the name.
 int checkVideoFile(EffectDefinition*, uint32_t message, intptr_t wparam, intptr_t lparam);
 
+/// The file that the check's button or a drop brings: opened, stored and told. Of a media object with one section also
+/// resets position, speed and looping, and the object lasts as long as the video. 1 when a file was taken.
+int takeVideoFile(EffectDefinition*, uint32_t message, intptr_t wparam, intptr_t lparam, int check);
+/// The file's name beside the check's button and the frames as the position's range.
+void showVideoFile(EffectDefinition*, int check);
+
 }  // namespace zenlay

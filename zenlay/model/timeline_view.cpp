@@ -4,9 +4,9 @@
 
 namespace zenlay {
 
-TimelineView timelineView{initialZoomLevel, zoomTable[initialZoomLevel], 0, 0, 0, -1, 0};
+constinit TimelineView timelineView;
 
-void resetTimelineView() { timelineView = {initialZoomLevel, zoomTable[initialZoomLevel], 0, 0, 0, -1, 0}; }
+void resetTimelineView() { timelineView = {}; }
 
 void setZoomLevel(int level) {
   timelineView.zoomLevel = std::clamp(level, 0, zoomLevels - 1);

@@ -3,6 +3,7 @@
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/objects.h"
+#include "zenlay/model/slots.h"
 #include "zenlay/render/pipeline.h"
 
 namespace zenlay {
@@ -25,12 +26,40 @@ void callBound(int object, int slot, Call call) {
 
 }  // namespace
 
-void sendEffectCommand(int object, int slot, int command, intptr_t value) {
+int callEffect(int object, int slot, int command, intptr_t value) {
   const EffectDefinition* d = effectList[objects[object].slots[slot].effect];
-  if (!isBuiltIn(d) || !d->window_proc) return;
+  if (!isBuiltIn(d) || !d->window_proc) return 0;
+  int answer = 0;
   callBound(object, slot, [&](EffectDefinition* bound) {
-    bound->window_proc(environment.timelineWindow, messageEffectCommand, command, value, environment.edit, bound);
+    answer =
+        bound->window_proc(environment.timelineWindow, messageEffectCommand, command, value, environment.edit, bound);
   });
+  return answer;
+}
+
+void sendEffectCommand(int object, int slot, int command, intptr_t value) { callEffect(object, slot, command, value); }
+
+int showEffectControls(int object, int slot, platform::Window* settings, uint32_t message, intptr_t wparam,
+                       intptr_t lparam) {
+  const EffectDefinition* d = effectList[objects[object].slots[slot].effect];
+  if (!isBuiltIn(d) || !d->show_controls) return 0;
+  int height = 0;
+  callBound(object, slot, [&](EffectDefinition* bound) {
+    height = bound->show_controls(settings, message, wparam, lparam, environment.edit, bound);
+  });
+  return height;
+}
+
+bool offerKey(int object, uint32_t message, int key) {
+  bool taken = false;
+  for (int slot = 0; slot < usedSlots(object) && !taken; slot++) {
+    const EffectDefinition* d = effectList[objects[object].slots[slot].effect];
+    if (!isBuiltIn(d) || !d->window_proc) continue;
+    callBound(object, slot, [&](EffectDefinition* bound) {
+      taken = bound->window_proc(environment.timelineWindow, message, key, 0, environment.edit, bound) == 1;
+    });
+  }
+  return taken;
 }
 
 void hideEffectControls(int object, int slot) {

@@ -104,7 +104,7 @@ int placeObject(EffectDefinition* effect, EffectProcessInfo* info, uint32_t opti
   int drawn = drawImageInSpace(environment.hostFunctions, shown ? &target : nullptr, objectRegion(info), at,
                                p.turnedByGroup ? &p.group : nullptr, flags, corners);
   if (drawn && shown) noteDrawn(target.pixels, intersect(drawnBounds(corners), {0, 0, target.width, target.height}));
-  if (info->host.flags & processHandles && info->depth == 0) addPlacementHandles(effect, info, corners);
+  recordPlacement(effect, info, corners);
   return 1;
 }
 

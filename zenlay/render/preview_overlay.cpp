@@ -1,12 +1,17 @@
 #include "zenlay/render/preview_overlay.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "zenlay/host/environment.h"
 #include "zenlay/host/preferences.h"
+#include "zenlay/render/handle_drawing.h"
+#include "zenlay/render/handles.h"
 
 namespace zenlay {
+
+constinit ShownScene shownScene{0, 0, 0, 0, 12, false};
 
 namespace {
 
@@ -37,12 +42,19 @@ void fillRect(const ImageTarget& target, PixelRect r, FramePixel colour) {
   for (int y = r.top; y < r.bottom; y++) std::fill(rowOf(target, y) + r.left, rowOf(target, y) + r.right, colour);
 }
 
+/// Left top corner of button i in the scene's picture: at the lower left of what the host shows of it.
+struct Corner {
+  int x, y;
+};
+Corner buttonCorner(int i) {
+  return {shownScene.offsetX + i * zoomButtonWidth, shownScene.height - shownScene.offsetY - zoomButtonHeight};
+}
+
 void drawButtons(const ImageTarget& target, int value) {
-  int top = target.height - zoomButtonHeight;
   const HostFunctionTable* host = environment.hostFunctions;
   for (int i = 0; i < zoomButtons; i++) {
-    int left = i * zoomButtonWidth;
-    fillRect(target, {left + 1, top + 1, left + zoomButtonWidth - 1, target.height - 1},
+    auto [left, top] = buttonCorner(i);
+    fillRect(target, {left + 1, top + 1, left + zoomButtonWidth - 1, top + zoomButtonHeight - 1},
              buttons[i].value == value ? chosenColour : buttonColour);
     if (!host->hostDrawText || top < 0 || left + zoomButtonWidth > target.width) continue;
     int32_t width = 0, height = 0;
@@ -77,14 +89,65 @@ void drawZoomedOut(EffectProcessInfo* info) {
     FramePixel* corner = rowOf(shown, (shown.height - height) / 2) + (shown.width - width) / 2;
     host->resizeImage(corner, width, height, info->host.frame, 0, 0, info->host.width, info->host.height);
     std::swap(info->host.frame, info->host.scratch);
+    shownScene.value = value;
   }
+  shownScene.buttons = true;
   drawButtons(frameTarget(info), value);
 }
 
 void drawPreviewOverlay(EffectProcessInfo* info) {
   const GridSettings& grid = preferences.grid;
+  shownScene = {info->host.width, info->host.height, info->offsetX, info->offsetY, wholeSize, false};
   if (grid.grid2d) drawGrid(frameTarget(info), grid.grid2d_w, grid.grid2d_h);
   if (grid.out_of_area) drawZoomedOut(info);
+  if (!imageAidsHidden) drawHandles(frameTarget(info));
+}
+
+int zoomButtonAt(int x, int y) {
+  if (!shownScene.buttons) return 0;
+  x += shownScene.offsetX;
+  y += shownScene.offsetY;
+  for (int i = 0; i < zoomButtons; i++) {
+    auto [left, top] = buttonCorner(i);
+    if (x >= left && x < left + zoomButtonWidth && y >= top && y < top + zoomButtonHeight) return buttons[i].value;
+  }
+  return 0;
+}
+
+ScenePoint sceneAt(int x, int y) {
+  const ShownScene& s = shownScene;
+  double scale = 1.0 * s.value / wholeSize;
+  return {s.width / 2.0 + (x + s.offsetX - s.width / 2.0) * scale,
+          s.height / 2.0 + (y + s.offsetY - s.height / 2.0) * scale};
+}
+
+ScenePoint shownAt(ScenePoint p) {
+  const ShownScene& s = shownScene;
+  double scale = 1.0 * wholeSize / s.value;
+  return {s.width / 2.0 + (p.x - s.width / 2.0) * scale, s.height / 2.0 + (p.y - s.height / 2.0) * scale};
+}
+
+double markRadius() {
+  constexpr double usualPicture = 480, smallest = 3;
+  double radius = std::max(smallest, std::max(shownScene.width, shownScene.height) / usualPicture);
+  return radius * shownScene.value / wholeSize;
+}
+
+double knobDistance() { return 8 * markRadius(); }
+
+ScenePoint boxCorner(const PreviewHandle& box, int corner) {
+  constexpr double unit = 4096;
+  return {box.corners[2 * corner] / unit, box.corners[2 * corner + 1] / unit};
+}
+
+ScenePoint boxKnob(const PreviewHandle& box) {
+  ScenePoint a = boxCorner(box, 0), b = boxCorner(box, 1), under = boxCorner(box, 3);
+  ScenePoint middle{(a.x + b.x) / 2, (a.y + b.y) / 2};
+  // Away from the lower edge, square to the upper one.
+  double nx = b.y - a.y, ny = a.x - b.x, length = std::hypot(nx, ny);
+  if (length == 0) return {middle.x, middle.y - knobDistance()};
+  if (nx * (under.x - a.x) + ny * (under.y - a.y) > 0) length = -length;
+  return {middle.x + nx / length * knobDistance(), middle.y + ny / length * knobDistance()};
 }
 
 }  // namespace zenlay

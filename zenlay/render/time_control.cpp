@@ -21,12 +21,13 @@ void evaluate(int object, int frame, int subFrame, int32_t values[timeTracks]) {
 
 }  // namespace
 
-int32_t controlledTime(const ObjectRecord* control, int frame, int subFrame) {
+int32_t controlledTime(const ObjectRecord* control, int frame, int subFrame, bool decimated) {
   int object = indexOf(control);
   FrameRange chain = chainRange(object);
   int64_t length = chain.last - chain.first;
   int32_t values[timeTracks];
   evaluate(object, frame, subFrame, values);
+  if (!decimated) values[decimation] = 1;
   int64_t repeats = values[repeat], hold = int64_t{values[decimation]} * 100;
   if (values[repeat] > 1 || values[decimation] > 1) {
     int64_t time = subFrame + int64_t{frame - chain.first} * 100;

@@ -6,6 +6,7 @@
 namespace zenlay {
 
 /// Scene time, in hundredths of a frame, that the time control (the section alive at `frame`) shows at that frame.
-int32_t controlledTime(const ObjectRecord*, int frame, int subFrame);
+/// Without `decimated` it flows on between the frames that the picture holds.
+int32_t controlledTime(const ObjectRecord*, int frame, int subFrame, bool decimated = true);
 
 }  // namespace zenlay

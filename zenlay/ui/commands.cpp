@@ -1,127 +1,88 @@
 #include "zenlay/ui/commands.h"
 
-#include <algorithm>
-#include <string>
-
-#include "platform/paths.h"
-#include "zenlay/files/object_file.h"
+#include "platform/window.h"
 #include "zenlay/host/environment.h"
-#include "zenlay/host/preferences.h"
-#include "zenlay/model/order.h"
-#include "zenlay/model/scenes.h"
+#include "zenlay/model/objects.h"
 #include "zenlay/model/timeline_view.h"
-#include "zenlay/model/undo.h"
-#include "zenlay/render/image_cache.h"
-#include "zenlay/ui/backup.h"
-#include "zenlay/ui/new_project.h"
+#include "zenlay/ui/commands_table.h"
+#include "zenlay/ui/drag.h"
+#include "zenlay/ui/selection.h"
+#include "zenlay/ui/settings_window.h"
+#include "zenlay/ui/timeline.h"
 
 namespace zenlay {
+namespace commands {
 namespace {
 
-constexpr int fileNameBytes = 260;
-constexpr char objectFileFilter[] = "ObjectFile (*.zlo)\0*.zlo\0AllFile (*.*)\0*.*\0";
-constexpr char backupFileFilter[] = "BackupFile (*.zenlay_backup)\0*.zenlay_backup\0";
+constexpr const std::span<const Row>* tables[] = {&objectCommands,   &selectionCommands, &effectCommands,
+                                                  &settingsCommands, &layerCommands,     &viewCommands,
+                                                  &projectCommands};
+constexpr int customControlsBegin = 22000, customControlsEnd = 25072;
 
-using FileDialog = int32_t (*)(char*, const char*, const char*);
+int depth;  // of commands that wait for a dialog, a menu or the host
 
-/// The path chosen in a host dialog; empty when cancelled.
-std::string askFile(FileDialog dialog, const char* filter, const char* initial) {
-  char name[fileNameBytes] = "";
-  return dialog(name, filter, initial) ? name : "";
+const Row* findRow(int id) {
+  for (const std::span<const Row>* table : tables)
+    for (const Row& row : *table)
+      if (row.id == id) return &row;
+  return nullptr;
 }
 
-/// Grows the current scene (and with it the host's clip) to `length` frames; it never shrinks.
-void growScene(int length) {
-  length = std::min(length, environment.maxFrames);
-  if (length <= timelineView.sceneLength) return;
-  environment.hostFunctions->setFrameCount(environment.edit, length);
-  timelineView.sceneLength = length;
+const Range* findRange(int id) {
+  for (const Range& range : createCommands)
+    if (id >= range.first && id < range.end) return &range;
+  return nullptr;
 }
 
-int newFromObjectFile(const char* path) {
-  ObjectFileHeader header;
-  if (!platform::fileExists(path)) {
-    showMessage("Failed to read the file", boxWarning);
-    return 0;
+bool met(uint8_t needs) {
+  if (!(needs & anyTime) && (environment.saving || depth > 0 || movesObjects(timelineView.dragMode))) return false;
+  if (needs & needsProject && timelineView.sceneLength < 1) return false;
+  if (needs & needsNoProject && timelineView.sceneLength > 0) return false;
+  if (needs & needsCurrent && !onTimeline(currentObject)) return false;
+  if (needs & needsSelection && selection().empty()) return false;
+  return !(needs & needsTarget) || !selection().empty() || onTimeline(currentObject);
+}
+
+int show(int changed, uint8_t shows) {
+  if (!changed) return 0;
+  if (shows & showsTimeline) redrawTimeline();
+  if (shows & showsSettings && onTimeline(currentObject)) relayoutSettings();
+  return 1;
+}
+
+template <class Run>
+int runGuarded(uint8_t needs, uint8_t shows, Run run) {
+  if (!met(needs)) return 0;
+  const bool alone = !(needs & (anyTime | leadsOn));
+  depth += alone;
+  int changed = run();
+  depth -= alone;
+  return show(changed, shows);
+}
+
+ActiveWindow activeWindow() {
+  platform::Window* active = platform::activeWindow();
+  if (!active) return activeOther;
+  if (active == settingsWindow()) return activeSettings;
+  return active == environment.hostMainWindow ? activeHost : activeOther;
+}
+
+int dispatch(int word, intptr_t parameter, bool fromHost) {
+  int id = word & 0xFFFF;
+  if (id >= customControlsBegin && id < customControlsEnd)
+    return runGuarded(needsCurrent, showsNothing, [&] { return customControl(id, static_cast<int>(parameter)); });
+  if (const Row* row = findRow(id)) {
+    const Call call{parameter, word >> 16, fromHost, activeWindow()};
+    return runGuarded(row->needs, row->shows, [&] { return row->run(call); });
   }
-  bool headed = readObjectFileHeader(path, &header);
-  const ClipFormat format{header.width, header.height, header.rate, header.scale, header.audioRate};
-  if (!createProject(format)) return 0;
-  scenes[0].flags = sceneSetUp | (header.flags & sceneHasAlpha);
-  setSceneName(0, header.name);
-  growScene(std::max(header.length, 1));
-  int end = readObjectFile(path, 0, 0);
-  if (end < 0) return 0;
-  if (!headed && objectCount == 0) {
-    showMessage("The file holds neither a header nor objects", boxWarning);
-    return 0;
-  }
-  growScene(end + 1);
-  return 1;
+  const Range* range = findRange(id);
+  return range ? runGuarded(range->needs, range->shows, [&] { return range->run(id - range->first); }) : 0;
 }
-
-int importObjectFile() {
-  std::string path = askFile(environment.hostFunctions->askLoadFileName, objectFileFilter, "");
-  if (path.empty()) return 0;
-  if (!environment.projectOpen) return newFromObjectFile(path.c_str());
-  beginUndoStep();
-  int end = readObjectFile(path.c_str(), timelineView.cursorFrame, 0);
-  if (end >= 0) growScene(end + 1);
-  return 1;
-}
-
-int exportObjectFile() {
-  std::string path = askFile(environment.hostFunctions->askSaveFileName, objectFileFilter, "");
-  if (!path.empty()) writeObjectFile(path.c_str());
-  return 0;
-}
-
-int restoreBackupChosen() {
-  if (environment.projectOpen) return 0;
-  std::string newest = newestBackup();
-  std::string path = askFile(environment.hostFunctions->askLoadFileName, backupFileFilter, newest.c_str());
-  return path.empty() ? 0 : restoreBackup(path.c_str());
-}
-
-int discardCaches() {
-  const HostFunctionTable* host = environment.hostFunctions;
-  initialiseImageCache(host->readIntSetting(environment.mainFilter, "image_cache_max", defaultImageCacheSlots));
-  return 1;
-}
-
-int toggle(int32_t& setting) {
-  setting = !setting;
-  return 1;
-}
-
-struct CommandRow {
-  int id;
-  int (*run)(intptr_t parameter);
-};
-
-const char* pathOf(intptr_t parameter) { return reinterpret_cast<const char*>(parameter); }
-
-constexpr CommandRow commandTable[] = {
-    {commandToggleOutOfArea, [](intptr_t) { return toggle(preferences.grid.out_of_area); }},
-    {commandImport, [](intptr_t) { return importObjectFile(); }},
-    {commandExport, [](intptr_t) { return exportObjectFile(); }},
-    {commandNewFromObjectFile,
-     [](intptr_t path) { return environment.projectOpen ? 0 : newFromObjectFile(pathOf(path)); }},
-    {commandToggleFastPreview, [](intptr_t) { return toggle(preferences.fast_preview); }},
-    {commandRestoreBackup, [](intptr_t) { return restoreBackupChosen(); }},
-    {commandRestoreBackupPath, [](intptr_t path) { return environment.projectOpen ? 0 : restoreBackup(pathOf(path)); }},
-    {commandDiscardCaches, [](intptr_t) { return discardCaches(); }},
-    {commandToggleGrid2d, [](intptr_t) { return toggle(preferences.grid.grid2d); }},
-    {commandToggleGrid3d, [](intptr_t) { return toggle(preferences.grid.grid3d); }},
-};
 
 }  // namespace
+}  // namespace commands
 
-int runCommand(int id, intptr_t parameter) {
-  for (const CommandRow& row : commandTable) {
-    if (row.id == id) return row.run(parameter);
-  }
-  return 0;
-}
+int runCommand(int id, intptr_t parameter) { return commands::dispatch(id, parameter, false); }
+int runHostCommand(int id, intptr_t parameter) { return commands::dispatch(id, parameter, true); }
 
 }  // namespace zenlay

@@ -7,8 +7,14 @@
 
 namespace zenlay {
 
-/// 1 when something was opened or changed (asks the host to redraw the frame), 0 when cancelled or failed after a
-/// message. Ids without a row do nothing.
+// 1 when something was opened or changed (asks the host to redraw the frame), 0 when cancelled, refused or failed after
+// a message. Numbers without a command do nothing. Nothing is begun while the host saves or while a dialog of another
+// command waits for the user.
+
+/// From the plug-in's own menus, keys and windows.
 int runCommand(int id, intptr_t parameter);
+/// From the host's menus and keys and the settings window's toggles: some commands then go by the window that is
+/// active.
+int runHostCommand(int id, intptr_t parameter);
 
 }  // namespace zenlay

@@ -18,7 +18,7 @@ enum SceneOption { sceneMatchLength = 0x1, scenePlayReverse = 0x2 };
 /// The scene chosen, or -1. `options` may be null: no check boxes then.
 int chooseScene(platform::Point screen, int current, bool withRoot, int* options);
 /// Name, size and alpha flag of the current scene.
-void editSceneSettings();
+bool editSceneSettings();
 /// 0xRRGGBB, or noColor when "Not Specified" was pressed.
 inline constexpr int noColor = 0x1000000;
 bool chooseColor(int& color);

@@ -25,15 +25,22 @@ enum ContextMenu {
 };
 
 /// Ids of generated entries.
-inline constexpr int menuEffect = 2000, menuAlias = 3000, menuTemplate = 5000;
+inline constexpr int menuEffect = 2000, menuAlias = 3000, menuTemplate = 5000, menuTemplateEnd = 22000;
 
 void createMenus();  // and fills the generated submenus; after the effects are registered
 void destroyMenus();
-/// The aliases' entries again, after one was written.
+/// The aliases' entries again, after one was written. The menus that hold such entries are made anew.
 void refillAliasMenus();
 platform::Menu* contextMenu(ContextMenu);
-/// Shows it with the toggles checked from the preferences; the chosen id, or 0.
+/// Shows it with the toggles checked from the preferences and greyed what can do nothing now; the chosen id, or 0.
 int showContextMenu(ContextMenu, platform::Window* owner, platform::Point screen);
 void registerShortcuts();
+
+/// Which of menuVideoEffects..menuAudioFilters and menuCameraEffects is that of the object's effects: its kind.
+ContextMenu effectMenuOf(int object);
+/// Whether the effect is listed in the menu's generated part; of menuRow in any.
+bool menuLists(ContextMenu, int effect);
+/// Whether the host has a selection of frames that is not the whole scene, and which.
+bool frameSelection(int* first, int* last);
 
 }  // namespace zenlay

@@ -16,10 +16,14 @@ bool addToSelection(int object);
 void selectChain(int object);
 /// Adds every object of its group, with their chains.
 void selectGroup(int object);
+/// Adds the objects with their chains and groups.
+void selectWhole(std::span<const int> list);
 void removeChainFromSelection(int object);
 void clearSelection();
 /// Takes a deleted object out of the list.
 void forgetSelected(int object);
+/// Takes out what could not be added now: objects of other scenes and of layers locked meanwhile.
+void dropUnselectable();
 
 /// What commands act on: the selected objects, else the current one (with its chain), else nothing.
 std::vector<int> commandTargets();

@@ -6,6 +6,8 @@
 
 namespace zenlay {
 
+// Within a message to the timeline window these only note what is to be drawn when it has been dealt with; otherwise
+// they draw at once.
 void redrawTimeline();  // all of it
 void redrawLayer(int layer);
 void redrawLayers(const bool (&touched)[100]);
@@ -13,6 +15,8 @@ void redrawObjects(std::span<const int> objects);
 void redrawChain(int object);
 void redrawRuler();
 
+/// Shows the object in the settings window, and which one that is on the timeline.
+void makeCurrent(int object);
 /// Clamped to the scene; moves the cursor line, updates the title, follows with the current object and the view as the
 /// preferences ask. Does not tell the host.
 void setCursorFrame(int frame);
@@ -25,6 +29,12 @@ void setTimelineZoom(int level);  // the cursor stays at the same x
 void centreCursor();              // when it is out of view
 void updateScrollBars();
 void updateTitle();
+/// Lets the current scene, and the host's clip with it, reach as far as this frame; never shortens it.
+void extendScene(int lastFrame);
+/// Everything anew after the model was replaced or another scene was entered.
+void showModel();
+/// Ends what the mouse is doing, enters another scene and shows it.
+void enterScene(int scene);
 /// The layer and mark height follow `small_layer`; the window is resized to show the same rows.
 void applyLayerHeight();
 
@@ -37,6 +47,9 @@ struct ClickPosition {
   int frame = 0, layer = 0, section = -1;
 };
 extern ClickPosition clickPosition;
+
+/// To the timeline window: moves what is being dragged by `first` frames, without snapping.
+inline constexpr uint32_t messageNudge = 0x8000;
 
 /// The frame snapped as for a move of something onto `layer`, when the target lies within 8 pixels; otherwise `frame`.
 int snapFrame(int frame, int layer, bool ignoreSelected);

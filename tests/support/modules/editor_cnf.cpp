@@ -170,8 +170,14 @@ HostFilterRecord editor{.flags = 0x40062004,
                         },
                         .projectLoad = load,
                         .projectSave = save};
-HostFilterRecord audio{.flags = 0x00340004, .name = "Audio", .process = [](HostFilterRecord*, FrameProcessInfo*) {
-                         say("the audio filter was given a picture");
+/// Adds the number of its calls to the block's first sample and the frame's number to the last.
+HostFilterRecord audio{.flags = 0x00340004, .name = "Audio", .process = [](HostFilterRecord*, FrameProcessInfo* info) {
+                         static int16_t calls = 0;
+                         if (info->frame || !info->audio) say("the audio filter was given a picture");
+                         if (info->sampleCount < 1) return 1;
+                         info->audio[0] = static_cast<int16_t>(info->audio[0] + ++calls);
+                         int last = info->sampleCount * info->channelCount - 1;
+                         info->audio[last] = static_cast<int16_t>(info->audio[last] + info->frameNumber);
                          return 1;
                        }};
 

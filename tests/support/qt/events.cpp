@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMimeData>
@@ -10,6 +11,7 @@
 #include <QTest>
 #include <QUrl>
 #include <QWheelEvent>
+#include <ctime>
 
 #include "platform/qt/qt_desktop.h"
 
@@ -67,6 +69,7 @@ void doubleClick(Window* window, Point at) {
 
 void turnWheel(Window* window, Point at, int angle, Qt::KeyboardModifiers modifiers) {
   QWidget* widget = qt::widgetOf(window);
+  if (!widget) return;
   QPointF local(at.x, at.y);
   QWheelEvent event(local, widget->mapToGlobal(local), {}, {0, angle}, {}, modifiers, Qt::NoScrollPhase, false);
   QApplication::sendEvent(widget, &event);
@@ -103,6 +106,17 @@ bool dropFiles(Window* window, Point at, const std::vector<std::string>& paths) 
   QDropEvent drop(point, Qt::CopyAction, &data, Qt::LeftButton, {});
   QApplication::sendEvent(widget, &drop);
   return drop.isAccepted();
+}
+
+void savePicture(const QImage& image, const std::string& name) {
+  QDir().mkpath(BINARY_DIR "/out/screenshots");
+  EXPECT_TRUE(image.save(QString::fromStdString(BINARY_DIR "/out/screenshots/" + name + ".png"))) << name;
+}
+
+double threadTime() {
+  timespec now;
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return now.tv_sec * 1e3 + now.tv_nsec / 1e6;
 }
 
 QImage picture(Window* window) { return qt::widgetOf(window)->grab().toImage().convertToFormat(QImage::Format_RGB32); }

@@ -33,5 +33,9 @@ bool dropFiles(Window*, Point, const std::vector<std::string>& paths);
 
 /// What the widget shows.
 QImage picture(Window*);
+/// As out/screenshots/<name>.png in the build folder.
+void savePicture(const QImage&, const std::string& name);
+/// Processor time of this thread, in milliseconds.
+double threadTime();
 
 }  // namespace platform::test

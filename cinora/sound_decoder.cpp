@@ -1,0 +1,339 @@
+#include "cinora/sound_decoder.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+#include <new>
+#include <string_view>
+
+extern "C" {
+#include <libavutil/opt.h>
+}
+
+namespace cinora {
+namespace {
+
+constexpr int maxChannels = 64;
+constexpr int maxFailures = 1000;  // packets in a row that cannot be decoded
+constexpr int prerollSeconds = 1;  // decoded ahead of what is wanted
+constexpr int segmentSeconds = 10;
+constexpr int seekSeconds[] = {0, 5, 30};  // farther back, until the container comes out early enough
+constexpr int forwardSeconds = 2;          // nearer than this is decoded up to, not sought
+constexpr int keptParts = 8;               // an eighth of a second behind what was read last stays
+constexpr int maxGapSeconds = 10;          // between frames; longer ones are taken for damaged times
+
+/// Codecs whose frames all have the same number of samples: a time rounded to milliseconds still tells which one it is.
+constexpr AVCodecID evenCodecs[] = {AV_CODEC_ID_AAC, AV_CODEC_ID_MP3,  AV_CODEC_ID_MP2,
+                                    AV_CODEC_ID_AC3, AV_CODEC_ID_EAC3, AV_CODEC_ID_OPUS};
+
+/// Containers that find a place by counting bytes, which tells no time unless the samples are stored plainly.
+constexpr const char* byteContainers[] = {"wav", "w64", "aiff", "au", "caf", "voc"};
+
+bool tellsTimes(const AVFormatContext* container, AVCodecID codec) {
+  auto is = [&](const char* name) { return std::string_view(container->iformat->name) == name; };
+  bool counts = std::any_of(std::begin(byteContainers), std::end(byteContainers), is);
+  return !counts || av_get_exact_bits_per_sample(codec) >= 8;
+}
+
+bool isLossless(AVCodecID codec) {
+  const AVCodecDescriptor* about = avcodec_descriptor_get(codec);
+  return about && about->props & AV_CODEC_PROP_LOSSLESS && !(about->props & AV_CODEC_PROP_LOSSY);
+}
+
+/// Cover pictures are no film.
+const AVStream* pictureStream(AVFormatContext* container) {
+  int best = av_find_best_stream(container, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+  if (best < 0 || container->streams[best]->disposition & AV_DISPOSITION_ATTACHED_PIC) return nullptr;
+  return container->streams[best];
+}
+
+/// To nearest; written so that the compiler makes vectors of it.
+int16_t toSample(float value) {
+  constexpr float scale = 32768.0f, low = -32768.0f, high = 32767.0f;
+  float scaled = std::min(std::max(value * scale, low), high);
+  return static_cast<int16_t>(static_cast<int>(scaled + 32768.5f) - 32768);
+}
+
+int64_t inSamples(int64_t time, AVRational base, int rate) { return av_rescale_q(time, base, AVRational{1, rate}); }
+
+}  // namespace
+
+bool SoundDecoder::open(const std::string& url, std::string& error) {
+  packet_.reset(av_packet_alloc());
+  frame_.reset(av_frame_alloc());
+  if (!packet_ || !frame_) throw std::bad_alloc();
+  if (!reader_.open(url, error)) return false;
+  error = "There is no sound in it that can be read";
+  AVFormatContext* container = reader_.container();
+  int stream = av_find_best_stream(container, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
+  if (stream < 0 || !reader_.select(stream) || !openCodec()) return false;
+  while (!ended_ && !nextFrame()) {
+  }
+  if (ended_ || frame_->sample_rate <= 0 || frame_->ch_layout.nb_channels < 1 ||
+      frame_->ch_layout.nb_channels > maxChannels)
+    return false;
+  const AVStream& sound = *reader_.selected();
+  const AVCodecTag* const tables[] = {avformat_get_riff_audio_tags(), nullptr};
+  facts_.rate = frame_->sample_rate;
+  facts_.channels = frame_->ch_layout.nb_channels;
+  facts_.tag =
+      sound.codecpar->codec_tag ? sound.codecpar->codec_tag : av_codec_get_tag(tables, sound.codecpar->codec_id);
+  if (sound.duration > 0)
+    facts_.samples = inSamples(sound.duration, sound.time_base, facts_.rate);
+  else if (container->duration > 0)
+    facts_.samples = inSamples(container->duration, AVRational{1, AV_TIME_BASE}, facts_.rate);
+  findOrigin();
+  findGrid();
+  return restart();
+}
+
+bool SoundDecoder::openCodec() {
+  const AVCodecParameters* parameters = reader_.parameters();
+  const AVCodec* decoder = avcodec_find_decoder(parameters->codec_id);
+  codec_.reset(decoder ? avcodec_alloc_context3(decoder) : nullptr);
+  if (!codec_ || avcodec_parameters_to_context(codec_.get(), parameters) < 0) return false;
+  codec_->pkt_timebase = reader_.selected()->time_base;
+  codec_->thread_count = 1;
+  return avcodec_open2(codec_.get(), decoder, nullptr) >= 0;
+}
+
+void SoundDecoder::findOrigin() {
+  const AVStream* pictures = pictureStream(reader_.container());
+  if (pictures && pictures->start_time != AV_NOPTS_VALUE) {
+    origin_ = inSamples(pictures->start_time, pictures->time_base, facts_.rate);
+  } else if (frame_->best_effort_timestamp != AV_NOPTS_VALUE) {
+    origin_ = inSamples(frame_->best_effort_timestamp, reader_.selected()->time_base, facts_.rate);
+  }
+  if (!pictures) return;
+  facts_.videoRate = pictures->avg_frame_rate.num;
+  facts_.videoScale = pictures->avg_frame_rate.den;
+  facts_.videoFrames = static_cast<int32_t>(std::min<int64_t>(pictures->nb_frames, INT32_MAX));
+}
+
+/// Looks at the first frames, which the decoder has begun to deliver.
+void SoundDecoder::findGrid() {
+  AVCodecID codec = reader_.parameters()->codec_id;
+  AVRational base = reader_.selected()->time_base;
+  timesExact_ = base.num == 1 && base.den % facts_.rate == 0;
+  bool even = std::find(std::begin(evenCodecs), std::end(evenCodecs), codec) != std::end(evenCodecs);
+  if (!timesExact_ && even) {
+    int64_t at = placeOf(*frame_) + frame_->nb_samples;  // the first frame may have lost its beginning
+    if (nextFrame()) {
+      grid_ = frame_->nb_samples;
+      gridAt_ = at;
+    }
+  }
+  seekable_ = (timesExact_ || grid_ > 0) && tellsTimes(reader_.container(), codec);
+  segmented_ = seekable_ && !isLossless(codec);
+}
+
+/// To the beginning. Where times tell all, that is no farther than a seek; opening the file anew takes longer.
+bool SoundDecoder::restart() {
+  if (held_) av_packet_unref(packet_.get());
+  held_ = ended_ = placed_ = sought_ = false;
+  const AVStream* stream = reader_.selected();
+  int64_t begin = stream->start_time == AV_NOPTS_VALUE ? 0 : stream->start_time;
+  bool sought = seekable_ && !segmented_ && timesExact_ && reader_.seek(begin);
+  return (sought || reader_.restart()) && openCodec();
+}
+
+void SoundDecoder::setChannels(int channels) {
+  if (channels == channels_) return;
+  channels_ = channels;
+  mixer_.reset();
+  window_.clear();
+  windowFirst_ = INT64_MAX;  // nothing lies in it
+}
+
+/// The first sample of the frame by its time; the one behind the last frame where that has no say.
+int64_t SoundDecoder::placeOf(const AVFrame& frame) const {
+  if (frame.best_effort_timestamp == AV_NOPTS_VALUE) return placed_ ? next_ : 0;
+  int64_t at = inSamples(frame.best_effort_timestamp, reader_.selected()->time_base, facts_.rate) - origin_;
+  if (grid_ > 0 && (placed_ || sought_)) {
+    int64_t off = at - gridAt_;
+    at = gridAt_ + (off >= 0 ? off + grid_ / 2 : off - grid_ / 2) / grid_ * grid_;
+  }
+  if (!placed_) return at;
+  int64_t apart = std::abs(at - next_);
+  bool rounded = !timesExact_ && apart < (grid_ > 0 ? grid_ : facts_.rate / 10);
+  return rounded || apart > int64_t{maxGapSeconds} * facts_.rate ? next_ : at;
+}
+
+/// The next frame into `frame_`. False at the end.
+bool SoundDecoder::nextFrame() {
+  for (int failures = 0; !ended_;) {
+    int result = avcodec_receive_frame(codec_.get(), frame_.get());
+    if (result == 0) {
+      if (frame_->nb_samples > 0) return true;
+    } else if (result == AVERROR(EAGAIN)) {
+      bool more = held_ || reader_.next(packet_.get());
+      held_ = false;
+      avcodec_send_packet(codec_.get(), more ? packet_.get() : nullptr);  // a refused packet is a gap
+      if (more) av_packet_unref(packet_.get());
+    } else {
+      ended_ = result == AVERROR_EOF || ++failures > maxFailures;
+    }
+  }
+  return false;
+}
+
+bool SoundDecoder::prepareMixer(const AVFrame& frame) {
+  int channels = frame.ch_layout.nb_channels;
+  if (mixer_ && mixerFormat_ == frame.format && mixerChannels_ == channels) return true;
+  AVChannelLayout in{}, out{};
+  av_channel_layout_default(&out, channels_);
+  bool known = frame.ch_layout.order == AV_CHANNEL_ORDER_NATIVE;
+  if (channels == channels_ || !known || av_channel_layout_copy(&in, &frame.ch_layout) < 0)
+    av_channel_layout_default(&in, channels);
+  SwrContext* made = nullptr;
+  auto format = static_cast<AVSampleFormat>(frame.format);
+  int result = swr_alloc_set_opts2(&made, &out, AV_SAMPLE_FMT_FLT, facts_.rate, &in, format, facts_.rate, 0, nullptr);
+  mixer_.reset(made);
+  if (made) av_opt_set_double(made, "rematrix_maxval", 1.0, 0);  // sums of channels do not grow
+  bool placeless = in.order != AV_CHANNEL_ORDER_NATIVE;
+  if (result >= 0 && channels != channels_ && (channels == 1 || placeless)) {
+    // Mono at full level on every side; channels without places are dealt out in turn.
+    std::vector<double> matrix(static_cast<size_t>(channels) * channels_, 0.0);
+    for (int c = 0; c < std::max(channels, channels_); c++)
+      matrix[static_cast<size_t>(c % channels_) * channels + c % channels] = 1.0;
+    for (int o = 0; o < channels_ && channels > 1; o++) {
+      int inputs = (channels - o + channels_ - 1) / channels_;
+      for (int i = 0; i < channels; i++) matrix[static_cast<size_t>(o) * channels + i] /= std::max(inputs, 1);
+    }
+    if (placeless) av_opt_set_chlayout(made, "in_chlayout", &in, 0);
+    swr_set_matrix(made, matrix.data(), channels);
+  }
+  av_channel_layout_uninit(&in);
+  av_channel_layout_uninit(&out);
+  if (result < 0 || swr_init(made) < 0) mixer_.reset();
+  mixerFormat_ = frame.format;
+  mixerChannels_ = channels;
+  return mixer_ != nullptr;
+}
+
+void SoundDecoder::mix(const AVFrame& frame, float* out) {
+  int samples = frame.nb_samples;
+  auto* bytes = reinterpret_cast<uint8_t*>(out);
+  auto** in = const_cast<const uint8_t**>(frame.extended_data);
+  if (!prepareMixer(frame) || swr_convert(mixer_.get(), &bytes, samples, in, samples) != samples)
+    std::fill_n(out, static_cast<size_t>(samples) * channels_, 0.0f);
+}
+
+/// What lies before the window's end is passed over, a gap before it becomes silence.
+void SoundDecoder::append(int64_t at, const float* samples, int64_t count) {
+  int64_t end = windowEnd();
+  if (at + count <= end) return;
+  if (at > end) {
+    window_.resize(window_.size() + static_cast<size_t>(at - end) * channels_);
+    end = at;
+  }
+  window_.insert(window_.end(), samples + (end - at) * channels_, samples + count * channels_);
+}
+
+/// Decodes a frame more; false at the end.
+bool SoundDecoder::decodeMore() {
+  if (windowEnd() >= segmentEnd_ && !ended_) position(windowEnd());
+  if (!nextFrame()) return false;
+  int64_t at = placeOf(*frame_);
+  next_ = at + frame_->nb_samples;
+  placed_ = true;
+  size_t samples = static_cast<size_t>(frame_->nb_samples) * channels_;
+  if (at == windowEnd() && next_ <= segmentEnd_) {
+    window_.resize(window_.size() + samples);
+    mix(*frame_, window_.data() + window_.size() - samples);
+  } else if (next_ > windowEnd()) {
+    mixed_.resize(samples);
+    mix(*frame_, mixed_.data());
+    append(std::min(at, segmentEnd_), mixed_.data(), std::clamp<int64_t>(segmentEnd_ - at, 0, frame_->nb_samples));
+  }
+  return true;
+}
+
+/// Brings the first packet at or behind `time` into `packet_`, wherever the container came out before it.
+bool SoundDecoder::seekBefore(int64_t time) {
+  AVRational base = reader_.selected()->time_base;
+  for (int back : seekSeconds) {
+    if (!reader_.seek(time - av_rescale_q(back, AVRational{1, 1}, base))) continue;
+    bool early = false;
+    while (reader_.next(packet_.get())) {
+      if (packet_->pts == AV_NOPTS_VALUE) break;
+      if (packet_->pts >= time) {
+        held_ = early || packet_->pts == time;
+        if (held_) return true;
+        break;
+      }
+      early = true;
+      av_packet_unref(packet_.get());
+    }
+    av_packet_unref(packet_.get());
+  }
+  return false;
+}
+
+/// Starts the decoder anew so far ahead of the sample that it delivers it whole. False when there is no telling where.
+bool SoundDecoder::decodeFrom(int64_t sample) {
+  int64_t from = sample - int64_t{prerollSeconds} * facts_.rate;
+  if (!seekable_ || from <= facts_.rate) return false;
+  if (held_) av_packet_unref(packet_.get());
+  held_ = ended_ = placed_ = false;
+  sought_ = true;
+  AVRational base = reader_.selected()->time_base;
+  if (seekBefore(av_rescale_q(from + origin_, AVRational{1, facts_.rate}, base)) && openCodec())
+    return nextFrame();  // passed over: a new decoder may cut it off as it would the beginning of the file
+  seekable_ = segmented_ = false;
+  return false;
+}
+
+/// Gets ready to decode `sample` next. A window that does not end there is begun anew.
+void SoundDecoder::position(int64_t sample) {
+  if (windowFirst_ > sample || windowEnd() != sample) {
+    window_.clear();
+    windowFirst_ = sample;
+  }
+  int64_t segment = int64_t{segmentSeconds} * facts_.rate;
+  bool sought = decodeFrom(segmented_ ? sample / segment * segment : sample);
+  segmentEnd_ = segmented_ ? (sample / segment + 1) * segment : INT64_MAX;
+  if (!sought && !restart()) ended_ = true;
+}
+
+int64_t SoundDecoder::length() {
+  if (length_ >= 0) return length_;
+  position(std::max<int64_t>(facts_.samples - facts_.rate, 0));
+  while (decodeMore()) {
+    windowFirst_ = windowEnd();
+    window_.clear();
+  }
+  length_ = placed_ ? std::max<int64_t>(next_, 0) : 0;
+  windowFirst_ = INT64_MAX;
+  return length_;
+}
+
+template <class Sample, class Convert>
+void SoundDecoder::readAs(int64_t first, int count, Sample* out, Convert convert) {
+  int64_t begin = std::max<int64_t>(first, 0), end = first + count;
+  if (windowFirst_ > begin || begin > windowEnd() + int64_t{forwardSeconds} * facts_.rate) position(begin);
+  int64_t kept = facts_.rate / keptParts;
+  if (begin - windowFirst_ > 2 * kept) {
+    int64_t dropped = std::min(begin - kept, windowEnd()) - windowFirst_;
+    window_.erase(window_.begin(), window_.begin() + dropped * channels_);
+    windowFirst_ += dropped;
+  }
+  while (windowEnd() < end && decodeMore()) {
+  }
+  int64_t last = std::clamp(windowEnd(), begin, std::max(end, begin));
+  auto at = [&](int64_t sample) { return out + std::clamp<int64_t>(sample - first, 0, count) * channels_; };
+  std::fill(out, at(begin), Sample{});
+  const float* from = window_.data() + (begin - windowFirst_) * channels_;
+  std::transform(from, from + (last - begin) * channels_, at(begin), convert);
+  std::fill(at(last), at(end), Sample{});
+}
+
+void SoundDecoder::read(int64_t first, int count, float* out) {
+  readAs(first, count, out, [](float value) { return value; });
+}
+
+void SoundDecoder::read(int64_t first, int count, int16_t* out) {
+  readAs(first, count, out, [](float value) { return toSample(value); });
+}
+
+}  // namespace cinora

@@ -1,0 +1,92 @@
+// Blocks of the film's sound: their lengths, and that each is made once.
+#include "cinora/sound_mixer.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "cinora/host.h"
+
+namespace cinora {
+namespace {
+
+TEST(SoundBlocks, StayWithThePictureForAnHour) {
+  struct Row {
+    int rate, scale, audioRate, frames;
+    int shortest, longest;
+    int64_t samples;  // after an hour
+  };
+  const Row rows[] = {
+      // 107892 frames are 3599.9964 s.
+      {30000, 1001, 44100, 107892, 1471, 1472, 158759841}, {30000, 1001, 48000, 107892, 1601, 1602, 172799827},
+      {24000, 1001, 44100, 86313, 1839, 1840, 158758737},  {30, 1, 44100, 108000, 1470, 1470, 158760000},
+      {7, 3, 22051, 8400, 9450, 9451, 79383600},           {60, 1, 8000, 216000, 133, 134, 28800000},
+  };
+  for (const Row& row : rows) {
+    ClipFormat format{64, 48, row.rate, row.scale, row.audioRate, 2};
+    int64_t sum = 0;
+    for (int frame = 0; frame < row.frames; frame++) {
+      ASSERT_EQ(soundPosition(format, frame), sum);
+      // Less than a sample before the picture, never behind it.
+      int64_t early = int64_t{frame} * row.scale * row.audioRate - sum * row.rate;
+      ASSERT_GE(early, 0) << frame;
+      ASSERT_LT(early, row.rate) << frame;
+      int length = soundBlockLength(format, frame);
+      ASSERT_GE(length, row.shortest);
+      ASSERT_LE(length, row.longest);
+      sum += length;
+    }
+    EXPECT_EQ(sum, row.samples) << row.rate << "/" << row.scale << " " << row.audioRate;
+  }
+  EXPECT_EQ(soundBlockLength({64, 48, 1, 10000000, 768000, 2}, 0), 0) << "a frame of months has no sound";
+  EXPECT_EQ(soundBlockLength({64, 48, 10000000, 1, 8000, 2}, 1248), 0) << "shorter than a sample";
+  EXPECT_EQ(soundBlockLength({64, 48, 10000000, 1, 8000, 2}, 1249), 1);
+}
+
+/// The test module's sound filter adds the number of its calls to the first sample and the frame's number to the last.
+class SoundMixerTest : public ::testing::Test {
+ protected:
+  Host& start(const char* clip, int frames) {
+    HostOptions options;
+    options.pluginFolder = BINARY_DIR "/test_modules";
+    options.threads = 2;
+    running.emplace(options);
+    EXPECT_TRUE(running->openEdit(clip));
+    EXPECT_TRUE(running->setFrameCount(frames));
+    return *running;
+  }
+  std::optional<Host> running;
+};
+
+TEST_F(SoundMixerTest, ABlockIsMadeOnce) {
+  Host& host = start("64x48_30000-1001fps_44100Hz.zenlay", 100);
+  const SoundBlock& block = host.sound.block(host, 7);
+  EXPECT_EQ(block.count, 1471);
+  ASSERT_EQ(block.samples.size(), 2u * 1471);
+  EXPECT_EQ(block.samples.back(), 7);
+  int16_t calls = block.samples[0];
+  std::vector<int16_t> asked(2 * 1471 + 1, 99);
+  EXPECT_EQ(hostFunctions.getAudioFiltered(host.editHandle(), 7, asked.data()), 1471);
+  EXPECT_EQ(asked[0], calls) << "the same block";
+  EXPECT_EQ(asked[2 * 1471], 99) << "and no more than that";
+  EXPECT_EQ(host.sound.block(host, 8).samples[0], calls + 1);
+  for (int frame = 9; frame < 20; frame++) host.sound.block(host, frame);
+  EXPECT_EQ(host.sound.block(host, 8).samples[0], calls + 1) << "still kept";
+  host.sound.forget();
+  EXPECT_EQ(host.sound.block(host, 7).samples[0], calls + 13);
+  EXPECT_EQ(hostFunctions.getAudioFiltered(host.editHandle(), 100, asked.data()), 0);
+  EXPECT_EQ(hostFunctions.getAudioFiltered(host.editHandle(), -1, asked.data()), 0);
+  EXPECT_EQ(hostFunctions.getAudioFiltered(nullptr, 0, asked.data()), 0);
+}
+
+TEST_F(SoundMixerTest, ChangesOfTheFilmForget) {
+  Host& host = start("64x48_30fps_8000Hz.zenlay", 10);
+  int16_t calls = host.sound.block(host, 2).samples[0];
+  host.setFrameCount(11);
+  EXPECT_EQ(host.sound.block(host, 2).samples[0], calls + 1);
+  ASSERT_TRUE(host.openEdit("64x48_25fps_8000Hz.zenlay"));
+  EXPECT_EQ(host.sound.block(host, 0).count, 320);
+}
+
+}  // namespace
+}  // namespace cinora

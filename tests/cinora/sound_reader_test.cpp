@@ -1,0 +1,288 @@
+// Sound out of real files: exact in any order, at any rate, from every container.
+#include "cinora/sound_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <numbers>
+#include <random>
+
+#include "tests/support/scratch_folder.h"
+
+namespace cinora {
+namespace {
+
+using ::test::ScratchFolder;
+using Samples = std::vector<int16_t>;
+
+bool ffmpeg(const std::string& arguments) {
+  return std::system(("ffmpeg -v error -nostdin -y -threads 1 " + arguments).c_str()) == 0;
+}
+
+Samples readStretch(SoundReader& reader, int64_t first, int count, int channels) {
+  Samples samples(static_cast<size_t>(count) * channels, 7777);
+  int got = reader.read(first, count, samples.data());
+  samples.resize(static_cast<size_t>(got) * channels);
+  return samples;
+}
+
+/// The whole sound in blocks of changing length.
+Samples readAll(SoundReader& reader, int64_t total, int channels) {
+  Samples all;
+  for (int64_t at = 0, block = 0; at < total; block++) {
+    int count = block % 2 ? 1471 : 1472;
+    Samples next = readStretch(reader, at, count, channels);
+    if (next.empty()) break;
+    all.insert(all.end(), next.begin(), next.end());
+    at += static_cast<int64_t>(next.size()) / channels;
+  }
+  return all;
+}
+
+/// A little-endian WAV file of 16-bit samples.
+void writeWav(const std::string& path, const Samples& samples, int channels, int rate) {
+  std::ofstream file(path, std::ios::binary);
+  auto put = [&](uint32_t value, int bytes) {
+    for (int i = 0; i < bytes; i++) file.put(static_cast<char>(value >> (8 * i)));
+  };
+  uint32_t bytes = static_cast<uint32_t>(samples.size() * 2);
+  file << "RIFF";
+  put(36 + bytes, 4);
+  file << "WAVEfmt ";
+  put(16, 4);
+  put(1, 2);
+  put(channels, 2);
+  put(rate, 4);
+  put(rate * channels * 2, 4);
+  put(channels * 2, 2);
+  put(16, 2);
+  file << "data";
+  put(bytes, 4);
+  for (int16_t sample : samples) put(static_cast<uint16_t>(sample), 2);
+}
+
+struct Format {
+  const char *name, *options;
+};
+// A sweep with noise, different on both sides, so that no two places sound alike.
+constexpr char source[] =
+    "-f lavfi -i \"aevalsrc='0.3*sin(2*PI*(200+100*t)*t)+0.1*random(0)|0.3*sin(2*PI*(3000-60*t)*t)':s=44100:d=24\" ";
+constexpr char picture[] = "-f lavfi -i \"color=s=32x32:r=30000/1001:d=24\" ";
+constexpr Format formats[] = {
+    {"plain.wav", ""},
+    {"deep.wav", "-c:a pcm_s24le"},
+    {"adpcm.wav", "-c:a adpcm_ms"},
+    {"lossless.flac", ""},
+    {"music.mp3", ""},
+    {"bare.mp3", "-write_xing 0 -q:a 4"},
+    {"music.m4a", "-c:a aac"},
+    {"bare.aac", "-c:a aac"},
+    {"music.ogg", "-c:a libvorbis"},
+    {"voice.opus", "-c:a libopus"},
+    {"music.mka", "-c:a aac"},
+    {"vorbis.webm", "-c:a libvorbis"},
+    {"opus.webm", "-c:a libopus"},
+    {"old.mp2", ""},
+    {"surround.ac3", ""},
+};
+constexpr Format films[] = {
+    {"film.mp4", "-c:v libx264 -preset ultrafast -bf 2 -c:a aac"},
+    {"film.mkv", "-c:v libx264 -preset ultrafast -bf 2 -c:a aac"},
+    {"film.ts", "-c:v libx264 -preset ultrafast -c:a mp2"},
+    {"film.avi", "-c:v mpeg4 -c:a libmp3lame"},
+};
+
+class SoundReaderTest : public ::testing::Test {
+ protected:
+  std::string make(const Format& format, const std::string& sources) {
+    std::string path = folder / format.name;
+    return ffmpeg(sources + format.options + " " + path) ? path : "";
+  }
+  ScratchFolder folder;
+};
+
+/// Every block read alone, in any order, is what playing through gave.
+void expectSameInAnyOrder(const std::string& path, int rate, bool film) {
+  SoundReader reader, jumping;
+  std::string error;
+  ASSERT_TRUE(reader.open(path, error)) << path << error;
+  ASSERT_TRUE(jumping.open(path, error));
+  int64_t total = reader.setOutput(rate, 2);
+  ASSERT_NEAR(static_cast<double>(total) / rate, 24.0, film ? 0.2 : 0.1) << path;
+  ASSERT_EQ(jumping.setOutput(rate, 2), total);
+  Samples all = readAll(reader, total, 2);
+  ASSERT_EQ(static_cast<int64_t>(all.size()), total * 2) << path;
+  std::mt19937 random(5);
+  for (int i = 0; i < 12; i++) {
+    int64_t at = i == 0 ? total - 900 : random() % (total - 3000);
+    int count = std::min<int>(1471, static_cast<int>(total - at));
+    Samples block = readStretch(jumping, at, count, 2);
+    ASSERT_EQ(block.size(), static_cast<size_t>(count) * 2) << path;
+    Samples expected(all.begin() + at * 2, all.begin() + (at + count) * 2);
+    ASSERT_EQ(block, expected) << path << " at " << at << " of " << total << ", " << rate << " Hz";
+  }
+}
+
+TEST_F(SoundReaderTest, AnyStretchIsExactInAnyOrder) {
+  for (const Format& format : formats) {
+    std::string path = make(format, source);
+    ASSERT_FALSE(path.empty()) << format.name;
+    expectSameInAnyOrder(path, 44100, false);
+  }
+  expectSameInAnyOrder(folder / "music.m4a", 48000, false);
+  for (const Format& format : films) {
+    std::string path = make(format, std::string(picture) + source);
+    ASSERT_FALSE(path.empty()) << format.name;
+    expectSameInAnyOrder(path, 44100, true);
+  }
+}
+
+TEST_F(SoundReaderTest, RatesWithoutACommonMeasureAreExactToo) {
+  std::string path = make(formats[0], source);
+  for (int rate : {44101, 132433, 8000, 29400, 441000, 4410}) expectSameInAnyOrder(path, rate, false);
+}
+
+TEST_F(SoundReaderTest, PlainSamplesComeAsTheyAre) {
+  Samples samples;
+  for (int i = 0; i < 6000; i++) samples.push_back(static_cast<int16_t>(i * 11 - 32768));
+  writeWav(folder / "plain.wav", samples, 2, 44100);
+  SoundReader reader;
+  std::string error;
+  ASSERT_TRUE(reader.open(folder / "plain.wav", error)) << error;
+  EXPECT_EQ(reader.facts().rate, 44100);
+  EXPECT_EQ(reader.facts().channels, 2);
+  int16_t untouched = 5;
+  EXPECT_EQ(reader.read(0, 1, &untouched), 0) << "no rate was set";
+  EXPECT_EQ(reader.setOutput(44100, 2), 3000);
+  EXPECT_EQ(readStretch(reader, 0, 3000, 2), samples);
+  EXPECT_EQ(readStretch(reader, 2999, 100, 2), Samples({samples[5998], samples[5999]})) << "only what there is";
+  EXPECT_TRUE(readStretch(reader, 3000, 1, 2).empty());
+  EXPECT_TRUE(readStretch(reader, -1, 1, 2).empty());
+  EXPECT_EQ(reader.setOutput(0, 2), 0);
+  EXPECT_EQ(reader.setOutput(44100, 0), 0);
+}
+
+TEST_F(SoundReaderTest, ChannelsBecomeThoseOfTheProject) {
+  writeWav(folder / "mono.wav", {100, -200, 32767}, 1, 8000);
+  writeWav(folder / "stereo.wav", {100, 300, -32768, -32768, 32767, -32767}, 2, 8000);
+  writeWav(folder / "nine.wav", {90, 80, 90, 80, 90, 80, 90, 80, 90}, 9, 8000);
+  struct Row {
+    const char* file;
+    int channels;
+    Samples expected;
+  };
+  const Row rows[] = {
+      {"mono.wav", 2, {100, 100, -200, -200, 32767, 32767}},
+      {"mono.wav", 1, {100, -200, 32767}},
+      {"stereo.wav", 1, {200, -32768, 0}},
+      {"nine.wav", 2, {90, 80}},
+      {"nine.wav", 1, {86}},  // 770 / 9
+  };
+  for (const Row& row : rows) {
+    SoundReader reader;
+    std::string error;
+    ASSERT_TRUE(reader.open(folder / row.file, error)) << error;
+    int total = static_cast<int>(reader.setOutput(8000, row.channels));
+    EXPECT_EQ(readStretch(reader, 0, total, row.channels), row.expected) << row.file << " " << row.channels;
+  }
+}
+
+/// A sample too early or too late makes an error of a sixth.
+TEST_F(SoundReaderTest, CompressedSoundStandsWhereItWas) {
+  constexpr Format placed[] = {{"a.flac", ""},
+                               {"a.mp3", "-b:a 256k"},
+                               {"a.m4a", "-c:a aac -b:a 256k"},
+                               {"a.ogg", "-c:a libvorbis -q:a 8"},
+                               {"a.opus", "-c:a libopus -b:a 256k"},
+                               {"a.webm", "-c:a libopus -b:a 256k"}};
+  SoundReader plain;
+  std::string error;
+  ASSERT_TRUE(plain.open(make(formats[0], source), error));
+  ASSERT_GT(plain.setOutput(44100, 2), 0);
+  constexpr int64_t places[] = {15 * 44100, 30000};
+  for (const Format& format : placed) {
+    SoundReader reader;
+    ASSERT_TRUE(reader.open(make(format, source), error)) << format.name;
+    ASSERT_GT(reader.setOutput(44100, 2), 0);
+    for (int64_t at : places) {
+      Samples expected = readStretch(plain, at, 8000, 2), found = readStretch(reader, at, 8000, 2);
+      double sum = 0, off = 0;
+      for (size_t i = 1; i < expected.size(); i += 2) {
+        sum += double(expected[i]) * expected[i];
+        off += double(expected[i] - found[i]) * (expected[i] - found[i]);
+      }
+      EXPECT_LT(std::sqrt(off / sum), 0.08) << format.name << " at " << at;
+    }
+  }
+}
+
+/// The phase and size of a tone of that frequency in a stretch, against a sine that begins at sample 0.
+struct Tone {
+  double amplitude, delay;  // samples
+};
+Tone toneOf(const Samples& left, double frequency, int rate, int64_t first) {
+  double re = 0, im = 0, step = 2 * std::numbers::pi * frequency / rate;
+  for (size_t i = 0; i < left.size(); i++) {
+    re += left[i] * std::sin(step * static_cast<double>(first + static_cast<int64_t>(i)));
+    im += left[i] * std::cos(step * static_cast<double>(first + static_cast<int64_t>(i)));
+  }
+  return {2 * std::hypot(re, im) / static_cast<double>(left.size()), -std::atan2(im, re) / step};
+}
+
+TEST_F(SoundReaderTest, ResamplingKeepsLevelAndPlace) {
+  Samples samples;
+  for (int i = 0; i < 44100; i++)
+    samples.push_back(static_cast<int16_t>(std::lround(10000 * std::sin(2 * std::numbers::pi * 1000 * i / 44100.0))));
+  writeWav(folder / "tone.wav", samples, 1, 44100);
+  for (int rate : {48000, 96000, 22050, 44101, 29400}) {
+    SoundReader reader;
+    std::string error;
+    ASSERT_TRUE(reader.open(folder / "tone.wav", error));
+    EXPECT_EQ(reader.setOutput(rate, 1), rate);
+    int from = rate / 4, count = rate / 100 * 50;  // whole periods
+    Tone tone = toneOf(readStretch(reader, from, count, 1), 1000, rate, from);
+    EXPECT_NEAR(tone.amplitude, 10000, 5) << rate;
+    EXPECT_NEAR(tone.delay, 0, 0.01) << rate;
+  }
+}
+
+TEST_F(SoundReaderTest, SoundBeginsWithTheFirstPicture) {
+  // The sound is cut off so that its stream begins half a second behind the pictures.
+  std::string path = folder / "late.mp4";
+  ASSERT_TRUE(ffmpeg(std::string(picture) +
+                     "-itsoffset 0.5 -f lavfi -i \"aevalsrc=0.5:s=44100:d=2\" -t 3 -c:v libx264 "
+                     "-preset ultrafast -c:a aac " +
+                     path));
+  SoundReader reader;
+  std::string error;
+  ASSERT_TRUE(reader.open(path, error)) << error;
+  ASSERT_GT(reader.setOutput(44100, 1), 44100);
+  EXPECT_EQ(readStretch(reader, 20000, 1, 1), Samples({0}));
+  EXPECT_GT(readStretch(reader, 22050 + 4000, 1, 1)[0], 12000);
+  EXPECT_EQ(reader.facts().videoRate, 30000);
+  EXPECT_EQ(reader.facts().videoScale, 1001);
+}
+
+TEST_F(SoundReaderTest, WhatIsNoSoundIsRefused) {
+  std::string error;
+  SoundReader reader;
+  EXPECT_FALSE(reader.open(folder / "missing.wav", error));
+  EXPECT_EQ(error, "File not found");
+  folder.write("noise.wav", std::string(5000, 'x'));
+  EXPECT_FALSE(SoundReader().open(folder / "noise.wav", error));
+  ASSERT_TRUE(ffmpeg(std::string(picture) + "-t 1 -c:v mpeg4 " + (folder / "silent.avi")));
+  EXPECT_FALSE(SoundReader().open(folder / "silent.avi", error));
+  EXPECT_FALSE(SoundReader().open(folder.path(), error));
+  writeWav(folder / "cut.wav", Samples(4000, 100), 2, 44100);
+  std::ifstream whole(folder / "cut.wav", std::ios::binary);
+  std::string bytes((std::istreambuf_iterator<char>(whole)), {});
+  folder.write("cut.wav", bytes.substr(0, 44 + 1000));
+  SoundReader cut;
+  ASSERT_TRUE(cut.open(folder / "cut.wav", error)) << error;
+  EXPECT_EQ(cut.setOutput(44100, 2), 250);
+}
+
+}  // namespace
+}  // namespace cinora

@@ -1,0 +1,317 @@
+// "Audio file" and "Scene (audio)": which samples of the source a block holds.
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "tests/media/fake_media.h"
+#include "tests/media/sound_stage.h"
+#include "zenlay/effects/definitions.h"
+#include "zenlay/media/media_handles.h"
+#include "zenlay/media/video_picture.h"
+
+namespace zenlay::test {
+namespace {
+
+/// A file whose sample n is n at any rate, on the left, and -n on the right.
+struct SoundFile {
+  int length = 44100 * 10;  // at 44100
+  int rate = 0, channels = 0, requests = 0;
+  std::vector<std::pair<int, int>> reads;  // first, count
+} file;
+
+class AudioFile : public ::testing::Test {
+ protected:
+  AudioFile() : stage(audioFileMedia) {
+    file = {};
+    installFakeMedia();
+    HostFileInfo sound{};
+    sound.flags = fileHasAudio;
+    for (const char* name : {"a.wav", "video.mp4"}) fakeMedia.files[name] = sound;
+    HostFunctionTable& f = fakeHost.functions;
+    f.setAudioSampleRate = [](MediaHandle, int32_t rate, int32_t channels) -> int32_t {
+      file.requests++;
+      file.rate = rate;
+      file.channels = channels;
+      return static_cast<int32_t>(int64_t{file.length} * rate / 44100);
+    };
+    f.readAudioSamples = [](MediaHandle, int32_t first, int32_t count, int16_t* out) -> int32_t {
+      int total = static_cast<int>(int64_t{file.length} * file.rate / 44100);
+      count = std::min(count, total - first);
+      file.reads.push_back({first, count});
+      for (int i = 0; i < count; i++)
+        for (int c = 0; c < file.channels; c++)
+          out[i * file.channels + c] = static_cast<int16_t>(c ? -((first + i) % 30000) : (first + i) % 30000);
+      return count;
+    };
+    EffectServiceTable& s = stage.services;
+    s.openMedia = openMedia;
+    s.companion = [](ObjectRef, const char*) { return companion; };
+    s.nextSection = [](ObjectRef) { return ObjectRef{0}; };
+    s.getObjectData = [](ObjectRef ref, ObjectData* data) {
+      *data = ref == videoRef ? videoData : ownData();
+      return 1;
+    };
+    s.getTrackValues = [](ObjectRef ref, int, int, int32_t* values, intptr_t) {
+      const int32_t* from = ref == videoRef ? videoData.startValues : SoundStage::current->tracks.data();
+      values[0] = from[0];
+      values[1] = from[1];
+      return 2;
+    };
+    s.trackIntegralOf = [](ObjectRef ref, EffectProcessInfo* info, int track) {
+      const int32_t* from = ref == videoRef ? videoData.startValues : SoundStage::current->tracks.data();
+      return (int64_t{info->absoluteFrame} * 100 + info->subFrame) * from[track];
+    };
+    companion = 0;
+    stage.setText(0, "a.wav");
+  }
+
+  static constexpr ObjectRef videoRef = 77;
+  static inline ObjectRef companion = 0;
+  static inline ObjectData videoData{};
+  static ObjectData ownData() {
+    SoundStage& s = *SoundStage::current;
+    return {0, 99, s.beginValues.data(), s.endValues.data(), s.modes.data(), s.checks.data(), s.data, nullptr};
+  }
+  void setTracks(int position, int speed) { stage.tracks = stage.beginValues = stage.endValues = {position, speed}; }
+  void move(int from, int to) {
+    stage.beginValues[0] = stage.tracks[0] = from;
+    stage.endValues[0] = to;
+    stage.modes[0] = 1;
+  }
+  /// The left channel of a block of `count` samples at that frame; empty when the effect ended the object.
+  std::vector<int> block(int frame, int count) {
+    stage.at(frame);
+    if (stage.run(Samples(static_cast<size_t>(count) * 2, 5555)) != 1) return {};
+    std::vector<int> left;
+    for (int i = 0; i < count; i++) {
+      left.push_back(stage.own[2 * i]);
+      EXPECT_EQ(stage.own[2 * i + 1], -stage.own[2 * i]);
+    }
+    return left;
+  }
+  SoundStage stage;
+};
+
+using Row = std::vector<int>;
+
+TEST_F(AudioFile, BlocksFollowEachOtherOrTheTime) {
+  EXPECT_EQ(block(0, 3), Row({0, 1, 2}));
+  EXPECT_EQ(block(1, 3), Row({3, 4, 5})) << "behind the block before, whatever the time says";
+  EXPECT_EQ(block(2, 2), Row({6, 7}));
+  EXPECT_EQ(block(4, 2), Row({5880, 5881})) << "4 * 1470";
+  EXPECT_EQ(block(4, 2), Row({5880, 5881})) << "the same frame does not follow itself";
+  EXPECT_EQ(block(3, 2), Row({4410, 4411}));
+  EXPECT_EQ(file.rate, 44100);
+  EXPECT_EQ(file.channels, 2);
+}
+
+TEST_F(AudioFile, PositionAndSpeed) {
+  setTracks(50, 2000);
+  EXPECT_EQ(block(10, 1), Row({(22050 + 2 * 14700) / 2})) << "twice the speed is half the rate";
+  EXPECT_EQ(file.rate, 22050);
+  setTracks(50, 500);
+  EXPECT_EQ(block(20, 1), Row({44100 + 29400 - 60000})) << "at twice the rate, samples counted modulo 30000";
+  setTracks(0, 333);
+  block(30, 1);
+  EXPECT_EQ(file.rate, 132432) << "44100 * 100000 / 33300 + 0.5";
+  EXPECT_EQ(file.reads.back().first, 44099) << "trunc(1 s * 0.333 * 132432)";
+  setTracks(0, 99);
+  file.reads.clear();
+  EXPECT_EQ(block(40, 2), Row({0, 0})) << "below 10 %";
+  EXPECT_TRUE(file.reads.empty());
+}
+
+TEST_F(AudioFile, MovingPositionMakesTheSpeed) {
+  // From 1 s to 4.3 s over 99 frames, 3.3 s: normal speed.
+  move(100, 430);
+  EXPECT_EQ(block(0, 2), Row({44100 - 30000, 44101 - 30000}));
+  EXPECT_EQ(file.rate, 44100);
+  EXPECT_EQ(block(50, 1), Row({44100 + 50 * 1470 - 90000}));
+  move(430, 100);
+  EXPECT_EQ(block(60, 1), Row({0})) << "sound does not run backward";
+  SoundStage::current->services.getObjectData = [](ObjectRef, ObjectData* data) {
+    *data = ownData();
+    data->lastFrame = 0;
+    return 1;
+  };
+  move(0, 100);
+  EXPECT_EQ(block(0, 1), Row({0})) << "one frame has no speed";
+}
+
+TEST_F(AudioFile, EndsAndLoops) {
+  file.length = 10000;
+  EXPECT_EQ(block(7, 3), Row({0, 0, 0})) << "behind the end";
+  block(6, 1180);
+  EXPECT_EQ(stage.own[2 * 1179], 9999);
+  EXPECT_EQ(block(6, 1183)[1182], 0) << "missing samples are silence";
+  stage.checks[0] = 1;
+  EXPECT_EQ(block(7, 3), Row({3, 4, 5})) << "10003 samples into the film";
+  EXPECT_EQ(block(7, 3), Row({290, 291, 292})) << "10290 by the time";
+  Row wrapped = block(6, 1183);
+  EXPECT_EQ(Row(wrapped.end() - 4, wrapped.end()), Row({9999, 0, 1, 2}));
+  EXPECT_EQ(block(7, 2), Row({3, 4})) << "goes on behind the wrap";
+  Row often = block(20, 25000);
+  EXPECT_EQ(often[0], 29400 % 10000);
+  EXPECT_EQ(often[24999], (29400 + 24999) % 10000) << "more than once in a block";
+  // Between 0.1 s and 0.2 s: samples 4410 to 8819.
+  move(10, 20);
+  EXPECT_EQ(block(0, 1), Row({4410}));
+  EXPECT_EQ(block(3, 1), Row({4410})) << "a whole range later";
+  EXPECT_EQ(block(2, 1471)[1470], 4410);
+  move(20, 20);
+  EXPECT_EQ(block(30, 1), Row({0})) << "an empty range";
+}
+
+TEST_F(AudioFile, MissingFilesAreSilent) {
+  stage.setText(0, "");
+  EXPECT_TRUE(block(0, 1).empty());
+  stage.setText(0, "gone.wav");
+  EXPECT_TRUE(block(0, 1).empty());
+  EXPECT_EQ(shownMessages(), std::vector<std::string>{"Failed to read the audio file\nFile not found"});
+  EXPECT_TRUE(block(1, 1).empty());
+  EXPECT_EQ(shownMessages().size(), 1u) << "the name is gone after the first failure";
+}
+
+TEST_F(AudioFile, FollowsAVideo) {
+  static int32_t values[2], ends[2], modes[2], checks[1];
+  static VideoData video;
+  video = {};
+  strcpy(video.media.file, "video.mp4");
+  video.rate = 25;
+  video.scale = 1;
+  video.frameCount = 250;
+  values[0] = ends[0] = 26;  // a second into the film
+  values[1] = ends[1] = 2000;
+  modes[0] = checks[0] = 0;
+  videoData = {0, 99, values, ends, modes, checks, &video, nullptr};
+  companion = videoRef;
+  EXPECT_EQ(block(0, 1), Row({22050}));
+  EXPECT_EQ(file.rate, 22050) << "its speed, not the object's own";
+  EXPECT_EQ(block(10, 1), Row({22050 + 14700 - 30000}));
+  EXPECT_EQ(fakeMedia.opened, std::vector<std::string>{"video.mp4"});
+  stage.setText(0, "");
+  EXPECT_EQ(block(10, 1), Row({22050 + 14700 - 30000})) << "needs no file of its own";
+  values[1] = -1000;
+  EXPECT_EQ(block(20, 1), Row({0})) << "backward";
+  values[1] = 1000;
+  checks[0] = 1;
+  EXPECT_EQ(block(288, 1)[0], (44100 + 288 * 1470 - 441000) % 30000) << "loops with the film of ten seconds";
+  strcpy(video.media.file, "mute.mp4");
+  EXPECT_TRUE(block(0, 1).empty());
+  EXPECT_TRUE(block(1, 1).empty());
+  EXPECT_TRUE(shownMessages().empty()) << "a film without sound is no failure";
+  stage.setText(0, "a.wav");
+  stage.checks[1] = 0;
+  EXPECT_EQ(block(4, 1), Row({5880})) << "no longer in sync";
+}
+
+TEST_F(AudioFile, TimeControlsChangeTheRate) {
+  stage.block.speed = 200000;
+  stage.at(5);
+  stage.block.time = stage.info.absoluteFrame * 200;
+  stage.info.absoluteFrame = 10;
+  EXPECT_EQ(stage.run(Samples(4)), 1);
+  EXPECT_EQ(file.rate, 22050);
+  EXPECT_EQ(file.reads.back().first, 7350) << "10 frames of 1470, at half the rate";
+  stage.block.speed = 0;
+  stage.at(6);
+  EXPECT_EQ(stage.run(Samples(4, 9)), 1);
+  EXPECT_EQ(stage.own, Samples(4)) << "time stands";
+}
+
+TEST_F(AudioFile, DividedObjectsGoOnWhereTheyWere) {
+  setTracks(50, 2000);
+  stage.effect.frame_begin = 20;
+  auto divide = [&] {
+    return stage.effect.window_proc(nullptr, messageEffectCommand, commandObjectEvent, objectDivided, nullptr,
+                                    &stage.effect);
+  };
+  EXPECT_EQ(divide(), 1);
+  EXPECT_EQ(stage.beginValues[0], 183) << "half a second and 20 frames at twice the speed, 1.8333 s";
+  EXPECT_EQ(stage.endValues[0], 183);
+  move(100, 430);
+  EXPECT_EQ(divide(), 1);
+  EXPECT_EQ(stage.beginValues[0], 100) << "a moving position was divided already";
+}
+
+/// Scenes whose sample n is n; frames of 3 and 4 samples (10 a second at 35).
+class SceneAudio : public ::testing::Test {
+ protected:
+  SceneAudio() : stage(sceneAudioMedia) {
+    stage.block.rate = 35;
+    stage.info.rate = 10;
+    mixed.clear();
+    EffectServiceTable& s = stage.services;
+    s.companion = [](ObjectRef, const char*) { return ObjectRef{0}; };
+    s.nextSection = [](ObjectRef) { return ObjectRef{0}; };
+    s.getObjectData = [](ObjectRef, ObjectData* data) {
+      SoundStage& s = *SoundStage::current;
+      *data = {0, 99, s.beginValues.data(), s.endValues.data(), s.modes.data(), s.checks.data(), s.data, nullptr};
+      return 1;
+    };
+    s.getTrackValues = [](ObjectRef, int, int, int32_t* values, intptr_t) {
+      memcpy(values, SoundStage::current->tracks.data(), 2 * sizeof *values);
+      return 2;
+    };
+    s.trackIntegralOf = [](ObjectRef, EffectProcessInfo* info, int track) {
+      return int64_t{info->absoluteFrame} * 100 * SoundStage::current->tracks[track];
+    };
+    s.sceneLength = [](int scene) { return scene == 3 ? 20 : 0; };
+    s.mixScene = [](EffectProcessInfo*, int scene, int frame, int16_t* samples, int count) {
+      EXPECT_EQ(scene, 3);
+      mixed.push_back(frame);
+      for (int i = 0; i < count * 2; i++) {
+        EXPECT_EQ(samples[i], 0);
+        samples[i] = static_cast<int16_t>(100 * (frame * 35 / 10 + i / 2));
+      }
+      EXPECT_EQ(count, frame % 2 ? 4 : 3);
+      return 1;
+    };
+    int32_t scene = 3;
+    stage.setData(0, &scene, 4);
+  }
+  Row block(int frame, int count) {
+    stage.at(frame);
+    if (stage.run(Samples(static_cast<size_t>(count) * 2, 5)) != 1) return {};
+    Row left;
+    for (int i = 0; i < count; i++) left.push_back(stage.own[2 * i]);
+    return left;
+  }
+  SoundStage stage;
+  static inline std::vector<int> mixed;
+};
+
+TEST_F(SceneAudio, EveryFrameIsMixedOnce) {
+  EXPECT_EQ(block(0, 4), Row({0, 100, 200, 300})) << "the host's blocks may be cut elsewhere";
+  EXPECT_EQ(block(1, 3), Row({400, 500, 600}));
+  EXPECT_EQ(block(2, 4), Row({700, 800, 900, 1000}));
+  EXPECT_EQ(mixed, std::vector<int>({0, 1, 2, 3}));
+  mixed.clear();
+  EXPECT_EQ(block(10, 2), Row({3500, 3600})) << "elsewhere";
+  EXPECT_EQ(mixed.front(), 10);
+}
+
+TEST_F(SceneAudio, PositionSpeedAndEnd) {
+  stage.tracks = stage.beginValues = {5, 1000};
+  EXPECT_EQ(block(0, 2), Row({1400, 1500})) << "frame 5, counted from 1";
+  stage.tracks = stage.beginValues = {1, 500};
+  EXPECT_EQ(block(10, 4), Row({1700, 1750, 1800, 1850})) << "17.5 truncated to a sample, then half a sample a step";
+  stage.tracks = stage.beginValues = {1, 2000};
+  EXPECT_EQ(block(20, 3), Row({0, 0, 0})) << "behind the end";
+  EXPECT_EQ(block(9, 5), Row({6300, 6500, 6700, 6900, 0}));
+  EXPECT_EQ(block(10, 2), Row({0, 0}));
+  stage.checks[0] = 1;
+  EXPECT_EQ(block(9, 6), Row({6300, 6500, 6700, 6900, 100, 300}));
+  EXPECT_EQ(block(10, 2), Row({500, 700}));
+}
+
+TEST_F(SceneAudio, NoScene) {
+  for (int32_t scene : {0, 50, 51, -1, 4}) {
+    stage.setData(0, &scene, 4);
+    EXPECT_TRUE(block(0, 2).empty()) << scene;
+  }
+  EXPECT_TRUE(mixed.empty());
+}
+
+}  // namespace
+}  // namespace zenlay::test

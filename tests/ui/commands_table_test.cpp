@@ -1,0 +1,117 @@
+// The table as a whole: every number has its command, every menu entry leads to one, and nothing is begun while the
+// editor is busy.
+#include "zenlay/ui/commands_table.h"
+
+#include <cstring>
+#include <set>
+
+#include "tests/ui/commands_stage.h"
+#include "zenlay/ui/drag.h"
+
+namespace zenlay::test {
+namespace {
+
+class CommandTable : public CommandsStage {};
+
+std::multiset<int> idsOfTable() {
+  using namespace commands;
+  std::multiset<int> ids;
+  for (const std::span<const Row>& table : {objectCommands, selectionCommands, effectCommands, settingsCommands,
+                                            layerCommands, viewCommands, projectCommands})
+    for (const Row& row : table) ids.insert(row.id);
+  return ids;
+}
+
+TEST_F(CommandTable, HasEveryNumberOnce) {
+  std::multiset<int> expected;
+  for (int id = 1001; id <= 1099; id++) expected.insert(id);
+  for (int none :
+       {1004, 1006, 1007, 1023, 1035, 1039, 1040, 1041, 1042, 1043, 1044, 1045, 1046, 1047, 1048, 1064, 1071, 1095})
+    expected.erase(none);
+  for (int id : {1200, 1201, 1202}) expected.insert(id);
+  EXPECT_EQ(idsOfTable(), expected);
+}
+
+void collect(const platform::Menu* menu, std::set<int>& ids) {
+  for (int i = 0; i < platform::menuEntryCount(menu); i++) {
+    platform::MenuEntry entry = platform::menuEntry(menu, i);
+    if (entry.id && !entry.submenu) ids.insert(entry.id);
+    if (entry.submenu) collect(entry.submenu, ids);
+  }
+}
+
+TEST_F(CommandTable, EveryEntryOfTheTimelinesMenusLeadsSomewhere) {
+  std::set<int> ids;
+  for (ContextMenu menu : {menuRow, menuNoProject, menuObject, menuLayer, menuScene}) collect(contextMenu(menu), ids);
+  const std::multiset<int> table = idsOfTable();
+  EXPECT_GT(ids.size(), 100u);
+  for (int id : ids) EXPECT_TRUE(table.count(id) || (id >= menuEffect && id < menuTemplateEnd)) << id;
+}
+
+TEST_F(CommandTable, NumbersWithoutACommandDoNothing) {
+  create(0, 9, 0);
+  for (int id : {0, 1, 1000, 1004, 1035, 1095, 1203, 1300, 1999, 2999, 3000, 5000, 21999, 25072, 65535, -1})
+    expectRefused(id);
+}
+
+/// All of them but those that only report what happened.
+TEST_F(CommandTable, NothingIsBegunWhileTheEditorIsBusy) {
+  int a = create(0, 99, 0, fxGraphic), b = create(0, 99, 1, fxGraphic);
+  const Preferences before = preferences;
+  select({a, b});
+  showObject(a);
+  click(50, 0);
+  runCommand(commandCopy, 0);
+  auto refusesAll = [&] {
+    for (int id : idsOfTable())
+      if (id != commandSetCursor) expectRefused(id);
+    expectRefused(menuEffect + fxGraphic);
+    EXPECT_EQ(memcmp(&preferences, &before, sizeof before), 0);
+    EXPECT_TRUE(desktop->boxes.empty());
+  };
+  environment.saving = true;
+  refusesAll();
+  environment.saving = false;
+  timelineView.dragMode = dragObjects;
+  refusesAll();
+  timelineView.dragMode = dragNone;
+  desktop->dialogs.push_back([&](platform::Window*) { refusesAll(); });
+  EXPECT_EQ(runCommand(commandRenameLayer, 0), 0);
+}
+
+TEST_F(CommandTable, WithoutAProjectOrObjectsNothingHappens) {
+  for (int id : idsOfTable())
+    if (id >= commandDelete && id != commandPreferences) {
+      clearSelection();
+      showObject(-1);
+      runCommand(id, 0);
+      EXPECT_EQ(objectCount, 0) << id;
+    }
+  timelineView.sceneLength = 0;
+  environment.projectOpen = false;
+  for (int id :
+       std::initializer_list<int>{commandPaste, commandUndo, commandInsertLayer, commandDeleteLayer, commandRenameLayer,
+                                  commandPlay, commandSelectAll, commandExport, commandExportMedia,
+                                  commandSceneSettings, commandInsertEmptyFrames, menuEffect + fxGraphic})
+    expectRefused(id);
+}
+
+/// A value edit after another command is a step of its own, whatever was edited before.
+TEST_F(CommandTable, CommandsEndTheSettingsStep) {
+  int a = create(0, 99, 0, fxGraphic);
+  showObject(a);
+  const intptr_t firstTrack = 0 | changedStart;
+  int steps = undoSteps();
+  runCommand(commandApplySettings, firstTrack);
+  runCommand(commandApplySettings, firstTrack);
+  EXPECT_EQ(undoSteps(), steps + 1);
+  moveCursor(50);
+  runCommand(commandAddMidpointAtCursor, 0);
+  showObject(a);
+  EXPECT_EQ(undoSteps(), steps + 2);
+  runCommand(commandApplySettings, firstTrack);
+  EXPECT_EQ(undoSteps(), steps + 3);
+}
+
+}  // namespace
+}  // namespace zenlay::test

@@ -1,0 +1,369 @@
+// The context menus: their rows, what fills them, checks and greying, the shortcut entries.
+#include "zenlay/ui/menus.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "tests/support/fake_host.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/scripted_desktop.h"
+#include "zenlay/effects/registry.h"
+#include "zenlay/files/alias_list.h"
+#include "zenlay/host/preferences.h"
+#include "zenlay/render/pipeline.h"
+#include "zenlay/ui/command_ids.h"
+
+namespace zenlay::test {
+namespace {
+
+using platform::Menu;
+using platform::test::menuLines;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::Not;
+using Lines = std::vector<std::string>;
+
+class Menus : public testing::Test {
+ protected:
+  void SetUp() override {
+    resetFakeHost();
+    registerBuiltIns(&fakeHost.functions, &effectServices, nullptr);
+    environment.pluginDirectory = folder.path() + "/";
+    aliasList.clear();
+    objectTemplates.clear();
+    desktop.emplace();
+  }
+  void TearDown() override {
+    destroyMenus();
+    desktop.reset();
+    aliasList.clear();
+    objectTemplates.clear();
+    exitEffects();
+    resetFakeHost();
+  }
+  static Menu* newObjects() { return platform::findSubmenu(contextMenu(menuRow), "New media object"); }
+  static Menu* effectsOf(ContextMenu menu) { return platform::findSubmenu(contextMenu(menu), "Add a filter effect"); }
+  /// "name 2057" of every entry with a number, in order, "Submenu/" in front.
+  static Lines entries(const Menu* menu, const std::string& prefix = "") {
+    Lines lines;
+    for (int i = 0; i < platform::menuEntryCount(menu); i++) {
+      platform::MenuEntry entry = platform::menuEntry(menu, i);
+      if (entry.id) lines.push_back(prefix + entry.text + " " + std::to_string(entry.id));
+      if (!entry.submenu) continue;
+      Lines inner = entries(entry.submenu, prefix + entry.text + "/");
+      lines.insert(lines.end(), inner.begin(), inner.end());
+    }
+    return lines;
+  }
+  Lines shown(ContextMenu menu) {
+    Lines lines;
+    desktop->menus.push_back([&](const Menu* opened) {
+      lines = menuLines(opened);
+      return 0;
+    });
+    EXPECT_EQ(showContextMenu(menu, nullptr, {}), 0);
+    return lines;
+  }
+  /// Entries with these numbers of the registry.
+  static Lines listed(std::initializer_list<int> effects) {
+    Lines lines;
+    for (int effect : effects)
+      lines.push_back(std::string(effectList[effect]->name) + " " + std::to_string(2000 + effect));
+    return lines;
+  }
+
+  ::test::ScratchFolder folder;
+  std::optional<platform::test::ScriptedDesktop> desktop;
+};
+
+TEST_F(Menus, NewObjectsInTheOrderOfTheRegistry) {
+  createMenus();
+  Lines lines = entries(newObjects());
+  // Sources, the drawing effect that is listed, then the standing submenus.
+  Lines media(lines.begin(), lines.begin() + 11);
+  EXPECT_EQ(media, (Lines{"Video file 2000", "Image file 2001", "Audio file 2002", "Text 2003", "Graphic 2004",
+                          "Frame buffer 2005", "Audio waveform display 2006", "Scene 2007", "Scene (audio) 2008",
+                          "Previous object 2009", "Particle output 2013"}));
+  EXPECT_EQ(lines[11], "Custom object 2080");
+  EXPECT_EQ(lines[12], "New filter effect/Basic effect/Coordinate 2051");
+  EXPECT_EQ(lines[19], "New filter effect/Basic effect/Reversal 2060");
+  EXPECT_EQ(lines[20], "New filter effect/Color compensation 2015");
+  EXPECT_THAT(lines, Contains("New filter effect/Object split 2087"));
+  EXPECT_THAT(lines, Not(Contains("New filter effect/Volume fade 2089")));
+  EXPECT_EQ(Lines(lines.end() - 6, lines.end()),
+            (Lines{"Time control 2093", "Group control 2094", "Camera control/Camera control 2095",
+                   "Camera control/Camera effect 2097", "Camera control/Shadow (camera control) 2098",
+                   "Camera control/Script (camera control) 2099"}));
+}
+
+TEST_F(Menus, FilterObjects) {
+  createMenus();
+  EXPECT_EQ(entries(platform::findSubmenu(contextMenu(menuRow), "Add Filter object")),
+            listed({14, 16, 20, 22, 24, 27, 29, 44, 46, 48, 50, 59, 61, 64, 67, 72, 74, 77, 88, 91}));
+}
+
+TEST_F(Menus, EffectsOfEachKindOfObject) {
+  createMenus();
+  Lines video = entries(effectsOf(menuVideoEffects));
+  EXPECT_EQ(Lines(video.begin(), video.begin() + 9),
+            (Lines{"Basic effect/Coordinate 2051", "Basic effect/Zoom% 2052", "Basic effect/Clearness 2053",
+                   "Basic effect/Rotation 2054", "Basic effect/Region expansion 2055", "Basic effect/Resize 2056",
+                   "Basic effect/Locked Rotation 2057", "Basic effect/Reversal 2060", "Color compensation 2015"}));
+  EXPECT_EQ(video.size(), 55u);  // 8 basic ones, 40 from 15 to 79, 7 from 81 to 87
+  EXPECT_EQ(entries(effectsOf(menuVideoFilters)),
+            listed({14, 16, 20, 22, 24, 27, 29, 44, 46, 48, 50, 59, 61, 64, 67, 72, 74, 77}));
+  EXPECT_EQ(entries(effectsOf(menuAudioEffects)), listed({89, 90, 92}));
+  EXPECT_EQ(entries(effectsOf(menuAudioFilters)), listed({91}));
+  EXPECT_EQ(entries(effectsOf(menuCameraEffects)), listed({97, 98, 99}));
+  EXPECT_EQ(entries(contextMenu(menuVideoSource)), listed({0, 1, 3, 4, 5, 6, 7, 9, 10, 11, 13, 80}));
+  EXPECT_EQ(entries(contextMenu(menuAudioSource)), listed({2, 8, 12}));
+}
+
+TEST_F(Menus, AnEffectHasOneNumberInEveryMenu) {
+  createMenus();
+  for (ContextMenu menu : {menuRow, menuVideoEffects}) EXPECT_TRUE(platform::hasMenuItem(contextMenu(menu), 2057));
+  for (int menu = 0; menu < contextMenus; menu++)
+    for (int effect = 0; effect < effectCount; effect++)
+      EXPECT_EQ(menuLists(static_cast<ContextMenu>(menu), effect),
+                platform::hasMenuItem(contextMenu(static_cast<ContextMenu>(menu)), 2000 + effect))
+          << menu << " " << effect;
+}
+
+TEST_F(Menus, HostFiltersStandUnderTheirCategory) {
+  HostFilterRecord plain{}, grouped{}, other{}, audio{};
+  auto process = [](HostFilterRecord*, FrameProcessInfo*) { return 1; };
+  const char* names[] = {"Plain", "Grouped", "Other", "Hum"};
+  HostFilterRecord* records[] = {&plain, &grouped, &other, &audio};
+  for (int i = 0; i < 4; i++) {
+    records[i]->name = names[i];
+    records[i]->process = process;
+  }
+  grouped.category = other.category = "Sharp things";
+  audio.flags = effectAudio;
+  for (HostFilterRecord* record : records) ASSERT_EQ(adoptHostFilter(record), 1);
+  createMenus();
+  Lines lines = entries(platform::findSubmenu(contextMenu(menuRow), "Add Filter object"));
+  EXPECT_EQ(Lines(lines.end() - 4, lines.end()),
+            (Lines{"Plain 2100", "Sharp things/Grouped 2101", "Sharp things/Other 2102", "Hum 2103"}));
+  EXPECT_THAT(entries(effectsOf(menuVideoFilters)), Contains("Sharp things/Other 2102"));
+  EXPECT_THAT(entries(effectsOf(menuVideoFilters)), Not(Contains("Hum 2103")));
+  EXPECT_EQ(entries(effectsOf(menuAudioFilters)), (Lines{"Audio delay 2091", "Hum 2103"}));
+  EXPECT_THAT(entries(newObjects()), Not(Contains("Plain 2100")));
+}
+
+struct AliasCase {
+  const char* name;
+  const char* text;
+  std::vector<std::pair<ContextMenu, std::string>> places;  // the line of its entry, but for the number
+};
+
+TEST_F(Menus, AliasesStandWhereTheyCanBeUsed) {
+  const std::string media = "New media object/", add = "Add a filter effect/";
+  const AliasCase rows[] = {
+      {"whole",
+       "[vo]\r\nlength=10\r\n[vo.0]\r\n_name=Graphic\r\n[vo.1]\r\n_name=Standard drawing\r\n",
+       {{menuRow, media}}},
+      {"control", "[v.0]\r\n_name=Time control\r\n", {{menuRow, media}}},
+      {"source",
+       "[vo.0]\r\n_name=Graphic\r\n[vo.1]\r\n_name=Standard drawing\r\n",
+       {{menuRow, media}, {menuVideoSource, ""}}},
+      {"sound",
+       "[ao.0]\r\n_name=Audio file\r\n[ao.1]\r\n_name=Standard playback\r\n",
+       {{menuRow, media}, {menuAudioSource, ""}}},
+      {"effect", "[vo.0]\r\n_name=Blur\r\n", {{menuRow, media + "New filter effect/"}, {menuVideoEffects, add}}},
+      {"fade", "[ao.0]\r\n_name=Volume fade\r\n", {{menuAudioEffects, add}}},
+      {"filter", "[v.0]\r\n_name=Blur\r\n", {{menuRow, "Add Filter object/"}, {menuVideoFilters, add}}},
+      {"delay", "[a.0]\r\n_name=Audio delay\r\n", {{menuRow, "Add Filter object/"}, {menuAudioFilters, add}}},
+      {"broken", "no alias at all", {}},
+  };
+  std::filesystem::create_directory(folder / "mine");
+  for (const AliasCase& row : rows) {
+    folder.write(std::string(row.name) + ".zla", row.text);
+    folder.write("mine/" + std::string(row.name) + ".zla", row.text);
+  }
+  scanAliases();
+  createMenus();
+  for (size_t k = 0; k < aliasList.size(); k++) {
+    const AliasEntry& alias = aliasList[k];
+    SCOPED_TRACE(alias.subfolder + "/" + alias.name);
+    const AliasCase* row =
+        std::find_if(std::begin(rows), std::end(rows), [&](auto& r) { return r.name == alias.name; });
+    ASSERT_NE(row, std::end(rows));
+    std::string group = alias.subfolder.empty() ? "" : alias.subfolder + "/";
+    const std::string last = group + alias.name + " " + std::to_string(3000 + k);
+    for (int menu = 0; menu < contextMenus; menu++) {
+      Lines expected;
+      for (auto& [where, path] : row->places)
+        if (where == menu) expected.push_back(path + last);
+      Lines found;
+      for (const std::string& line : entries(contextMenu(static_cast<ContextMenu>(menu))))
+        if (line.ends_with(last)) found.push_back(line);
+      EXPECT_EQ(found, expected) << "menu " << menu;
+    }
+  }
+}
+
+TEST_F(Menus, ANewAliasComesInAndAnOldOneKeepsItsNumber) {
+  folder.write("first.zla", "[vo.0]\r\n_name=Blur\r\n");
+  scanAliases();
+  createMenus();
+  Lines before = entries(effectsOf(menuVideoEffects));
+  EXPECT_EQ(before.back(), "first 3000");
+  folder.write("first.zla", "[v.0]\r\n_name=Blur\r\n");
+  folder.write("second.zla", "[vo.0]\r\n_name=Glow\r\n");
+  EXPECT_EQ(registerAlias("", "first", firstAliasCommand), -3000);
+  EXPECT_EQ(registerAlias("", "second", firstAliasCommand), 3001);
+  refillAliasMenus();
+  EXPECT_EQ(entries(effectsOf(menuVideoEffects)).back(), "second 3001");
+  EXPECT_FALSE(platform::hasMenuItem(contextMenu(menuVideoEffects), 3000));
+  EXPECT_EQ(entries(effectsOf(menuVideoFilters)).back(), "first 3000");
+}
+
+TEST_F(Menus, TheNumberOfAnotherEntryIsNoAliasNumber) {
+  folder.write("blur.zla", "[vo.0]\r\n_name=Blur\r\n");
+  aliasList.assign(1400, {"", "blur"});
+  createMenus();
+  Lines lines = entries(contextMenu(menuVideoEffects));
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(), [](auto& l) { return l.ends_with(" 4300"); }), 1);
+  EXPECT_THAT(lines, Contains("Remove filter effect 4300"));
+  EXPECT_THAT(lines, Contains("Add a filter effect/blur 4301"));
+}
+
+TEST_F(Menus, TemplatesAreNewObjects) {
+  folder.write("Opening.zlo", "[zenlay]\r\n");
+  folder.write("Titles.zlo", "[zenlay]\r\n");
+  scanAliases();
+  createMenus();
+  Lines lines = entries(newObjects());
+  EXPECT_EQ(lines[12], "Opening 5000");
+  EXPECT_EQ(lines[13], "Titles 5001");
+  EXPECT_EQ(lines[14], "New filter effect/Basic effect/Coordinate 2051");
+}
+
+TEST_F(Menus, TogglesAreCheckedFromThePreferences) {
+  createMenus();
+  preferences.grid.grid = 1;
+  preferences.grid.grid3d = 0;
+  preferences.object_snap = 0;
+  for (ContextMenu menu : {menuRow, menuNoProject}) {
+    Lines lines = shown(menu);
+    EXPECT_THAT(lines, Contains("[x] Display grid (BPM)"));
+    EXPECT_THAT(lines, Contains("Display grid (XY axis)"));
+    EXPECT_THAT(lines, Contains("Display grid (camera control)"));
+    EXPECT_THAT(lines, Contains("[x] Track selected object"));
+    EXPECT_THAT(lines, Contains("Snap the object"));
+    EXPECT_THAT(lines, Contains("[x] Display camera viewpoint GUI"));
+  }
+  preferences.grid.grid = 0;
+  EXPECT_THAT(shown(menuRow), Contains("Display grid (BPM)"));
+}
+
+TEST_F(Menus, WhatCanDoNothingIsGrey) {
+  createMenus();
+  Lines lines = shown(menuRow);
+  EXPECT_THAT(lines, Contains("(Paste)"));
+  EXPECT_THAT(lines, Contains("(Undo)"));
+  lines = shown(menuObject);
+  EXPECT_THAT(lines, Contains("(Remove midpoint)"));
+  EXPECT_THAT(lines, Contains("Split"));
+  environment.projectOpen = false;
+  EXPECT_THAT(shown(menuScene), ElementsAre("(Scene settings)"));
+}
+
+TEST_F(Menus, StandingEntries) {
+  createMenus();
+  EXPECT_THAT(
+      entries(contextMenu(menuNoProject)),
+      ElementsAre("Create a New Project 1030", "New from object files 1037", "New from backup file 1067",
+                  "Display grid (BPM) 1013", "Display grid (XY axis) 1082", "Display grid (camera control) 1083",
+                  "Grid Setting 1091", "Display area outside of the frame region 1021",
+                  "Display camera viewpoint GUI 1053", "Display target layer range 1093", "Track selected object 1029",
+                  "Snap the object 1034", "Image processing with frame drop 1061", "Preferences 1014"));
+  EXPECT_THAT(entries(contextMenu(menuObject)),
+              ElementsAre("Copy 1008", "Paste 1009", "Cut 1094", "Split 1051", "Delete 1001", "Add midpoint 1015",
+                          "Remove midpoint 1016", "Grouping 1057", "Ungroup 1058", "Clip with the object above 1069",
+                          "Target of camera control 1081", "Change of length 1055",
+                          "Evenly space midpoint by time 1086", "Create an alias 1070"));
+  EXPECT_THAT(entries(contextMenu(menuLayer)),
+              ElementsAre("Lock the layer 1026", "Display layer 1025", "Change the layer name 1056",
+                          "Display / Hide all the other layers 1075", "Insert Layer 1032", "Delete the layer 1033",
+                          "Coordinate's link 1062", "Clip with the object above 1065"));
+  EXPECT_THAT(entries(contextMenu(menuSettingsHeader)),
+              ElementsAre("Add midpoint at the current position 1112",
+                          "Change the length of the selected interval 1111", "Evenly space midpoint by time 1123"));
+  EXPECT_THAT(entries(contextMenu(menuMovement)),
+              ElementsAre("No movement 1", "Rectilinear movement 2", "Acceleration movement 8", "Curve movement 3",
+                          "Teleportation 4", "Ignored midpoints 5", "Specified movement amount 6", "Random movement 7",
+                          "Repetitive movement 9", "Acceleration 65", "Deceleration 33", "Setting 1122"));
+  Lines row = entries(contextMenu(menuRow));
+  EXPECT_THAT(row, Contains("Select object/Select object that begin after cursor 1089"));
+  EXPECT_THAT(row, Contains("Range setting/Make current position the last frame 1092"));
+  EXPECT_THAT(row, Contains("File/AVI / BMP Export of media object (RGBA) 1049"));
+  Lines effect = entries(contextMenu(menuCameraEffects));
+  EXPECT_EQ(effect[0], "Add a filter effect 1106");
+  EXPECT_EQ(Lines(effect.end() - 8, effect.end()),
+            (Lines{"Remove filter effect 4300", "Move filter effect up 1116", "Move filter effect down 1117",
+                   "Restore default settings 1105", "Save Settings/Make current settings as default 1108",
+                   "Save Settings/Create an alias with the current settings 1109", "Undo 1113", " 1110"}));
+}
+
+// ---- Shortcuts ----
+
+struct Registered {
+  std::string name;
+  int command, key, modifiers;
+  bool operator==(const Registered&) const = default;
+  friend void PrintTo(const Registered& r, std::ostream* out) {
+    *out << r.name << " " << r.command << " " << r.key << " " << r.modifiers;
+  }
+};
+std::vector<Registered> registered;
+
+TEST_F(Menus, ShortcutsInTheirOrder) {
+  registered.clear();
+  fakeHost.functions.addMenuItem = [](HostFilterRecord*, const char* name, WindowHandle window, int32_t command,
+                                      int32_t key, int32_t modifiers) -> int32_t {
+    EXPECT_EQ(window, environment.timelineWindow);
+    registered.push_back({name, command, key, modifiers});
+    return 1;
+  };
+  environment.timelineWindow = platform::createWindow(nullptr, nullptr, nullptr);
+  registerShortcuts();
+  EXPECT_THAT(registered, ElementsAreArray(std::vector<Registered>{
+                              {"Creating a New Project", 1030, 'N', 2},
+                              {"Split the selected object", 1066, 'S', 0},
+                              {"Cuts the selected object", 1094, 0, 0},
+                              {"Copy the selected object", 1099, 'D', 2},
+                              {"Add midpoint to the selected object", 1054, 'P', 0},
+                              {"Justify midpoints evenly by time", 1086, 0, 0},
+                              {"Justify midpoints evenly by distance", 1087, 0, 0},
+                              {"Add filter effects to selected object", 1080, 'E', 0},
+                              {"Change the duration of the selected object", 1055, 0, 0},
+                              {"Show / Hide layer where object is selected", 1025, 0, 0},
+                              {"Move to the object of the current frame", 1050, 0x09, 0},
+                              {"Move to the next object", 1076, 0xBE, 0},
+                              {"Move to the previous object", 1077, 0xBC, 0},
+                              {"Show / Hide grid", 1084, 'G', 0},
+                              {"Grid Setting", 1091, 0, 0},
+                              {"Display area outside of the frame", 1021, 'V', 0},
+                              {"Display camera viewpoint GUI", 1053, 0, 0},
+                              {"ON / OFF of the image processing thinning", 1061, 'Q', 0},
+                              {"Expand Timeline", 1078, 0xDE, 0},
+                              {"Shrink Timeline", 1079, 0xDC, 0},
+                              {"Discard cache", 1072, 0x74, 0},
+                              {"Preview playback from the current frame", 1060, 0x20, 0},
+                              {"Insert a blank frame after current frame", 1098, 0, 0},
+                              {"Make last object position as last frame", 1097, 0, 0},
+                              {"Make current position the last frame", 1092, 0, 0},
+                              {"Copy object (main window)", 1200, 0, 0},
+                              {"Paste the object (main window)", 1201, 0, 0},
+                              {"Delete object (main window)", 1202, 0, 0},
+                          }));
+  platform::destroyWindow(environment.timelineWindow);
+}
+
+}  // namespace
+}  // namespace zenlay::test

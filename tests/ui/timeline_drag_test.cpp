@@ -1,0 +1,456 @@
+// Objects and edges dragged with the mouse and nudged with the keys. One pixel is one frame; frame 0 stands at x 64.
+#include "tests/ui/timeline_stage.h"
+#include "zenlay/model/groups.h"
+#include "zenlay/ui/timeline_redraw.h"
+
+namespace zenlay::test {
+namespace {
+
+using platform::cursorArrow;
+using platform::cursorSizeHorizontal;
+
+class TimelineDrag : public Timeline {};
+
+TEST_F(TimelineDrag, MovesAnObjectAndUndoesItInOneStep) {
+  int object = create(100, 199, 1);
+  press(xOf(150), rowOf(1));
+  EXPECT_EQ(timelineView.dragMode, dragObjects);
+  EXPECT_EQ(platform::mouseCapture(), window);
+  moveTo(xOf(160), rowOf(1));
+  EXPECT_EQ(placeOf(object), (Place{110, 209, 1}));
+  moveTo(xOf(130), rowOf(3));
+  EXPECT_EQ(placeOf(object), (Place{80, 179, 3}));
+  EXPECT_EQ(objects[object].homeLayer, 3);
+  EXPECT_EQ(release(xOf(130), rowOf(3)), 1);
+  EXPECT_EQ(timelineView.dragMode, dragNone);
+  EXPECT_EQ(platform::mouseCapture(), nullptr);
+  EXPECT_TRUE(selected().empty());
+  EXPECT_EQ(objectAt(100, 3), object);
+  undo();
+  EXPECT_EQ(placeOf(object), (Place{100, 199, 1}));
+}
+
+TEST_F(TimelineDrag, RecordsNothingWhenNothingChanges) {
+  int object = create(100, 199, 1);
+  beginUndoStep();
+  recordUndo(object, undoPosition);
+  objects[object].end = 180;
+  rebuildOrder();
+  drag(150, 1, 150, 1);
+  press(xOf(150), rowOf(1));
+  moveTo(xOf(150), rowOf(1) + 3);  // within the row
+  release(xOf(150), rowOf(1) + 3);
+  undo();
+  EXPECT_EQ(objects[object].end, 199);
+}
+
+TEST_F(TimelineDrag, StaysWithinFramesAndLayers) {
+  int top = create(50, 99, 0), lower = create(300, 349, 2);
+  click(xOf(320), rowOf(2), ctrl);
+  press(xOf(75), rowOf(0), ctrl);
+  moveTo(xOf(0), rowOf(0), ctrl);
+  EXPECT_EQ(placeOf(top), (Place{0, 49, 0}));
+  EXPECT_EQ(placeOf(lower), (Place{250, 299, 2}));
+  release(xOf(0), rowOf(0), ctrl);
+  // Layer 97..99: the lower object stops the upper one.
+  setTopLayer(95);
+  objects[top].layer = objects[top].homeLayer = 95;
+  objects[lower].layer = objects[lower].homeLayer = 97;
+  rebuildOrder();
+  press(xOf(25), rowOf(95), ctrl);
+  moveTo(xOf(25), rowOf(99), ctrl);
+  EXPECT_EQ(objects[top].layer, 97);
+  EXPECT_EQ(objects[lower].layer, 99);
+  release(xOf(25), rowOf(99));
+}
+
+TEST_F(TimelineDrag, SelectionMovesWhole) {
+  std::vector<int> chain = createChain(100, 199, 0, {120, 160});
+  int grouped = create(400, 419, 1), alone = create(450, 469, 2);
+  groupSelection(std::vector<int>{chain[0], chain[1], chain[2], grouped});
+  drag(140, 0, 160, 0);
+  EXPECT_EQ(placeOf(chain[0]), (Place{120, 139, 0}));
+  EXPECT_EQ(placeOf(chain[2]), (Place{180, 219, 0}));
+  EXPECT_EQ(placeOf(grouped), (Place{420, 439, 1}));
+  EXPECT_EQ(placeOf(alone), (Place{450, 469, 2}));
+  EXPECT_EQ(nextSection(chain[0]), chain[1]);
+}
+
+struct CollisionRow {
+  const char* what;
+  int toFrame;       // where the centre of an object over 100..139 of layer 0 is dragged on layer 1
+  int start, layer;  // of the object afterwards
+};
+
+TEST_F(TimelineDrag, ObstaclesPushItAside) {
+  // Layer 1: 200..259, 300..319. The dragged object is 40 frames long and held by frame 120.
+  const CollisionRow rows[] = {
+      {"centre before the obstacle's", 225, 160, 1},  // 205..244 overlaps; centre 224.5 < 229.5: ends at 199
+      {"centre behind the obstacle's", 235, 260, 1},  // 215..254 overlaps; starts at 260, which is free to 299
+      {"free between two", 280, 260, 1},
+      {"the gap is large enough", 285, 260, 1},  // 265..304 meets 300..319: before it, 260..299
+      {"later collisions keep the direction", 245, 260, 1},
+      {"free elsewhere", 400, 380, 1},
+  };
+  for (const CollisionRow& row : rows) {
+    SCOPED_TRACE(row.what);
+    int first = create(200, 259, 1), second = create(300, 319, 1), object = create(100, 139, 0);
+    drag(120, 0, row.toFrame, 1);
+    EXPECT_EQ(placeOf(object), (Place{row.start, row.start + 39, row.layer}));
+    deleteObjects(std::vector<int>{first, second, object});
+  }
+}
+
+TEST_F(TimelineDrag, LaterCollisionsKeepTheDirectionOfTheFirst) {
+  create(200, 259, 1);
+  create(280, 319, 1);  // leaves only 20 frames between them
+  int object = create(100, 139, 0);
+  drag(120, 0, 250, 1);
+  EXPECT_EQ(placeOf(object), (Place{320, 359, 1}));
+}
+
+TEST_F(TimelineDrag, GivesUpWhenThereIsNoRoom) {
+  create(0, 259, 1);
+  int object = create(100, 139, 0);
+  drag(120, 0, 110, 1);  // would have to begin before frame 0
+  EXPECT_EQ(placeOf(object), (Place{100, 139, 0}));
+  create(260, 900, 1);
+  drag(120, 0, 240, 1);  // behind everything is out of view (right frame 563 + ...)
+  EXPECT_EQ(placeOf(object), (Place{100, 139, 0}));
+}
+
+TEST_F(TimelineDrag, ShiftKeepsTheFrameOnAnotherLayer) {
+  int object = create(100, 199, 1);
+  press(xOf(150), rowOf(1));
+  moveTo(xOf(190), rowOf(1), shift);
+  EXPECT_EQ(objects[object].start, 140);
+  moveTo(xOf(230), rowOf(2), shift);
+  EXPECT_EQ(placeOf(object), (Place{100, 199, 2}));
+  release(xOf(230), rowOf(2));
+}
+
+struct SnapRow {
+  const char* what;
+  int toFrame;  // the object over 500..539 of layer 1, held by frame 520
+  int start;
+};
+
+TEST_F(TimelineDrag, SnapsToWhatIsNear) {
+  preferences.object_snap = 1;
+  create(200, 239, 0);
+  create(300, 319, 2);
+  create(100, 110, 1);  // its own layer
+  setCursorFrame(400);
+  const SnapRow rows[] = {
+      {"start to a start, 7 away", 227, 200},  // 207
+      {"start to a start, 8 away", 228, 208},
+      {"start to an end", 263, 240},  // 243
+      {"end to a start", 277, 260},   // 257..296, end + 1 = 297
+      {"cursor", 415, 400},           // 395
+      {"frame 0", 27, 0},             // 7
+      {"never the own layer", 134, 114},
+      {"free", 329, 309},  // 300 and 320 are 9 and 11 away
+      {"already there", 220, 200},
+  };
+  for (const SnapRow& row : rows) {
+    SCOPED_TRACE(row.what);
+    int object = create(500, 539, 1);
+    drag(520, 1, row.toFrame, 1);
+    EXPECT_EQ(objects[object].start, row.start);
+    deleteObjects(std::vector<int>{object});
+  }
+  setCursorFrame(278);
+  int object = create(500, 539, 1);
+  drag(520, 1, 295, 1);  // start 275 is 3 from the cursor, end + 1 = 315 is 5 from 320
+  EXPECT_EQ(objects[object].start, 278);
+}
+
+TEST_F(TimelineDrag, SnapsToBeats) {
+  preferences.object_snap = 1;
+  preferences.grid = {.grid = 1, .grid_tempo = 1000000, .grid_base = 1, .grid_time = 4};
+  int object = create(500, 539, 1);  // 100 BPM at 30 frames per second: a beat every 18 frames
+  drag(520, 1, 304 + 20, 1);         // 304 lies 2 before 306
+  EXPECT_EQ(objects[object].start, 306);
+  setTimelineZoom(14);  // 0.2 pixel a frame: 40 frames in 8 pixels, only bars of 72 frames
+  EXPECT_EQ(snapFrame(306, 1, true), 288);
+  EXPECT_EQ(snapFrame(325, 1, true), 360);
+  preferences.grid.grid_time = 0;
+  EXPECT_EQ(snapFrame(306, 1, true), 306);
+}
+
+struct EdgeRow {
+  const char* what;
+  int pressX;  // from the start of an object of 100 pixels
+  DragMode mode;
+};
+
+TEST_F(TimelineDrag, EdgesAreWithinSixteenPixels) {
+  int object = create(200, 299, 1);
+  const EdgeRow rows[] = {
+      {"on the start", 0, dragStart},
+      {"10 right of the start", 10, dragStart},
+      {"15 right", 15, dragStart},
+      {"16 right", 16, dragObjects},
+      {"8 left of the start", -8, dragStart},
+      {"the middle", 50, dragObjects},
+      {"16 left of the end", 84, dragObjects},
+      {"15 left", 85, dragEnd},
+      {"10 left of the end", 90, dragEnd},
+      {"behind the end", 105, dragEnd},
+  };
+  for (const EdgeRow& row : rows) {
+    SCOPED_TRACE(row.what);
+    moveTo(xOf(200) + row.pressX, rowOf(1));
+    press(xOf(200) + row.pressX, rowOf(1));
+    EXPECT_EQ(timelineView.dragMode, row.mode);
+    release(xOf(200) + row.pressX, rowOf(1));
+  }
+  int other = create(400, 499, 2);
+  click(xOf(450), rowOf(2), ctrl);
+  press(xOf(210), rowOf(1));
+  EXPECT_EQ(timelineView.dragMode, dragObjects) << "two are selected";
+  release(xOf(210), rowOf(1));
+  press(xOf(210), rowOf(1), ctrl);
+  EXPECT_EQ(timelineView.dragMode, dragObjects) << "Ctrl is held";
+  release(xOf(210), rowOf(1));
+  EXPECT_EQ(placeOf(object), (Place{200, 299, 1}));
+  EXPECT_EQ(placeOf(other), (Place{400, 499, 2}));
+}
+
+TEST_F(TimelineDrag, AShortObjectsStartEndsAtItsMiddle) {
+  create(200, 219, 1);
+  press(xOf(209), rowOf(1));
+  EXPECT_EQ(timelineView.dragMode, dragStart);
+  release(xOf(209), rowOf(1));
+  press(xOf(210), rowOf(1));
+  EXPECT_EQ(timelineView.dragMode, dragEnd);
+  release(xOf(210), rowOf(1));
+}
+
+struct EdgeDragRow {
+  const char* what;
+  bool pairs;    // pair_move
+  int from, to;  // frames of the drag on layer 1: 100..199, 200..299 and 350..399
+  Place a, b, c;
+};
+
+TEST_F(TimelineDrag, EdgesMoveWithOrWithoutTheirNeighbour) {
+  const EdgeDragRow rows[] = {
+      {"start with partner", true, 203, 223, {100, 219, 1}, {220, 299, 1}, {350, 399, 1}},
+      {"start with partner, partner keeps a frame", true, 203, 53, {100, 100, 1}, {101, 299, 1}, {350, 399, 1}},
+      {"start, object keeps a frame", true, 203, 403, {100, 298, 1}, {299, 299, 1}, {350, 399, 1}},
+      {"start alone is stopped by the one before", false, 203, 153, {100, 199, 1}, {200, 299, 1}, {350, 399, 1}},
+      {"start alone", false, 203, 213, {100, 199, 1}, {210, 299, 1}, {350, 399, 1}},
+      {"end with partner", true, 197, 177, {100, 179, 1}, {180, 299, 1}, {350, 399, 1}},
+      {"end with partner, partner keeps a frame", true, 197, 397, {100, 298, 1}, {299, 299, 1}, {350, 399, 1}},
+      {"end alone is stopped by the one behind", true, 297, 397, {100, 199, 1}, {200, 349, 1}, {350, 399, 1}},
+      {"end alone, object keeps a frame", false, 197, 50, {100, 100, 1}, {200, 299, 1}, {350, 399, 1}},
+      {"start of the first", true, 103, 3, {0, 199, 1}, {200, 299, 1}, {350, 399, 1}},
+  };
+  for (const EdgeDragRow& row : rows) {
+    SCOPED_TRACE(row.what);
+    preferences.pair_move = row.pairs;
+    int a = create(100, 199, 1), b = create(200, 299, 1), c = create(350, 399, 1);
+    drag(row.from, 1, row.to, 1);
+    EXPECT_EQ(placeOf(a), row.a);
+    EXPECT_EQ(placeOf(b), row.b);
+    EXPECT_EQ(placeOf(c), row.c);
+    undo();
+    EXPECT_EQ(placeOf(a), (Place{100, 199, 1}));
+    EXPECT_EQ(placeOf(b), (Place{200, 299, 1}));
+    deleteObjects(std::vector<int>{a, b, c});
+  }
+}
+
+TEST_F(TimelineDrag, SectionsAreAlwaysPartners) {
+  preferences.pair_move = 0;
+  std::vector<int> chain = createChain(100, 399, 1, {200, 300});
+  drag(203, 1, 223, 1);
+  EXPECT_EQ(placeOf(chain[0]), (Place{100, 219, 1}));
+  EXPECT_EQ(placeOf(chain[1]), (Place{220, 299, 1}));
+  EXPECT_EQ(placeOf(chain[2]), (Place{300, 399, 1}));
+  drag(395, 1, 415, 1);
+  EXPECT_EQ(placeOf(chain[2]), (Place{300, 419, 1}));
+}
+
+TEST_F(TimelineDrag, EdgesOfAGroupMoveTogether) {
+  int a = create(100, 199, 1), b = create(100, 249, 2), c = create(90, 249, 3), before = create(50, 99, 2);
+  groupSelection(std::vector<int>{a, b, c});
+  press(xOf(103), rowOf(1));
+  EXPECT_EQ(selected(), (std::vector<int>{a, b, before}));
+  EXPECT_EQ(draggedEdgeOf(b), edgeStart);
+  EXPECT_EQ(draggedEdgeOf(before), edgeEnd);
+  moveTo(xOf(83), rowOf(1));
+  release(xOf(83), rowOf(1));
+  EXPECT_EQ(placeOf(a), (Place{80, 199, 1}));
+  EXPECT_EQ(placeOf(b), (Place{80, 249, 2}));
+  EXPECT_EQ(placeOf(before), (Place{50, 79, 2}));
+  EXPECT_EQ(placeOf(c), (Place{90, 249, 3}));
+}
+
+TEST_F(TimelineDrag, ShiftSlidesTheLaterObject) {
+  int a = create(100, 199, 1), next = create(350, 399, 1);
+  std::vector<int> chain = createChain(200, 299, 1, {250});
+  press(xOf(203), rowOf(1), shift);
+  moveTo(xOf(223), rowOf(1), shift);
+  EXPECT_EQ(placeOf(a), (Place{100, 219, 1}));
+  EXPECT_EQ(placeOf(chain[0]), (Place{220, 269, 1}));
+  EXPECT_EQ(placeOf(chain[1]), (Place{270, 319, 1}));
+  moveTo(xOf(400), rowOf(1), shift);  // stopped by the next object
+  EXPECT_EQ(placeOf(chain[1]), (Place{300, 349, 1}));
+  EXPECT_EQ(placeOf(a), (Place{100, 249, 1}));
+  moveTo(xOf(20), rowOf(1), shift);  // the stretched one keeps a frame
+  EXPECT_EQ(placeOf(a), (Place{100, 100, 1}));
+  EXPECT_EQ(placeOf(chain[0]), (Place{101, 150, 1}));
+  release(xOf(20), rowOf(1), shift);
+  undo();
+  EXPECT_EQ(placeOf(a), (Place{100, 199, 1}));
+  EXPECT_EQ(placeOf(chain[1]), (Place{250, 299, 1}));
+  // From the other side of the boundary.
+  press(xOf(197), rowOf(1), shift);
+  moveTo(xOf(207), rowOf(1), shift);
+  release(xOf(207), rowOf(1));
+  EXPECT_EQ(placeOf(a), (Place{100, 209, 1}));
+  EXPECT_EQ(placeOf(chain[1]), (Place{260, 309, 1}));
+  EXPECT_EQ(placeOf(next), (Place{350, 399, 1}));
+}
+
+TEST_F(TimelineDrag, EdgesSnap) {
+  preferences.object_snap = 1;
+  create(240, 259, 0);
+  int object = create(100, 199, 1);
+  drag(195, 1, 230, 1);  // end 234, end + 1 = 235: 5 before 240
+  EXPECT_EQ(placeOf(object), (Place{100, 239, 1}));
+  drag(105, 1, 250, 1);  // start 245: 5 away from 240, but 239 is the last
+  EXPECT_EQ(placeOf(object), (Place{239, 239, 1}));
+}
+
+TEST_F(TimelineDrag, ScrollsWhenTheMouseLeavesTheView) {
+  int object = create(500, 539, 1);  // right frame: 563
+  press(xOf(520), rowOf(1));
+  moveTo(64 + 600, rowOf(1));
+  EXPECT_EQ(timelineView.leftFrame, 37);
+  EXPECT_EQ(objects[object].start, 617);  // the mouse is on frame 637
+  moveTo(200, 42 + 5 * 31 + 31);          // 32 pixels below the last row
+  EXPECT_EQ(timelineView.topLayer, 1);
+  EXPECT_EQ(objects[object].layer, 5);
+  moveTo(200, 41);
+  moveTo(200, 10);  // 1 and 32 above
+  EXPECT_EQ(timelineView.topLayer, 0);
+  EXPECT_EQ(objects[object].layer, 0);
+  release(200, 10);
+}
+
+TEST_F(TimelineDrag, TheSceneGrowsAtTheRelease) {
+  create(940, 989, 1);
+  setLeftFrame(900);
+  EXPECT_EQ(timelineView.leftFrame, 533);  // 1000 - (627 - 64 - 96)
+  press(xOf(960), rowOf(1));
+  moveTo(xOf(1000), rowOf(1));
+  EXPECT_EQ(fakeHost.frameCount, 1000);
+  release(xOf(1000), rowOf(1));
+  EXPECT_EQ(timelineView.sceneLength, 1030);
+  EXPECT_EQ(fakeHost.frameCount, 1030);
+}
+
+TEST_F(TimelineDrag, KeysNudgeWithoutSnapping) {
+  preferences.object_snap = 1;
+  create(0, 99, 0);
+  int object = create(100, 149, 1);
+  press(xOf(125), rowOf(1));
+  platform::user::press(platform::keyRight);
+  EXPECT_EQ(objects[object].start, 101);
+  platform::user::press(platform::keyLeft);
+  platform::user::press(platform::keyLeft);
+  EXPECT_EQ(objects[object].start, 99);
+  release(xOf(125), rowOf(1));
+  EXPECT_EQ(timelineView.cursorFrame, 0);
+  undo();
+  EXPECT_EQ(objects[object].start, 100);
+}
+
+TEST_F(TimelineDrag, LockedLayersAndSavingRefuse) {
+  int object = create(100, 199, 1);
+  layers[1].flags = layerLocked;
+  press(xOf(150), rowOf(1));
+  EXPECT_EQ(timelineView.dragMode, dragNone);
+  EXPECT_TRUE(selected().empty());
+  layers[1].flags = 0;
+  environment.saving = true;
+  drag(150, 1, 190, 1);
+  platform::user::wheel(window, {300, 100}, 1, ctrl);
+  platform::user::press(platform::keyRight);
+  EXPECT_EQ(placeOf(object), (Place{100, 199, 1}));
+  EXPECT_EQ(timelineView.zoomLevel, 19);
+  EXPECT_EQ(timelineView.cursorFrame, 0);
+  environment.saving = false;
+  press(xOf(150), rowOf(1));
+  environment.saving = true;  // begins during the drag
+  moveTo(xOf(190), rowOf(1));
+  release(xOf(190), rowOf(1));
+  EXPECT_EQ(placeOf(object), (Place{100, 199, 1}));
+  EXPECT_EQ(timelineView.dragMode, dragNone);
+}
+
+TEST_F(TimelineDrag, WhatHappensMeanwhileLeavesTheModelWhole) {
+  struct Row {
+    const char* what;
+    std::function<void(int object, int other)> happens;
+  };
+  const Row rows[] = {
+      {"the object goes", [](int object, int) { deleteObjects(std::vector<int>{object}); }},
+      {"the neighbour goes", [](int, int other) { deleteObjects(std::vector<int>{other}); }},
+      {"the scene changes", [](int, int) { switchScene(3, nullptr, nullptr); }},
+      {"the scene is changed by the timeline", [](int, int) { enterScene(3); }},
+      {"undo", [](int, int) { undo(); }},
+      {"the capture is lost", [](int, int) { platform::releaseMouse(); }},
+      {"the project closes", [this](int, int) { send(messageFileClose); }},
+      {"another opens", [this](int, int) { send(messageFileOpen); }},
+      {"a second press", [this](int, int) { press(xOf(205), rowOf(1)); }},
+      {"a command", [this](int, int) { send(messageCommand, 1001); }},
+      {"the window goes and comes", [this](int, int) { send(messageWindowClose), send(messageWindowSetUp); }},
+  };
+  for (int frame : {150, 103, 195})
+    for (const Row& row : rows) {
+      SCOPED_TRACE(row.what);
+      beginUndoStep();
+      int object = create(100, 199, 1), other = create(200, 299, 1);
+      press(xOf(frame), rowOf(1));
+      moveTo(xOf(frame + 30), rowOf(1));
+      row.happens(object, other);
+      EXPECT_EQ(modelFault(), "");
+      moveTo(xOf(frame + 60), rowOf(2));
+      release(xOf(frame + 60), rowOf(2));
+      EXPECT_EQ(modelFault(), "");
+      EXPECT_EQ(timelineView.dragMode, dragNone);
+      EXPECT_EQ(platform::mouseCapture(), nullptr);
+      for (int i : selection()) EXPECT_TRUE(onTimeline(i));
+      if (currentScene != 0) enterScene(0);
+      timelineView.sceneLength = fakeHost.frameCount = 1000;
+      deleteAllObjects();
+    }
+}
+
+TEST_F(TimelineDrag, TheCursorShapeTellsWhatAPressWouldDo) {
+  create(200, 299, 1);
+  auto shapeAt = [&](int x, intptr_t state = 0) {
+    platform::user::mouse(window, platform::messageMouseMove, {x, rowOf(1)}, state);
+    return shown();
+  };
+  EXPECT_EQ(shapeAt(xOf(250)), cursorArrow);
+  EXPECT_EQ(shapeAt(xOf(215)), cursorSizeHorizontal);
+  EXPECT_EQ(shapeAt(xOf(216)), cursorArrow);
+  EXPECT_EQ(shapeAt(xOf(290)), cursorSizeHorizontal);
+  EXPECT_EQ(shapeAt(xOf(290), ctrl), cursorArrow);
+  layers[1].flags = layerLocked;
+  EXPECT_EQ(shapeAt(xOf(290)), cursorArrow);
+  layers[1].flags = 0;
+  shapeAt(xOf(290));
+  platform::user::key(platform::keyCtrl, true);
+  EXPECT_EQ(shown(), cursorArrow);
+  platform::user::key(platform::keyCtrl, false);
+  EXPECT_EQ(shown(), cursorSizeHorizontal);
+}
+
+}  // namespace
+}  // namespace zenlay::test

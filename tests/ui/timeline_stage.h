@@ -1,0 +1,142 @@
+// A timeline window over an empty model and the fake host: 640 x 197 pixels, 5 rows, one pixel a frame, 1000 frames.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/backend.h"
+#include "platform/user_input.h"
+#include "platform/window_record.h"
+#include "tests/support/fake_host.h"
+#include "tests/support/scripted_desktop.h"
+#include "tests/support/test_effects.h"
+#include "zenlay/effects/evaluation.h"
+#include "zenlay/host/preferences.h"
+#include "zenlay/model/checker.h"
+#include "zenlay/model/objects.h"
+#include "zenlay/model/order.h"
+#include "zenlay/model/scenes.h"
+#include "zenlay/model/sections.h"
+#include "zenlay/model/timeline_view.h"
+#include "zenlay/model/undo.h"
+#include "zenlay/ui/drag.h"
+#include "zenlay/ui/selection.h"
+#include "zenlay/ui/timeline.h"
+#include "zenlay/ui/timeline_layout.h"
+#include "zenlay/ui/window_procedure.h"
+
+namespace zenlay::test {
+
+inline constexpr intptr_t shift = platform::mouseShift, ctrl = platform::mouseCtrl, alt = platform::mouseAlt;
+
+struct Place {
+  int start, end, layer;
+  bool operator==(const Place&) const = default;
+  friend void PrintTo(const Place& p, std::ostream* out) { *out << p.start << ".." << p.end << " on " << p.layer; }
+};
+
+class Timeline : public testing::Test {
+ protected:
+  void SetUp() override {
+    resetFakeHost();
+    useTestEffects();
+    fakeHost.frameCount = 1000;
+    fakeHost.selectionLast = 999;
+    fakeHost.intSettings = {{"zoom", 19}, {"object_snap", 0}};
+    modelHooks = {.objectDeleted =
+                      [](int object) {
+                        forgetDragged(object);
+                        forgetSelected(object);
+                      },
+                  .trackValues = evaluateSlot};
+    mainWindow = platform::createWindow(nullptr, noteMessage, this, {.style = platform::windowVisible});
+    window = platform::createWindow(mainWindow, forward, nullptr, {.style = platform::windowVisible});
+    environment.timelineWindow = window;
+    environment.hostMainWindow = mainWindow;
+    timelineView.sceneLength = fakeHost.frameCount;
+    clearSelection();
+    send(messageWindowSetUp);
+    platform::focusWindow(window);
+  }
+  void TearDown() override {
+    EXPECT_EQ(modelFault(), "");
+    abandonDrag();
+    clearSelection();
+    send(messageWindowClose);
+    platform::destroyWindow(mainWindow);
+    environment.timelineWindow = nullptr;
+    platform::user::releaseAll();
+    modelHooks = {};
+    resetFakeHost();
+  }
+
+  int send(uint32_t message, intptr_t first = 0, intptr_t second = 0) {
+    return static_cast<int>(platform::sendMessage(window, message, first, second));
+  }
+  static int xOf(int frame) { return xOfFrame(frame); }
+  /// Middle of the layer's row.
+  static int rowOf(int layer) { return 42 + (layer - timelineView.topLayer) * timelineView.layerHeight + 15; }
+
+  intptr_t press(int x, int y, intptr_t state = 0) {
+    return platform::user::mouse(window, platform::messageLeftDown, {x, y}, state | platform::mouseLeft);
+  }
+  intptr_t moveTo(int x, int y, intptr_t state = 0) {
+    return platform::user::mouse(window, platform::messageMouseMove, {x, y}, state | platform::mouseLeft);
+  }
+  intptr_t release(int x, int y, intptr_t state = 0) {
+    return platform::user::mouse(window, platform::messageLeftUp, {x, y}, state);
+  }
+  void click(int x, int y, intptr_t state = 0) {
+    press(x, y, state);
+    release(x, y, state);
+  }
+  /// From a frame of a layer to another, in one move.
+  void drag(int frame, int layer, int toFrame, int toLayer, intptr_t state = 0) {
+    press(xOf(frame), rowOf(layer), state);
+    moveTo(xOf(toFrame), rowOf(toLayer), state);
+    release(xOf(toFrame), rowOf(toLayer), state);
+  }
+
+  /// An object over exactly these frames.
+  static int create(int first, int last, int layer, int effect = testFilterObject) {
+    int object = createObject(first, layer, effect, -1);
+    EXPECT_GE(object, 0);
+    EXPECT_EQ(objects[object].start, first);
+    objects[object].end = last;
+    rebuildOrder();
+    return object;
+  }
+  /// Cuts the object at the frames; its sections.
+  static std::vector<int> createChain(int first, int last, int layer, const std::vector<int>& cuts) {
+    int piece = create(first, last, layer);
+    int head = piece;
+    for (int frame : cuts) piece = addSectionAt(piece, frame);
+    return sectionsOf(head);
+  }
+  static int addSectionAt(int object, int frame) { return addSection(object, frame, sectionSplit); }
+
+  static Place placeOf(int object) { return {objects[object].start, objects[object].end, objects[object].layer}; }
+  platform::CursorShape shown() const { return window->cursor; }
+  static std::vector<int> selected() { return {selection().begin(), selection().end()}; }
+
+  platform::Window* window;
+  platform::Window* mainWindow;
+  struct Noted {
+    uint32_t message;
+    intptr_t first;
+  };
+  std::vector<Noted> noted;  // by the host's main window
+
+ private:
+  static intptr_t forward(platform::Window* w, uint32_t message, intptr_t first, intptr_t second, void*) {
+    return timelineWindowProcedure(w, message, first, second, nullptr, nullptr);
+  }
+  static intptr_t noteMessage(platform::Window*, uint32_t message, intptr_t first, intptr_t, void* user) {
+    static_cast<Timeline*>(user)->noted.push_back({message, first});
+    return 0;
+  }
+};
+
+}  // namespace zenlay::test

@@ -1,0 +1,28 @@
+// What the user does to the timeline window. Points are client pixels, `state` holds MouseState bits; 1 asks the host
+// to redraw its frame.
+#pragma once
+
+#include "platform/window.h"
+
+namespace zenlay {
+
+int timelinePressed(platform::Point, intptr_t state);
+int timelineMoved(platform::Point, intptr_t state);
+int timelineReleased(platform::Point, intptr_t state);
+int timelineDoubleClicked(platform::Point, intptr_t state);
+int timelineWheel(int notches, intptr_t state);
+/// The context menus.
+int timelineRightPressed(platform::Point, intptr_t state);
+
+int timelineKeyDown(uint32_t message, int key, bool repeats);
+int timelineKeyUp(int key);
+/// messageNudge and the repeated step of the cursor that a held key had asked for.
+int timelineNudged(int frames);
+int timelineStepped(int frames);
+inline constexpr uint32_t messageCursorStep = 0x8001;  // first: frames
+
+int filesDropped(const platform::DroppedFiles&);
+
+void refreshCursorShape();
+
+}  // namespace zenlay
