@@ -20,6 +20,8 @@
 #include "zenlay/model/undo.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/render/preview_overlay.h"
+#include "zenlay/ui/command_ids.h"
+#include "zenlay/ui/settings_window.h"
 
 namespace zenlay {
 namespace {
@@ -226,6 +228,9 @@ TEST_F(ImageEditing, KeysMoveWhatWasPressedLast) {
   EXPECT_EQ(key(platform::keyRight, mouseCtrl), 1);
   EXPECT_EQ(start(placingX), -9);
   EXPECT_EQ(key(platform::keyHome), 0);
+  setTrack(object, 1, placingX, -999999);
+  EXPECT_EQ(key(platform::keyLeft), 1) << "taken, though there is no way to go";
+  setTrack(object, 1, placingX, -9);
   EXPECT_EQ(undoSteps(), 3);
   for (int i = 0; i < 5; i++) EXPECT_EQ(key(platform::keyUp, 0, false), 1);  // held down
   imageMessage(messageImageKeyUp, platform::keyUp, 0);
@@ -257,6 +262,13 @@ TEST_F(ImageEditing, DragsAreTakenBack) {
   recordUndo(object, undoPosition);
   EXPECT_EQ(send(messageImageRightDown, {400, 300}), 0);
   EXPECT_EQ(undoSteps(), 2);
+  resetUndo();
+  renderFrame(0);
+  send(messageImageMouseDown, {400, 300});
+  send(messageImageMouseMove, {410, 300});
+  undo();
+  EXPECT_EQ(send(messageImageMouseMove, {420, 300}), 0) << "undone meanwhile: the drag is over";
+  EXPECT_EQ(undoSteps(), 0);
 }
 
 TEST_F(ImageEditing, WhatGoesAwayUnderTheMouse) {
@@ -400,7 +412,8 @@ TEST_F(ImageEditing, TheHandleOfAGroupControl) {
 TEST_F(ImageEditing, ADoubleClickChooses) {
   int above = add({.layer = 3}), aside = add({.layer = 5});
   setTrack(aside, 1, placingX, 2500);
-  int locked = add({.layer = 6});
+  int locked = add({.layer = 6}), nothing = add({.layer = 7});
+  setTrack(nothing, 1, placingZoom, 0);
   layers[6].flags |= layerLocked;
   currentObject = -1;
   renderFrame(0);
@@ -414,7 +427,31 @@ TEST_F(ImageEditing, ADoubleClickChooses) {
     EXPECT_EQ(currentObject, click.expected);
     renderFrame(0);
   }
-  (void)locked;
+  EXPECT_NE(currentObject, locked);
+}
+
+TEST_F(ImageEditing, AClickGivesAWaitingEffectTheColorBelowTheHandles) {
+  static std::vector<intptr_t> picked;
+  picked.clear();
+  auto record = [](platform::Window*, uint32_t message, intptr_t first, intptr_t second, void*) -> intptr_t {
+    if (message == platform::messageCommand && first == commandColorPicked) picked.push_back(second);
+    return 0;
+  };
+  platform::Window* window = environment.timelineWindow = platform::createWindow(nullptr, record, nullptr, {});
+  environment.outputWidth = 640;
+  environment.outputHeight = 480;
+  setTrack(object, 0, solidLuma, 2048);
+  // The middle of a corner's mark lies beside the picture, its rim reaches in; and a pixel outside of the frame.
+  for (Point at : {Point{419, 289}, corner, Point{700, 10}}) {
+    beginColorPick(object, 0, true);
+    EXPECT_EQ(send(messageImageMouseDown, at), 1);
+    EXPECT_FALSE(colorPickPending());
+    EXPECT_FALSE(imageDragging());
+    EXPECT_FALSE(imageAidsHidden);
+  }
+  EXPECT_EQ(picked, (std::vector<intptr_t>{0x808080, 0x000000, -1}));
+  platform::destroyWindow(window);
+  environment.timelineWindow = nullptr;
 }
 
 TEST_F(ImageEditing, TheHandlesAreDrawn) {

@@ -83,7 +83,8 @@ int pressAt(Point at, ScenePoint scene) {
 
 int moveAt(ScenePoint scene, intptr_t mouseState) {
   if (effectHolds) return offer(commandPreviewMove, pressed, packed(scene));
-  if (!dragHolds(drag)) return forgetDrag(), 0;
+  // What another command has changed meanwhile is not the drag's any more.
+  if (!dragHolds(drag) || (drag.recorded && !ownsLastStep())) return forgetDrag(), 0;
   bool first = !drag.recorded;
   if (!dragTo(drag, scene, mouseState)) return 0;
   if (first) stepsBehind = undoSteps();
@@ -123,23 +124,19 @@ constexpr Arrow arrows[] = {
 int nudge(const Arrow& arrow) {
   if (!dragHolds(nudged) || nudged.grip != gripMove) return 0;
   if (!nudging || !ownsLastStep()) nudged.recorded = false;
-  bool goesOn = nudged.recorded;
-  restartImageDrag(nudged);
-  nudged.recorded = goesOn;
-  intptr_t state = platform::mouseState();
   nudging = true;
+  bool first = !nudged.recorded;
+  restartImageDrag(nudged);
+  intptr_t state = platform::mouseState();
   bool changed =
       dragBy(nudged, nudgeUnits(nudged.across, arrow.across, state), nudgeUnits(nudged.down, arrow.down, state));
-  if (changed && !goesOn) stepsBehind = undoSteps();
-  return changed;
+  if (changed && first) stepsBehind = undoSteps();
+  return 1;
 }
 
 int keyDown(int key) {
-  if (drag.grip != gripNothing || effectHolds) {
-    if (key == platform::keyEscape && !effectHolds) return takeBack();
-    return effectHolds && offer(commandPreviewKey, pressed, key);
-  }
-  if (offer(commandPreviewKey, -1, key)) return 1;
+  if (drag.grip != gripNothing) return key == platform::keyEscape && takeBack();
+  if (offer(commandPreviewKey, effectHolds ? pressed : -1, key) || effectHolds) return 1;
   for (const Arrow& arrow : arrows)
     if (arrow.key == key) return nudge(arrow);
   return 0;
