@@ -122,11 +122,15 @@ TEST_F(SettingsEffects, AFigureComesFromTheListOrFromAFile) {
   auto name = [this] { return reinterpret_cast<const char*>(extraDataOf(currentObject, 0)) + 8; };
   user::choose(list, 6);
   EXPECT_EQ(extraDataOf(currentObject, 0)[0], 6);
+  Window* title = state.slots[0].enable;
+  EXPECT_EQ(text(title), "Graphic(Star)");
+  EXPECT_EQ(platform::windowPlace(title).x + platform::windowPlace(title).width, 477);
   int last = platform::controlItemCount(list) - 1;
   fakeHost.fileName = "/pictures/leaf.png";
   user::choose(list, last);
   EXPECT_STREQ(name(), "*/pictures/leaf.png");
   EXPECT_EQ(label(0), "leaf.png");
+  EXPECT_EQ(text(title), "Graphic(leaf.png)");
   EXPECT_EQ(platform::controlValue(list), last);
   fakeHost.fileName = "";
   user::choose(list, last);
