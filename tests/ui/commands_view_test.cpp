@@ -169,6 +169,26 @@ TEST_F(ViewCommands, NextAndPreviousGoRound) {
   }
 }
 
+TEST_F(ViewCommands, TheObjectMenuShowsWhatTheSelectionIs) {
+  int plain = create(0, 9, 0), chain = createChain(0, 9, 1, {5});
+  objects[plain].flags |= objectClipAbove;
+  objects[chain].group = 3;
+  auto linesFor = [&](int object) {
+    std::vector<std::string> lines;
+    select({object});
+    desktop->menus.push_back([&](const platform::Menu* menu) {
+      lines = platform::test::menuLines(menu);
+      return 0;
+    });
+    showContextMenu(menuObject, timeline, {});
+    return lines;
+  };
+  EXPECT_THAT(linesFor(plain), testing::IsSupersetOf({"[x] Clip with the object above", "(Ungroup)",
+                                                      "(Evenly space midpoint by time)", "(Remove midpoint)"}));
+  EXPECT_THAT(linesFor(chain),
+              testing::IsSupersetOf({"Clip with the object above", "Ungroup", "Evenly space midpoint by time"}));
+}
+
 // ---- View ----
 
 TEST_F(ViewCommands, Toggles) {
