@@ -172,7 +172,8 @@ TEST_F(ViewCommands, NextAndPreviousGoRound) {
 TEST_F(ViewCommands, TheObjectMenuShowsWhatTheSelectionIs) {
   int plain = create(0, 9, 0), chain = createChain(0, 9, 1, {5});
   objects[plain].flags |= objectClipAbove;
-  objects[chain].group = 3;
+  select({chain});
+  runCommand(commandGroup, 0);
   auto linesFor = [&](int object) {
     std::vector<std::string> lines;
     select({object});
