@@ -10,12 +10,14 @@
 #include <set>
 
 #include "cinora/description.h"
+#include "cinora/editor_entry.h"
 #include "cinora/exporter.h"
 #include "cinora/failure.h"
 #include "cinora/interruption.h"
 #include "cinora/progress_bar.h"
 #include "cinora/project.h"
 #include "platform/paths.h"
+#include "platform/system.h"
 
 namespace cinora {
 namespace {
@@ -94,15 +96,6 @@ bool sameFile(const std::string& a, const std::string& b) {
   return std::filesystem::equivalent(platform::nativePath(a), platform::nativePath(b), error);
 }
 
-/// The film's own footage is not to be lost to a slip of the hand.
-void keepMediaOf(Host& host, const std::string& output) {
-  if (!platform::fileExists(output)) return;
-  std::string folder(platform::folderOf(host.projectFile));
-  for (const std::string& name : textsOf(askEditor(host, zenlay::queryTexts, nullptr)))
-    if (sameFile(name, output) || sameFile(folder + name, output))
-      throw WrongUsage(output + " is a file the film is made of");
-}
-
 int render(const Arguments& arguments) {
   projectKind(arguments.input);
   ExportRequest request{.output = arguments.how};
@@ -157,12 +150,28 @@ int convert(const Arguments& arguments) {
   return statusDone;
 }
 
+bool hasDisplay() {
+  auto given = [](const char* name) {
+    const char* value = getenv(name);
+    return value && *value;
+  };
+  return given("DISPLAY") || given("WAYLAND_DISPLAY") || given("QT_QPA_PLATFORM");
+}
+
+/// The editor's windows are in a module of their own: nothing else waits for a desktop's libraries.
 int openEditor(const Arguments& arguments) {
   std::string file = arguments.file.empty() ? "FILE" : arguments.file;
   if (!arguments.file.empty() && !platform::fileExists(file))
     throw WrongUsage("\"" + file + "\" is neither a command nor a file (cinora --help tells more)");
-  throw WrongUsage("the editor window is not part of this build; to make a film: cinora render " + file +
-                   " -o film.mp4 (cinora --help tells more)");
+  if (!hasDisplay())
+    throw Failure("there is no display to open the editor on; to make a film without one: cinora render " + file +
+                  " -o film.mp4 (cinora --help tells more)");
+  std::string here(platform::folderOf(platform::modulePathOf(reinterpret_cast<const void*>(&openEditor))));
+  platform::Module* module = platform::loadModule(here + editorModule);
+  if (!module) throw Failure(std::string("the editor cannot be loaded: ") + platform::loadError());
+  auto run = reinterpret_cast<EditorEntry>(platform::moduleSymbol(module, editorEntry));
+  if (!run) throw Failure(std::string(editorModule) + " is not an editor");
+  return run({arguments.file, arguments.plugins});
 }
 
 struct Command {

@@ -8,6 +8,7 @@
 #include "cinora/host.h"
 #include "cinora/media_files.h"
 #include "cinora/resize_image.h"
+#include "platform/paths.h"
 
 namespace cinora {
 namespace {
@@ -32,7 +33,10 @@ int32_t getFrameCount(EditHandle edit) { return opened(edit) ? edit->frameCount 
 int32_t setCurrentFrame(EditHandle edit, int32_t frame) {
   if (!opened(edit)) return 0;
   int32_t before = edit->currentFrame;
-  if (moveTo(*edit, frame) != before) host().plugins.broadcast(messageUpdate);
+  if (moveTo(*edit, frame) != before) {
+    host().plugins.broadcast(messageUpdate);
+    host().noteChange(false);
+  }
   return edit->currentFrame;
 }
 
@@ -85,16 +89,22 @@ int32_t getSelection(EditHandle edit, int32_t* first, int32_t* last) {
 int32_t setSelection(EditHandle edit, int32_t first, int32_t last) {
   if (!opened(edit)) return 0;
   selectFrames(*edit, first, last);
+  host().noteChange(false);
   return 1;
 }
 
-int32_t openEdit(EditHandle, const char* name, uint32_t) { return name && host().openEdit(name); }
+int32_t openEdit(EditHandle, const char* name, uint32_t) {
+  if (!name) return 0;
+  bool project = platform::equalNoCase(platform::extensionOf(name), ".cnp");
+  return project && host().desktop.openProject ? host().desktop.openProject(name) : host().openEdit(name);
+}
 
 /// The selection to `name`, by its extension; with alpha when the output is an RGBA one.
 int32_t exportEdit(EditHandle edit, const char* name, uint32_t, const char* output) {
   if (!opened(edit) || !name) return 0;
   ExportRequest request{.output = {.path = name}, .first = edit->selectionFirst, .last = edit->selectionLast};
   request.output.alpha = output && std::string_view(output).find(alphaExport) != std::string_view::npos;
+  if (host().desktop.exportFilm) return host().desktop.exportFilm(request);
   try {
     exportFilm(host(), request, [](int, int) { return true; });
     return 1;
@@ -106,13 +116,20 @@ int32_t exportEdit(EditHandle edit, const char* name, uint32_t, const char* outp
 
 // Dialogs and menus.
 
-int32_t answerDialog(const std::string& answer, char* name) {
+/// The answer prepared, else what the user says.
+int32_t askFileName(bool save, char* name, const char* filter, const char* initial) {
+  std::string answer = save ? host().dialogs.save : host().dialogs.load;
+  if (answer.empty() && host().desktop.askFileName) answer = host().desktop.askFileName(save, filter, initial);
   if (answer.empty() || answer.size() >= fileNameBytes) return 0;
   memcpy(name, answer.c_str(), answer.size() + 1);
   return 1;
 }
-int32_t askLoadFileName(char* name, const char*, const char*) { return answerDialog(host().dialogs.load, name); }
-int32_t askSaveFileName(char* name, const char*, const char*) { return answerDialog(host().dialogs.save, name); }
+int32_t askLoadFileName(char* name, const char* filter, const char* initial) {
+  return askFileName(false, name, filter, initial);
+}
+int32_t askSaveFileName(char* name, const char* filter, const char* initial) {
+  return askFileName(true, name, filter, initial);
+}
 
 int32_t addMenuItem(HostFilterRecord* filter, const char* entry, WindowHandle window, int32_t command, int32_t key,
                     int32_t modifiers) {

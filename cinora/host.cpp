@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "cinora/media_files.h"
-#include "platform/backend.h"
 
 namespace cinora {
 namespace {
@@ -59,16 +58,25 @@ const platform::DesktopBackend commandLineDesktop{recordBox};
 
 Host& host() { return *livingHost; }
 
-Host::Host(const HostOptions& options) : settings(options.settingsFile), pool(options.threads) {
+MessageRecorder::MessageRecorder() : shown_(platform::desktopBackend()), recording_(shown_) {
+  recording_.messageBox = recordBox;
+  platform::setDesktopBackend(&recording_);
+}
+
+MessageRecorder::~MessageRecorder() { platform::setDesktopBackend(&shown_); }
+
+Host::Host(const HostOptions& options)
+    : desktop(options.desktop), settings(options.settingsFile), pool(options.threads) {
   livingHost = this;
-  platform::setDesktopBackend(&commandLineDesktop);
+  if (!desktop.mainWindow) platform::setDesktopBackend(&commandLineDesktop);
+  for (zenlay::HostFilterRecord* record : desktop.ownFilters) plugins.add(record);
   plugins.load(options.pluginFolder.empty() ? PluginHost::defaultFolder() : options.pluginFolder);
   Filter* editor = plugins.editor();
   const char* section = editor ? editor->record->name : nullptr;
   if (section)
     for (const auto& [key, value] : options.overrides) settings.override(section, key, value);
   limits = chooseLimits(settings, section, options);
-  plugins.start(&hostFunctions, &handle_, settings);
+  plugins.start(&hostFunctions, &handle_, settings, desktop.mainWindow, [this] { noteChange(true); });
 }
 
 Host::~Host() {
@@ -76,12 +84,14 @@ Host::~Host() {
   plugins.stop();
   dropKeptSound();
   if (font_) platform::closeFont(font_);
-  platform::setDesktopBackend(nullptr);
+  if (!desktop.mainWindow) platform::setDesktopBackend(nullptr);
   livingHost = nullptr;
 }
 
 bool Host::openEdit(const std::string& name) {
   std::optional<ClipFormat> format = formatFromName(name);
+  int32_t frameCount = 1;
+  if (!format) format = formatOfMedia(name, &frameCount);
   if (!format) {
     addMessage("\"" + name + "\" names no clip format that can be opened");
     return false;
@@ -94,7 +104,9 @@ bool Host::openEdit(const std::string& name) {
   }
   closeEdit();
   openClip(edit, name, *format);
+  resizeClip(edit, frameCount);
   plugins.broadcast(zenlay::messageFileOpen);
+  noteChange(true);
   return true;
 }
 
@@ -104,12 +116,14 @@ void Host::closeEdit() {
   edit = {};
   sound.forget();
   absentFilters.clear();
+  noteChange(true);
 }
 
 bool Host::setFrameCount(int32_t count) {
   if (!resizeClip(edit, count)) return false;
   sound.forget();
   plugins.broadcast(zenlay::messageUpdate);
+  noteChange(true);
   return true;
 }
 

@@ -1,6 +1,7 @@
 // The process-wide state of the host: what the operations handed to the plug-ins work on.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -13,6 +14,7 @@
 #include "cinora/settings.h"
 #include "cinora/sound_mixer.h"
 #include "cinora/worker_pool.h"
+#include "platform/backend.h"
 #include "platform/font.h"
 #include "zenlay/host/host_interface.h"
 
@@ -20,12 +22,28 @@ namespace cinora {
 
 inline constexpr int32_t hostBuild = 9933;
 
+struct ExportRequest;
+
+/// What a screen adds to a host; without one everything is empty.
+struct DesktopPorts {
+  platform::Window* mainWindow = nullptr;             // owns the windows of the filters
+  std::vector<zenlay::HostFilterRecord*> ownFilters;  // of the host itself
+  /// The path chosen, empty when cancelled. `filter` as in HostFunctionTable.
+  std::function<std::string(bool save, const char* filter, const char* initial)> askFileName;
+  /// These two: false when it was cancelled or failed, after a message.
+  std::function<bool(const std::string& path)> openProject;
+  std::function<bool(const ExportRequest&)> exportFilm;
+  /// The clip, its selection or its current frame changed, or with `picture` what its frames show.
+  std::function<void(bool picture)> changed;
+};
+
 struct HostOptions {
   std::string settingsFile;                                    // empty: none
   std::string pluginFolder;                                    // empty: PluginHost::defaultFolder
   std::vector<std::pair<std::string, std::string>> overrides;  // settings of the editor's filter, for this run
   int threads = 0;                                             // below 1: one a processor
   int wantedWidth = 0, wantedHeight = 0;                       // what the project to be opened needs
+  DesktopPorts desktop{};
 };
 
 /// Largest image, and the shape of the frame images. Fixed once the plug-ins have started.
@@ -56,12 +74,16 @@ class Host {
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
-  /// Opens a clip named after its format ("640x480_30fps_44100Hz.zenlay") and tells the filters; an open one is closed
-  /// first. False, with a message, when the name says no format or the image would be too large.
+  /// Opens a clip named after its format ("640x480_30fps_44100Hz.zenlay"), or one of the format of the film `name`, and
+  /// tells the filters; an open one is closed first. False, with a message, when there is no such format or the image
+  /// would be too large.
   bool openEdit(const std::string& name);
   void closeEdit();
   bool setFrameCount(int32_t count);
   zenlay::EditHandle editHandle() { return &edit; }
+  void noteChange(bool picture) {
+    if (desktop.changed) desktop.changed(picture);
+  }
 
   /// A frame image for `index` 0 and 1 (frames), 2 and 3 (getFrameBeforeFilter).
   zenlay::FramePixel* image(int index);
@@ -73,6 +95,7 @@ class Host {
   std::vector<std::string> takeMessages();
   void addMessage(const std::string& line) { messages_.push_back(line); }
 
+  DesktopPorts desktop;
   Settings settings;
   WorkerPool pool;
   zenlay::HostEdit edit;
@@ -92,6 +115,21 @@ class Host {
 };
 
 Host& host();  // the living one
+
+/// While it lives message boxes are not shown: they become messages of the host and are answered by their refusing
+/// button. Without a desktop that is so anyway.
+class MessageRecorder {
+ public:
+  MessageRecorder();
+  ~MessageRecorder();
+  MessageRecorder(const MessageRecorder&) = delete;
+  MessageRecorder& operator=(const MessageRecorder&) = delete;
+
+ private:
+  const platform::DesktopBackend& shown_;
+  platform::DesktopBackend recording_;
+};
+
 extern const zenlay::HostFunctionTable hostFunctions;
 
 }  // namespace cinora

@@ -26,6 +26,8 @@ struct HostMedia {
 namespace cinora {
 namespace {
 
+constexpr int standardAudioRate = 44100;
+
 /// A relative path that is not there is looked for beside the project.
 std::string findMedia(const std::string& path) {
   bool absolute = !path.empty() && platform::isSeparator(path.front());
@@ -123,6 +125,18 @@ zenlay::MediaHandle openMedia(const std::string& path, zenlay::HostFileInfo* inf
   }
   if (info) *info = soundOnly ? soundInfo(*media) : fileInfo(*media);
   return media.release();
+}
+
+std::optional<ClipFormat> formatOfMedia(const std::string& path, int32_t* frameCount) {
+  MediaReader reader;
+  std::string reason;
+  if (!reader.open(findMedia(path), false, reason)) return {};
+  const MediaInfo& media = reader.info();
+  ClipFormat format{media.width, media.height, media.rate, media.scale,
+                    media.hasSound ? media.soundRate : standardAudioRate};
+  if (!media.hasVideo || !validFormat(format)) return {};
+  *frameCount = std::clamp(media.frameCount, 1, maxFrameCount);
+  return format;
 }
 
 void closeMedia(zenlay::MediaHandle media) {

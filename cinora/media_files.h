@@ -1,6 +1,7 @@
 // Media files opened for the plug-ins.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "cinora/host.h"
@@ -11,6 +12,9 @@ namespace cinora {
 /// from the folder of the project file. `info` may be null. With openAudio alone nothing of the pictures is read but
 /// what the container tells of their rate and number.
 zenlay::MediaHandle openMedia(const std::string& path, zenlay::HostFileInfo* info, uint32_t flags);
+/// Of a clip made from the file: its pictures' size and rate, its sound's rate. Nothing when it has no pictures that
+/// can be read.
+std::optional<ClipFormat> formatOfMedia(const std::string& path, int32_t* frameCount);
 /// Readers of sound are kept for a while: who shares few handles among many files opens them again and again.
 void closeMedia(zenlay::MediaHandle);
 /// False for a frame that cannot be decoded or is larger than a frame image.

@@ -16,6 +16,7 @@ constexpr char modulePattern[] = "*.cnf";
 constexpr int maxControls = 1024;  // tracks or checks a filter may have
 constexpr int maxFilters = 1024;   // of one module
 constexpr int maxExtraData = 1 << 20;
+constexpr uint32_t windowStyle = platform::windowTool | platform::windowResizable | platform::windowAcceptsFiles;
 
 std::string userFolder() {
   const char* data = getenv("XDG_DATA_HOME");
@@ -52,7 +53,7 @@ bool keepsProject(const zenlay::HostFilterRecord& r) { return r.windowProcedure 
 intptr_t forwardMessage(platform::Window* window, uint32_t message, intptr_t first, intptr_t second, void* user) {
   Filter& filter = *static_cast<Filter*>(user);
   int result = filter.record->windowProcedure(window, message, first, second, *filter.edit, filter.record);
-  if (result == 1) filter.redraw = true;
+  if (result == 1 && *filter.redraw) (*filter.redraw)();
   return result;
 }
 
@@ -102,11 +103,17 @@ void PluginHost::load(const std::string& folder) {
     }
     for (int i = 0; table[i] && i < maxFilters; i++) {
       if (usable(*table[i]))
-        filters_.push_back(std::make_unique<Filter>(Filter{.record = table[i], .module = module, .edit = nullptr}));
+        filters_.push_back(
+            std::make_unique<Filter>(Filter{.record = table[i], .module = module, .edit = nullptr, .redraw = nullptr}));
       else
         platform::debugOutput("cinora: warning: a filter of " + name + " has an unusable record");
     }
   }
+}
+
+void PluginHost::add(zenlay::HostFilterRecord* record) {
+  filters_.push_back(
+      std::make_unique<Filter>(Filter{.record = record, .module = nullptr, .edit = nullptr, .redraw = nullptr}));
 }
 
 bool PluginHost::startFilter(Filter& filter, const zenlay::HostFunctionTable* functions, const zenlay::EditHandle* edit,
@@ -116,7 +123,11 @@ bool PluginHost::startFilter(Filter& filter, const zenlay::HostFunctionTable* fu
   filter.active = (record.flags & filterAlwaysOn) || settings.getInt(record.name, "active", 0) == 1;
   record.functions = functions;
   record.module = filter.module;
-  if (record.windowProcedure) filter.window = platform::createWindow(mainWindow_, forwardMessage, &filter);
+  filter.redraw = &redraw_;
+  if (record.windowProcedure)
+    filter.window = platform::createWindow(
+        mainWindow_, forwardMessage, &filter,
+        {.className = record.name, .title = record.name, .style = filter.module ? windowStyle : 0});
   record.window = filter.window;
   if (record.initialise && record.initialise(&record) != 1) {
     if (filter.window) platform::destroyWindow(filter.window);
@@ -129,8 +140,10 @@ bool PluginHost::startFilter(Filter& filter, const zenlay::HostFunctionTable* fu
 }
 
 void PluginHost::start(const zenlay::HostFunctionTable* functions, const zenlay::EditHandle* edit,
-                       const Settings& settings) {
-  mainWindow_ = platform::createWindow(nullptr, ignoreMessage, nullptr);
+                       const Settings& settings, platform::Window* mainWindow, std::function<void()> redraw) {
+  redraw_ = std::move(redraw);
+  if (!mainWindow) ownMainWindow_ = platform::createWindow(nullptr, ignoreMessage, nullptr);
+  mainWindow_ = mainWindow ? mainWindow : ownMainWindow_;
   for (auto& filter : filters_) {
     zenlay::HostFilterRecord& record = *filter->record;
     filter->tracks = storedValues(settings, record.name, "track", record.trackCount, record.trackDefaults);
@@ -168,8 +181,8 @@ void PluginHost::stop() {
     filter.window = filter.record->window = nullptr;
   }
   filters_.clear();
-  if (mainWindow_) platform::destroyWindow(mainWindow_);
-  mainWindow_ = nullptr;
+  if (ownMainWindow_) platform::destroyWindow(ownMainWindow_);
+  mainWindow_ = ownMainWindow_ = nullptr;
 }
 
 Filter* PluginHost::editor() const {

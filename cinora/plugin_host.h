@@ -1,6 +1,7 @@
 // The plug-in modules of the host and their filters.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,8 +27,8 @@ struct Filter {
   std::vector<int32_t> tracks, checks;
   std::vector<uint8_t> extraData;
   const zenlay::EditHandle* edit;
+  const std::function<void()>* redraw;  // called when the window procedure asks for a new frame
   bool active = false;
-  bool redraw = false;  // the window procedure asked for a new frame
 };
 
 class PluginHost {
@@ -42,9 +43,13 @@ class PluginHost {
   static std::string defaultFolder();
   /// Every *.cnf of the folder, by name. Modules that cannot be used are reported and passed over.
   void load(const std::string& folder);
+  /// A filter of the host's own.
+  void add(zenlay::HostFilterRecord*);
   /// Fills the fields the host owes each record, makes the windows and starts the filters; filters that keep a project
-  /// of their own start last because they look at the others. A filter that refuses is dropped.
-  void start(const zenlay::HostFunctionTable*, const zenlay::EditHandle*, const Settings&);
+  /// of their own start last because they look at the others. A filter that refuses is dropped. `mainWindow` owns the
+  /// filters' windows; null: one that nobody sees.
+  void start(const zenlay::HostFunctionTable*, const zenlay::EditHandle*, const Settings&,
+             platform::Window* mainWindow = nullptr, std::function<void()> redraw = {});
   /// Ends the filters in the reverse order of their start.
   void stop();
 
@@ -62,7 +67,8 @@ class PluginHost {
   std::vector<platform::Module*> modules_;
   std::vector<std::unique_ptr<Filter>> filters_;  // in the order they process a frame
   std::vector<Filter*> started_;                  // in the order they started
-  platform::Window* mainWindow_ = nullptr;
+  platform::Window *mainWindow_ = nullptr, *ownMainWindow_ = nullptr;
+  std::function<void()> redraw_;
   std::string folder_;
   bool editorRefused_ = false;
 };

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "cinora/description.h"
 #include "cinora/failure.h"
 #include "cinora/project_file.h"
 #include "platform/paths.h"
@@ -126,6 +127,7 @@ void openHostProject(Host& host, const std::string& path, const ProjectFile& pro
       failWithMessage(host, path, "a filter's data in the project cannot be read");
   }
   host.plugins.broadcast(zenlay::messageUpdate);
+  host.noteChange(true);
 }
 
 void saveHostProject(Host& host, const std::string& path) {
@@ -174,6 +176,11 @@ void saveObjectFile(Host& host, const std::string& path) {
   takeLeftOut(host, path);
 }
 
+bool sameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  return std::filesystem::equivalent(platform::nativePath(a), platform::nativePath(b), error);
+}
+
 }  // namespace
 
 ProjectKind projectKind(const std::string& path) {
@@ -203,6 +210,7 @@ FilmFile readFilmFile(const std::string& path) {
 }
 
 void openProject(Host& host, const FilmFile& film) {
+  MessageRecorder recorder;
   host.closeEdit();
   host.projectFile = fullPath(film.path);
   if (film.kind == ProjectKind::project) {
@@ -216,6 +224,7 @@ void openProject(Host& host, const FilmFile& film) {
 }
 
 void saveProject(Host& host, const std::string& path) {
+  MessageRecorder recorder;
   switch (projectKind(path)) {
     case ProjectKind::project:
       saveHostProject(host, path);
@@ -233,6 +242,15 @@ std::string askEditor(Host& host, zenlay::PluginQuery query, const char* argumen
   zenlay::QueryRequest request{argument, nullptr};
   if (!ask(host, query, request) || !request.answer) throw Failure("the editing plug-in does not answer");
   return request.answer;
+}
+
+/// The film's own footage is not to be lost to a slip of the hand.
+void keepMediaOf(Host& host, const std::string& output) {
+  if (!platform::fileExists(output)) return;
+  std::string folder(platform::folderOf(host.projectFile));
+  for (const std::string& name : textsOf(askEditor(host, zenlay::queryTexts, nullptr)))
+    if (sameFile(name, output) || sameFile(folder + name, output))
+      throw WrongUsage(output + " is a file the film is made of");
 }
 
 }  // namespace cinora

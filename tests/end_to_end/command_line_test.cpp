@@ -156,8 +156,8 @@ TEST_F(CommandLine, WrongUseIsTwoAndFailureOneWithOneLine) {
     int status;
     const char* says;
   } rows[] = {
-      {{}, 2, "editor"},
-      {{"a.zlo"}, 2, "cinora render a.zlo"},
+      {{}, 1, "there is no display"},
+      {{"a.zlo"}, 1, "cinora render a.zlo"},
       {{"nonsense"}, 2, "\"nonsense\" is neither a command nor a file"},
       {{"render"}, 2, "INPUT"},
       {{"render", "", "-o", "a.mp4"}, 2, "INPUT: must not be empty"},

@@ -30,6 +30,7 @@ constexpr int timeLimit = 120;  // seconds
   dup2(err, 2);
   setenv("XDG_CONFIG_HOME", (outputs + "/config").c_str(), 1);
   setenv("XDG_DATA_HOME", (outputs + "/data").c_str(), 1);
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) unsetenv(name);
   if (options.fileSizeLimit >= 0) {
     rlimit limit{static_cast<rlim_t>(options.fileSizeLimit), static_cast<rlim_t>(options.fileSizeLimit)};
     setrlimit(RLIMIT_FSIZE, &limit);

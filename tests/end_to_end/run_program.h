@@ -20,7 +20,7 @@ struct RunOptions {
   std::string until;                // a file, or a folder with a hidden file: a film being written
 };
 
-/// `cinora` with the arguments, at home in a folder without settings.
+/// `cinora` with the arguments, at home in a folder without settings, without a display.
 Outcome runCinora(const std::vector<std::string>& arguments, const RunOptions& = {});
 /// Any program found by the PATH.
 Outcome runProgram(const std::vector<std::string>& words, const RunOptions& = {});

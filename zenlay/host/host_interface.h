@@ -61,6 +61,7 @@ enum PluginQuery : intptr_t {
   queryWriteBackup = 3,  // argument: path; writes a backup file there; answer: null or the reason of a failure
   queryLeftOut = 4,      // answer: null or a line on what the last object file read or written left out
   queryTexts = 5,        // answer: JSON array of the texts in the objects' extra data, file names among them
+  queryUndoSteps = 6,    // answer: the number of steps that undo puts back, decimal
 };
 struct QueryRequest {
   const char* argument;
@@ -70,6 +71,7 @@ struct QueryRequest {
 /// Commands (messageCommand) with which a host drives the plug-in; the file comes from the host's file dialogs. Those
 /// that open answer 1 when the file was opened.
 enum PluginCommand : int32_t {
+  commandUndoStep = 1010,
   commandOpenObjectFile = 1037,  // import; with no project open: new project from the object file
   commandSaveObjectFile = 1038,
   commandOpenBackup = 1067,      // new project from a backup file

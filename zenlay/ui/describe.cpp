@@ -15,6 +15,7 @@
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/slots.h"
+#include "zenlay/model/undo.h"
 #include "zenlay/ui/backup.h"
 
 namespace zenlay {
@@ -220,6 +221,10 @@ int answerQuery(intptr_t query, QueryRequest* request) {
     case queryLeftOut:
       answer = leftOutNote;
       request->answer = answer.empty() ? nullptr : answer.c_str();
+      return 1;
+    case queryUndoSteps:
+      answer = std::to_string(undoSteps());
+      request->answer = answer.c_str();
       return 1;
     default:
       return 0;

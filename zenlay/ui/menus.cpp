@@ -39,7 +39,6 @@ constexpr GreyedItem greyedItems[] = {
     {settingsUndo, canUndo},
     {commandPaste, [] { return clipboardEntries() > 0; }},
     {commandRemoveMidpoint, [] { return onTimeline(clickPosition.section); }},
-    {commandExportMedia, [] { return environment.hostFunctions->exportEdit != nullptr; }},
     {commandSceneSettings, [] { return environment.projectOpen; }},
 };
 

@@ -1,0 +1,213 @@
+// What the main window does with files: open, save, import, export, and the question before work is lost.
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QStatusBar>
+
+#include "cinora/desktop/export_dialog.h"
+#include "cinora/desktop/main_window.h"
+#include "cinora/desktop/plugin_docks.h"
+#include "cinora/failure.h"
+#include "cinora/interruption.h"
+#include "cinora/project.h"
+#include "platform/paths.h"
+
+namespace cinora::desktop {
+namespace {
+
+constexpr char openFilter[] =
+    "Films, videos, pictures and sounds (*.cnp *.zlo *.zenlay_backup *.mp4 *.mkv *.mov *.webm *.avi *.mpg *.wmv *.flv "
+    "*.png *.jpg *.jpeg *.bmp *.gif *.webp *.wav *.mp3 *.flac *.ogg *.m4a);;"
+    "Projects, object files and backups (*.cnp *.zlo *.zenlay_backup);;All files (*)";
+constexpr char importFilter[] =
+    "Videos, pictures, sounds and object files (*.mp4 *.mkv *.mov *.webm *.avi *.mpg *.wmv *.flv *.png *.jpg *.jpeg "
+    "*.bmp *.gif *.webp *.wav *.mp3 *.flac *.ogg *.m4a *.zlo *.zla);;All files (*)";
+constexpr char saveFilter[] =
+    "Project (*.cnp);;Object file, the current scene's objects (*.zlo);;Backup (*.zenlay_backup)";
+constexpr int noticeTime = 8000;  // ms
+
+/// From pairs of NUL-terminated label and patterns.
+QString qtFilter(const char* list) {
+  QStringList filters;
+  while (list && *list) {
+    QString label = QString::fromUtf8(list).section(" (", 0, 0);
+    list += strlen(list) + 1;
+    QString patterns = QString::fromUtf8(list).replace(';', ' ').replace("*.*", "*");
+    list += strlen(list) + 1;
+    filters.push_back(label + " (" + patterns + ")");
+  }
+  return filters.join(";;");
+}
+
+std::string firstFile(const QMimeData* data) {
+  for (const QUrl& url : data->urls())
+    if (url.isLocalFile()) return url.toLocalFile().toStdString();
+  return "";
+}
+
+}  // namespace
+
+void MainWindow::tell(const std::string& problem) {
+  QMessageBox box(QMessageBox::Warning, "Cinora", "", QMessageBox::Ok, this);
+  box.setTextFormat(Qt::PlainText);
+  box.setText(QString::fromStdString(problem));
+  box.exec();
+}
+
+/// What was collected while a file was dealt with: nothing that kept it from being done.
+void MainWindow::tellMessages() {
+  std::vector<std::string> messages = host_->takeMessages();
+  if (!messages.empty()) statusBar()->showMessage(QString::fromStdString(messages.front()), noticeTime);
+}
+
+bool MainWindow::mayDiscard() {
+  if (exporting_) return false;
+  player_->stop();
+  if (!session_->modified()) return true;
+  QMessageBox box(QMessageBox::Question, "Cinora", "", QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+                  this);
+  box.setTextFormat(Qt::PlainText);
+  box.setText(QString("Save the changes to “%1”?").arg(QString::fromStdString(session_->name())));
+  box.setInformativeText("Without saving they are lost.");
+  box.setDefaultButton(QMessageBox::Save);
+  int answer = box.exec();
+  return answer == QMessageBox::Discard || (answer == QMessageBox::Save && save());
+}
+
+void MainWindow::begin(const std::string& file) {
+  refreshNow();
+  if (!file.empty()) openFile(file);
+}
+
+void MainWindow::openFile(const std::string& path) {
+  try {
+    session_->check(path);
+    if (!mayDiscard()) return;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    struct Restore {
+      ~Restore() { QApplication::restoreOverrideCursor(); }
+    } restore;
+    session_->openFile(path);
+    tellMessages();
+  } catch (const std::exception& error) {
+    refreshNow();
+    tell(error.what());
+  }
+  refreshNow();
+}
+
+void MainWindow::importFile(const std::string& path) {
+  if (!session_->open()) return openFile(path);
+  try {
+    session_->place(path);
+  } catch (const std::exception& error) {
+    tell(error.what());
+  }
+  tellMessages();
+  noteChange(true);
+}
+
+void MainWindow::open() {
+  QString path = QFileDialog::getOpenFileName(this, "Open", QString::fromStdString(session_->path()), openFilter);
+  if (!path.isEmpty()) openFile(path.toStdString());
+}
+
+void MainWindow::importFiles() {
+  QString path = QFileDialog::getOpenFileName(this, "Import", "", importFilter);
+  if (!path.isEmpty()) importFile(path.toStdString());
+}
+
+bool MainWindow::saveTo(const std::string& path) {
+  try {
+    session_->save(path);
+    tellMessages();
+    updateTitle();
+    return true;
+  } catch (const std::exception& error) {
+    tell(error.what());
+    return false;
+  }
+}
+
+bool MainWindow::save() { return session_->hasProjectFile() ? saveTo(session_->path()) : saveAs(); }
+
+bool MainWindow::saveAs() {
+  if (!session_->open()) return false;
+  QFileDialog dialog(this, "Save As", QString(), saveFilter);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix("cnp");
+  dialog.selectFile(QString::fromStdString(session_->suggestedPath()));
+  if (dialog.exec() != QDialog::Accepted) return false;
+  return saveTo(dialog.selectedFiles().first().toStdString());
+}
+
+void MainWindow::closeFilm() {
+  if (!mayDiscard()) return;
+  session_->close();
+  refreshNow();
+}
+
+void MainWindow::exportFilm() {
+  if (!session_->open() || exporting_) return;
+  player_->stop();
+  ExportDialog dialog(*host_, session_->suggestedPath(), this);
+  if (dialog.exec() == QDialog::Accepted) runExport(dialog.request());
+}
+
+bool MainWindow::runExport(const ExportRequest& request) {
+  if (exporting_) return false;
+  player_->stop();
+  exporting_ = true;
+  bool done = false;
+  std::string problem;
+  try {
+    done = exportWithProgress(*host_, request, this);
+  } catch (const std::exception& error) {
+    problem = error.what();
+  }
+  exporting_ = false;
+  noteChange(true);
+  if (!problem.empty()) tell(problem);
+  QString name = QString::fromStdString(request.output.path);
+  if (problem.empty())
+    statusBar()->showMessage(done ? name + " is written." : QString("The export was cancelled."), noticeTime);
+  return done;
+}
+
+std::string MainWindow::askFileName(bool save, const char* filter, const char* initial) {
+  QString name = QString::fromUtf8(initial ? initial : "");
+  QString path = save ? QFileDialog::getSaveFileName(this, "Save", name, qtFilter(filter))
+                      : QFileDialog::getOpenFileName(this, "Open", name, qtFilter(filter));
+  return path.toStdString();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!host_ || !mayDiscard()) return event->ignore();
+  storeArrangement();
+  host_->settings.save();
+  event->accept();
+  QApplication::quit();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!exporting_ && !firstFile(event->mimeData()).empty()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  std::string path = firstFile(event->mimeData());
+  if (path.empty() || exporting_) return;
+  event->acceptProposedAction();
+  // The program that the file was dragged from waits for the answer.
+  QMetaObject::invokeMethod(
+      this,
+      [this, path] {
+        bool project = platform::equalNoCase(platform::extensionOf(path), ".cnp") ||
+                       platform::equalNoCase(platform::extensionOf(path), ".zenlay_backup");
+        project ? openFile(path) : importFile(path);
+      },
+      Qt::QueuedConnection);
+}
+
+}  // namespace cinora::desktop

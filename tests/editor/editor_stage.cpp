@@ -1,0 +1,63 @@
+#include "tests/editor/editor_stage.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QDir>
+
+namespace cinora::test {
+
+std::string squareFilm(int frames, int size) {
+  std::string length = std::to_string(frames);
+  return "[zenlay]\nwidth=64\nheight=48\nrate=25\nscale=1\nlength=" + length +
+         "\naudio_rate=44100\naudio_ch=2\n[0]\nstart=1\nend=" + length +
+         "\nlayer=1\noverlay=1\ncamera=0\n[0.0]\n_name=Graphic\nSize=" + std::to_string(size) +
+         "\ntype=2\ncolor=ffffff\n[0.1]\n_name=Standard drawing\n";
+}
+
+EditorStage::EditorStage(QSize size) : size_(size) { start(); }
+
+EditorStage::~EditorStage() {
+  editor.reset();
+  settle();
+}
+
+void EditorStage::start() {
+  editor = std::make_unique<desktop::Editor>(HostOptions{
+      .settingsFile = folder / "cinora.ini", .pluginFolder = BINARY_DIR "/bin", .overrides = {{"auto_save", "0"}}});
+  editor->show();
+  window().resize(size_);
+  window().begin("");
+  settle();
+}
+
+void EditorStage::restart() {
+  host().settings.save();
+  editor.reset();
+  settle();
+  start();
+}
+
+void EditorStage::trigger(ActionId id) {
+  window().action(id)->trigger();
+  settle();
+}
+
+bool EditorStage::wait(const std::function<bool()>& done, int milliseconds) {
+  return QTest::qWaitFor(done, milliseconds);
+}
+
+void EditorStage::settle() {
+  for (int i = 0; i < 4; i++) {
+    QApplication::processEvents();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+void EditorStage::screenshot(const char* name) {
+  settle();
+  QDir().mkpath(BINARY_DIR "/out/screenshots");
+  EXPECT_TRUE(window().grab().save(QString(BINARY_DIR "/out/screenshots/%1.png").arg(name)));
+}
+
+}  // namespace cinora::test

@@ -1,0 +1,124 @@
+// Export from the editor: presets, progress, cancelling.
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <filesystem>
+
+#include "cinora/desktop/export_dialog.h"
+#include "cinora/desktop/export_preset.h"
+#include "cinora/media_reader.h"
+#include "tests/editor/editor_stage.h"
+
+namespace cinora::test {
+namespace {
+
+using desktop::ExportDialog;
+
+struct Export : testing::Test {
+  EditorStage stage;
+
+  void openFilm(int frames) {
+    stage.folder.write("film.zlo", squareFilm(frames, 20));
+    stage.window().openFile(stage.folder / "film.zlo");
+  }
+  void exportTo(const std::string& path) {
+    stage.whenAsked<ExportDialog>([path](ExportDialog* dialog) {
+      dialog->findChild<QLineEdit*>()->setText(QString::fromStdString(path));
+      for (QPushButton* button : dialog->findChildren<QPushButton*>())
+        if (button->isDefault()) return button->click();
+    });
+    stage.trigger(ActionId::exportFilm);
+  }
+  std::vector<std::string> names() {
+    std::vector<std::string> found;
+    for (const auto& entry : std::filesystem::directory_iterator(stage.folder.path()))
+      found.push_back(entry.path().filename());
+    std::sort(found.begin(), found.end());
+    return found;
+  }
+};
+
+TEST(ExportPresets, NameTheirFiles) {
+  using namespace desktop;
+  int usable = 0;
+  for (const ExportPreset& preset : exportPresets()) {
+    std::string once = exportPath(preset, "/a/film.cnp");
+    EXPECT_EQ(exportPath(preset, once), once);
+    EXPECT_EQ(once, std::string("/a/film") + (preset.sequence ? "_%05d" : "") + preset.extension);
+    usable += canExport(preset);
+  }
+  EXPECT_GE(usable, 6);
+}
+
+TEST_F(Export, TheSelectionAsAFilm) {
+  openFilm(12);
+  hostFunctions.setSelection(stage.host().editHandle(), 2, 8);
+  exportTo(stage.folder / "out.mp4");
+  EXPECT_TRUE(stage.asked.empty()) << stage.asked.value(0).toStdString();
+  MediaReader reader;
+  std::string error;
+  ASSERT_TRUE(reader.open(stage.folder / "out.mp4", false, error)) << error;
+  EXPECT_EQ(reader.info().frameCount, 7);
+  EXPECT_EQ(reader.info().width, 64);
+  EXPECT_EQ(reader.info().rate / reader.info().scale, 25);
+}
+
+TEST_F(Export, CancelledLeavesNothing) {
+  openFilm(100000);
+  stage.whenAsked<ExportDialog>([&](ExportDialog* dialog) {
+    dialog->findChild<QLineEdit*>()->setText(QString::fromStdString(stage.folder / "out.mp4"));
+    stage.whenAsked<QDialog>([](QDialog*) {});
+    dialog->accept();
+  });
+  int steps = 0;
+  bool refused = false;
+  QTimer cancel;
+  QObject::connect(&cancel, &QTimer::timeout, &cancel, [&] {
+    QWidget* modal = QApplication::activeModalWidget();
+    auto* bar = modal ? modal->findChild<QProgressBar*>() : nullptr;
+    if (!bar || bar->value() < 3) return;
+    refused |= !stage.window().close();  // everything else is refused meanwhile
+    if (++steps == 3) modal->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel)->click();
+  });
+  cancel.start(20);
+  stage.trigger(ActionId::exportFilm);
+  EXPECT_EQ(steps, 3);
+  EXPECT_TRUE(refused);
+  EXPECT_EQ(names(), (std::vector<std::string>{"film.zlo"}));
+  EXPECT_TRUE(stage.asked.empty());
+  stage.trigger(ActionId::frameForward);
+  EXPECT_EQ(stage.host().edit.currentFrame, 1);
+}
+
+TEST_F(Export, WhatCannotBeIsSaidInTheDialog) {
+  openFilm(3);
+  ExportDialog dialog(stage.host(), stage.folder / "film.cnp", &stage.window());
+  dialog.show();
+  auto* path = dialog.findChild<QLineEdit*>();
+  QPushButton* start = nullptr;
+  for (QPushButton* button : dialog.findChildren<QPushButton*>())
+    if (button->isDefault()) start = button;
+  path->setText("film.unknown");
+  start->click();
+  EXPECT_TRUE(dialog.isVisible());
+  path->setText(QString::fromStdString(stage.folder / "ok.mp4"));
+  start->click();
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(dialog.request().last, 2);
+}
+
+TEST_F(Export, AFailureIsToldAndLeavesNothing) {
+  openFilm(3);
+  stage.answer(QMessageBox::Ok);
+  exportTo(stage.folder / "no/folder/out.mp4");
+  EXPECT_EQ(stage.asked.size(), 1);
+  EXPECT_EQ(names(), (std::vector<std::string>{"film.zlo"}));
+}
+
+}  // namespace
+}  // namespace cinora::test

@@ -1,0 +1,47 @@
+// The whole editor as pictures to look at: out/screenshots/ in the build.
+#include <gtest/gtest.h>
+
+#include "cinora/desktop/export_dialog.h"
+#include "tests/editor/editor_stage.h"
+
+namespace cinora::test {
+namespace {
+
+/// Every control of the window lies inside it and has the room its text needs.
+void expectNothingCutOff(QWidget& window) {
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
+    if (!widget->isVisible() || widget->window() != &window || widget->inherits("QDockWidgetTitleButton")) continue;
+    if (!qobject_cast<QAbstractButton*>(widget) && !qobject_cast<QComboBox*>(widget) &&
+        !qobject_cast<QLineEdit*>(widget))
+      continue;
+    QRect place(widget->mapTo(&window, QPoint(0, 0)), widget->size());
+    EXPECT_TRUE(window.rect().contains(place)) << widget->accessibleName().toStdString();
+    EXPECT_GE(widget->width(), std::min(widget->minimumSizeHint().width(), widget->maximumWidth()));
+  }
+}
+
+TEST(Gallery, TheEditorInTwoSizes) {
+  for (QSize size : {QSize(1280, 800), QSize(1920, 1080)}) {
+    EditorStage stage(size);
+    QByteArray ending = QString("_%1").arg(size.width()).toUtf8();
+    stage.screenshot("editor_empty" + ending);
+    expectNothingCutOff(stage.window());
+    stage.window().openFile(SOURCE_DIR "/examples/first_film.zlo");
+    stage.window().goTo(100);
+    stage.settle();
+    stage.trigger(ActionId::selectionFirst);
+    stage.window().goTo(160);
+    stage.settle();
+    stage.trigger(ActionId::selectionLast);
+    stage.screenshot("editor" + ending);
+    expectNothingCutOff(stage.window());
+    desktop::ExportDialog dialog(stage.host(), "film.cnp", &stage.window());
+    dialog.show();
+    stage.settle();
+    dialog.grab().save(BINARY_DIR "/out/screenshots/editor_export.png");
+    expectNothingCutOff(dialog);
+  }
+}
+
+}  // namespace
+}  // namespace cinora::test

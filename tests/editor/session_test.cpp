@@ -1,0 +1,192 @@
+// Films as documents: open, save, the question before work is lost, files that are no films.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QAction>
+#include <QDockWidget>
+#include <filesystem>
+
+#include "cinora/project.h"
+#include "cinora/project_file.h"
+#include "platform/paths.h"
+#include "tests/editor/editor_stage.h"
+
+namespace cinora::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+struct Session : testing::Test {
+  EditorStage stage;
+
+  std::string film(const char* name, int frames = 10) {
+    stage.folder.write(name, squareFilm(frames, 20));
+    return stage.folder / name;
+  }
+  /// An edit as a plug-in reports one.
+  void edit() {
+    Filter* editor = stage.host().plugins.editor();
+    std::string more = film("more.zlo", 5);
+    stage.host().dialogs.load = more;
+    platform::sendMessage(editor->window, zenlay::messageCommand, zenlay::commandOpenObjectFile, 0);
+    stage.host().dialogs = {};
+    stage.settle();
+  }
+  QString title() {
+    stage.window().refreshNow();
+    return stage.window().windowTitle();
+  }
+};
+
+TEST_F(Session, OpeningShowsTheFilmAndItsName) {
+  EXPECT_EQ(title(), "Cinora");
+  EXPECT_FALSE(stage.window().action(ActionId::save)->isEnabled());
+  stage.window().openFile(film("a.zlo"));
+  EXPECT_EQ(title(), "a.zlo[*] — Cinora");
+  EXPECT_FALSE(stage.window().isWindowModified());
+  EXPECT_EQ(stage.window().preview().picture().size(), QSize(64, 48));
+  EXPECT_EQ(stage.colourAt(32, 24), QColor(Qt::white));
+  EXPECT_EQ(stage.colourAt(2, 2), QColor(Qt::black));
+}
+
+TEST_F(Session, UnsavedWorkIsAskedAbout) {
+  stage.window().openFile(film("a.zlo"));
+  std::string project = stage.folder / "a.cnp";
+  ASSERT_TRUE(stage.window().saveTo(project));
+  EXPECT_EQ(title(), "a.cnp[*] — Cinora");
+  edit();
+  title();
+  EXPECT_TRUE(stage.window().isWindowModified());
+  struct Row {
+    QMessageBox::StandardButton button;
+    bool opened, saved;
+  };
+  for (const Row& row : {Row{QMessageBox::Cancel, false, false}, Row{QMessageBox::Discard, true, false},
+                         Row{QMessageBox::Save, true, true}}) {
+    stage.window().openFile(project);
+    stage.asked.clear();
+    edit();
+    auto before = std::filesystem::file_size(project);
+    stage.answer(row.button);
+    stage.window().openFile(film("b.zlo"));
+    EXPECT_EQ(stage.asked, QStringList("Save the changes to “a.cnp”?"));
+    EXPECT_EQ(stage.window().session().name(), row.opened ? "b.zlo" : "a.cnp");
+    EXPECT_EQ(std::filesystem::file_size(project) > before, row.saved);
+    if (!row.opened) {
+      stage.answer(QMessageBox::Discard);
+      stage.window().openFile(film("b.zlo"));
+    }
+  }
+  EXPECT_TRUE(stage.window().session().path().empty());
+}
+
+TEST_F(Session, CursorAndSelectionAreNoUnsavedWork) {
+  stage.window().openFile(film("a.zlo"));
+  stage.window().goTo(5);
+  stage.trigger(ActionId::selectionFirst);
+  title();
+  EXPECT_FALSE(stage.window().isWindowModified());
+}
+
+TEST_F(Session, BadFilesAreOneMessageAndLoseNothing) {
+  stage.window().openFile(film("a.zlo"));
+  std::string project = stage.folder / "good.cnp";
+  ASSERT_TRUE(stage.window().saveTo(project));
+  std::string bytes;
+  ASSERT_TRUE(platform::readFile(project, bytes));
+  std::string damaged = bytes;
+  damaged[damaged.size() / 2] ^= 0x40;
+  stage.folder.write("torn.cnp", bytes.substr(0, bytes.size() / 2));
+  stage.folder.write("damaged.cnp", damaged);
+  stage.folder.write("empty.cnp", "");
+  stage.folder.write("bad.zlo", "[zenlay]\nwidth=-5\n");
+  stage.folder.write("bad.zenlay_backup", "80ZL but no more");
+  stage.folder.write("text.txt", "no film");
+  std::filesystem::create_directory(stage.folder / "folder.cnp");
+  for (const char* name : {"torn.cnp", "damaged.cnp", "empty.cnp", "bad.zlo", "bad.zenlay_backup", "text.txt",
+                           "folder.cnp", "missing.cnp"}) {
+    stage.asked.clear();
+    stage.answer(QMessageBox::Ok);
+    stage.window().openFile(stage.folder / name);
+    ASSERT_EQ(stage.asked.size(), 1) << name;
+    EXPECT_THAT(stage.asked[0].toStdString(), HasSubstr(name));
+    EXPECT_EQ(stage.window().session().path(), project) << name;
+    EXPECT_EQ(stage.colourAt(32, 24), QColor(Qt::white)) << name;
+  }
+}
+
+TEST_F(Session, SavingWhereNothingCanBeWrittenKeepsTheMark) {
+  stage.window().openFile(film("a.zlo"));
+  edit();
+  stage.answer(QMessageBox::Ok);
+  EXPECT_FALSE(stage.window().saveTo(stage.folder / "no/such/folder/a.cnp"));
+  EXPECT_EQ(stage.asked.size(), 1);
+  title();
+  EXPECT_TRUE(stage.window().isWindowModified());
+}
+
+TEST_F(Session, RecentFilesAreKeptLatestFirst) {
+  std::vector<std::string> paths;
+  for (int i = 0; i < 12; i++) {
+    paths.push_back(film((std::to_string(i) + ".zlo").c_str(), 2));
+    stage.window().openFile(paths.back());
+  }
+  stage.window().openFile(paths[5]);
+  stage.restart();
+  const std::vector<std::string>& recent = stage.window().session().recentFiles();
+  ASSERT_EQ(recent.size(), desktop::maxRecentFiles);
+  EXPECT_EQ(recent[0], paths[5]);
+  EXPECT_EQ(recent[1], paths[11]);
+  EXPECT_EQ(recent[9], paths[2]);
+}
+
+TEST_F(Session, AVideoBeginsAProjectOfItsFormat) {
+  stage.window().openFile(SOURCE_DIR "/examples/media/lights.mp4");
+  EXPECT_TRUE(stage.asked.empty());
+  EXPECT_TRUE(stage.host().edit.open);
+  EXPECT_FALSE(stage.window().session().hasProjectFile());
+  EXPECT_THAT(stage.window().session().suggestedPath(), HasSubstr("media/lights.cnp"));
+}
+
+TEST_F(Session, TheArrangementIsKept) {
+  auto* timeline = stage.window().findChild<QDockWidget*>("Zenlay");
+  ASSERT_TRUE(timeline);
+  EXPECT_TRUE(timeline->isVisible());
+  timeline->setFloating(true);
+  EXPECT_TRUE(stage.window().close());
+  stage.restart();
+  timeline = stage.window().findChild<QDockWidget*>("Zenlay");
+  EXPECT_TRUE(timeline->isFloating());
+  stage.trigger(ActionId::arrange);
+  EXPECT_FALSE(timeline->isFloating());
+}
+
+// A child saves over and over and is killed at any moment: what lies under the name is always a whole project.
+TEST_F(Session, KilledWhileSavingLosesNothing) {
+  stage.window().openFile(film("a.zlo"));
+  std::string project = stage.folder / "a.cnp";
+  ASSERT_TRUE(stage.window().saveTo(project));
+  for (int round = 0; round < 25; round++) {
+    pid_t child = fork();
+    if (child == 0) {
+      for (;;) saveProject(stage.host(), project);
+    }
+    usleep(1000 + 1777 * round % 9000);
+    kill(child, SIGKILL);
+    int status;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    ProjectFile read;
+    ASSERT_EQ(readProject(project, &read), "") << round;
+    ASSERT_EQ(read.frameCount, 10);
+  }
+  stage.window().openFile(project);
+  EXPECT_EQ(stage.colourAt(32, 24), QColor(Qt::white));
+}
+
+}  // namespace
+}  // namespace cinora::test
