@@ -172,6 +172,21 @@ TEST_F(ImageEditing, SectionsStayContinuous) {
   EXPECT_EQ(end(placingX), middle);
 }
 
+TEST_F(ImageEditing, LinkedNeighboursFollow) {
+  objects[object].end = 49;
+  int next = add({.start = 50, .end = 99});
+  layers[0].flags |= layerCoordinateLink;
+  EXPECT_EQ(drag(inside, {310, 225}), 1);
+  EXPECT_EQ(start(placingX), 100);
+  EXPECT_EQ(objects[next].startValues[placed + placingX], 100);
+  EXPECT_EQ(objects[next].startValues[placed + placingY], -50);
+  EXPECT_EQ(objects[next].startValues[placed + placingZoom], 10000);
+  EXPECT_EQ(undoSteps(), 1);
+  undo();
+  EXPECT_EQ(start(placingX), 0);
+  EXPECT_EQ(objects[next].startValues[placed + placingX], 0);
+}
+
 TEST_F(ImageEditing, TheZoomedOutDisplay) {
   struct Row {
     int value, pixels;  // of the scene for 20 of the frame
@@ -391,6 +406,16 @@ TEST_F(ImageEditing, EffectsTakePart) {
   EXPECT_EQ(commands[2].code, commandPreviewRightPress);
   EXPECT_EQ(commands[3].code, commandPreviewDoubleClick);
   EXPECT_EQ(commands[3].handle, 1);
+
+  // Another object became current: what follows is not the one's affair, nor the other's.
+  send(messageImageMouseDown, {300, 230});
+  int other = add({.layer = 4, .effects = {solid, recorder, placing}});
+  currentObject = other;
+  commands.clear();
+  EXPECT_EQ(send(messageImageMouseMove, {310, 230}), 0);
+  EXPECT_EQ(send(messageImageMouseUp, {310, 230}), 0);
+  EXPECT_TRUE(commands.empty());
+  currentObject = own;
 
   commands.clear();
   setSlotFlags(own, 1, slotEnabled);  // its handles are off
