@@ -30,9 +30,11 @@ struct Session : testing::Test {
   /// An edit as a plug-in reports one.
   void edit() {
     Filter* editor = stage.host().plugins.editor();
-    std::string more = film("more.zlo", 5);
+    std::string more = stage.folder / "more.zlo";
+    stage.folder.write("more.zlo", squareFilm(5, 8, 3));
     stage.host().dialogs.load = more;
-    platform::sendMessage(editor->window, zenlay::messageCommand, zenlay::commandOpenObjectFile, 0);
+    ASSERT_EQ(platform::sendMessage(editor->window, zenlay::messageCommand, zenlay::commandOpenObjectFile, 0), 1)
+        << testing::PrintToString(stage.host().takeMessages());
     stage.host().dialogs = {};
     stage.settle();
   }
