@@ -63,6 +63,8 @@ TEST_F(Session, UnsavedWorkIsAskedAbout) {
   edit();
   title();
   EXPECT_TRUE(stage.window().isWindowModified());
+  stage.answer(QMessageBox::Discard);
+  stage.window().openFile(project);
   struct Row {
     QMessageBox::StandardButton button;
     bool opened, saved;
