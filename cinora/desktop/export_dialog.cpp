@@ -136,12 +136,12 @@ ExportDialog::ExportDialog(Host& host, const std::string& filmPath, QWidget* par
   form->addRow("", problem_);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   QPushButton* start = buttons->addButton("Export", QDialogButtonBox::AcceptRole);
-  start->setDefault(true);
   auto* column = new QVBoxLayout(this);
   column->addLayout(form);
   column->addStretch(1);
   column->addWidget(buttons);
   column->setSizeConstraint(QLayout::SetFixedSize);
+  start->setDefault(true);  // only now does the dialog know the button
 
   connect(preset_, &QComboBox::currentIndexChanged, this, [this] { choosePreset(); });
   connect(browseButton, &QPushButton::clicked, this, [this] { browse(); });

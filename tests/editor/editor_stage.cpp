@@ -7,11 +7,11 @@
 
 namespace cinora::test {
 
-std::string squareFilm(int frames, int size) {
+std::string squareFilm(int frames, int size, int layer) {
   std::string length = std::to_string(frames);
   return "[zenlay]\nwidth=64\nheight=48\nrate=25\nscale=1\nlength=" + length +
-         "\naudio_rate=44100\naudio_ch=2\n[0]\nstart=1\nend=" + length +
-         "\nlayer=1\noverlay=1\ncamera=0\n[0.0]\n_name=Graphic\nSize=" + std::to_string(size) +
+         "\naudio_rate=44100\naudio_ch=2\n[0]\nstart=1\nend=" + length + "\nlayer=" + std::to_string(layer) +
+         "\noverlay=1\ncamera=0\n[0.0]\n_name=Graphic\nSize=" + std::to_string(size) +
          "\ntype=2\ncolor=ffffff\n[0.1]\n_name=Standard drawing\n";
 }
 

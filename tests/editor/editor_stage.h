@@ -19,7 +19,7 @@ namespace cinora::test {
 using desktop::ActionId;
 
 /// An object file of `frames` frames of 64x48 at 25 frames a second: a white square on black, `size` pixels wide.
-std::string squareFilm(int frames, int size);
+std::string squareFilm(int frames, int size, int layer = 1);
 
 struct EditorStage {
   ::test::ScratchFolder folder;

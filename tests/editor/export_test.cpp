@@ -19,6 +19,12 @@ namespace {
 
 using desktop::ExportDialog;
 
+QPushButton* exportButton(ExportDialog& dialog) {
+  for (QPushButton* button : dialog.findChildren<QPushButton*>())
+    if (button->text() == "Export") return button;
+  return nullptr;
+}
+
 struct Export : testing::Test {
   EditorStage stage;
 
@@ -29,8 +35,7 @@ struct Export : testing::Test {
   void exportTo(const std::string& path) {
     stage.whenAsked<ExportDialog>([path](ExportDialog* dialog) {
       dialog->findChild<QLineEdit*>()->setText(QString::fromStdString(path));
-      for (QPushButton* button : dialog->findChildren<QPushButton*>())
-        if (button->isDefault()) return button->click();
+      exportButton(*dialog)->click();
     });
     stage.trigger(ActionId::exportFilm);
   }
@@ -100,9 +105,8 @@ TEST_F(Export, WhatCannotBeIsSaidInTheDialog) {
   ExportDialog dialog(stage.host(), stage.folder / "film.cnp", &stage.window());
   dialog.show();
   auto* path = dialog.findChild<QLineEdit*>();
-  QPushButton* start = nullptr;
-  for (QPushButton* button : dialog.findChildren<QPushButton*>())
-    if (button->isDefault()) start = button;
+  QPushButton* start = exportButton(dialog);
+  EXPECT_TRUE(start->isDefault());
   path->setText("film.unknown");
   start->click();
   EXPECT_TRUE(dialog.isVisible());

@@ -91,6 +91,7 @@ TEST_F(Playback, TheSeekBarAndTheBoxesGoWhereTheySay) {
   QTest::keyClicks(time, "0.48");
   QTest::keyClick(time, Qt::Key_Return);
   EXPECT_EQ(frame(), 12);
+  stage.settle();
   auto* box = stage.window().transport().findChild<QSpinBox*>();
   EXPECT_EQ(box->value(), 13);
   box->setValue(30);

@@ -30,9 +30,11 @@ struct Session : testing::Test {
   /// An edit as a plug-in reports one.
   void edit() {
     Filter* editor = stage.host().plugins.editor();
-    std::string more = film("more.zlo", 5);
+    std::string more = stage.folder / "more.zlo";
+    stage.folder.write("more.zlo", squareFilm(5, 8, 3));
     stage.host().dialogs.load = more;
-    platform::sendMessage(editor->window, zenlay::messageCommand, zenlay::commandOpenObjectFile, 0);
+    ASSERT_EQ(platform::sendMessage(editor->window, zenlay::messageCommand, zenlay::commandOpenObjectFile, 0), 1)
+        << testing::PrintToString(stage.host().takeMessages());
     stage.host().dialogs = {};
     stage.settle();
   }
@@ -61,6 +63,8 @@ TEST_F(Session, UnsavedWorkIsAskedAbout) {
   edit();
   title();
   EXPECT_TRUE(stage.window().isWindowModified());
+  stage.answer(QMessageBox::Discard);
+  stage.window().openFile(project);
   struct Row {
     QMessageBox::StandardButton button;
     bool opened, saved;
