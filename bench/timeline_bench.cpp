@@ -37,7 +37,7 @@ platform::Window* window;
 
 void prepareWindow() {
   static platform::DesktopBackend table{};
-  table.windowCanvas = [](platform::Window*) { return canvas; };
+  table.windowCanvas = [](platform::Window* asking) { return asking == window ? canvas : nullptr; };
   table.renderText = [](const char* text, platform::TextFont, double) {
     int columns = 6 * static_cast<int>(strlen(text));
     return platform::CoverageMask{columns, 13, 0, 0, std::vector<uint8_t>(static_cast<size_t>(columns) * 13, 128)};

@@ -284,7 +284,7 @@ void invalidateWindow(Window* window) {
 
 void focusWindow(Window* window) {
   if (!reachable(window)) return;
-  tell(&DesktopBackend::focus, window);
+  if (window) tell(&DesktopBackend::focus, window);
   reportFocus(window);
 }
 

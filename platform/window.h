@@ -18,7 +18,7 @@ using WindowProcedure = intptr_t (*)(Window*, uint32_t message, intptr_t first, 
 enum WindowMessage : uint32_t {
   messageSized = 0x005,      // second: the new client size as a point
   messageActivated = 0x006,  // to a top-level window: first: 1 the focus came into it, 0 it left; second: the other one
-  messagePaint = 0x00F,      // the canvas was made anew or the colours changed: draw everything
+  messagePaint = 0x00F,      // the canvas was made anew or the colours changed: draw everything, and only that
   messageClose = 0x010,      // the user wants it closed; nothing happens by itself
   messageKeyDown = 0x100,    // to the focused window: first: Key; second: 1 when the key repeats by itself
   messageKeyUp = 0x101,

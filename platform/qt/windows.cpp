@@ -85,6 +85,7 @@ Qt::WindowFlags flagsOf(uint32_t style) {
 }
 
 void resizeWidget(NativeWindow* native, QSize size) {
+  if (!native->window) return;  // moving it has made its procedure destroy it
   if (native->frame && native->frame->resize)
     native->frame->resize(size);
   else if (native->frame || native->attached || (native->window->style & (windowResizable | windowChild)))
@@ -242,9 +243,10 @@ void setClientSize(Window* window) {
   refreshPlace(window);
 }
 
+/// A window may have gone by the messages of what changed its place.
 void refreshPlace(Window* window) {
-  NativeWindow* native = window->native;
-  if (window->style & windowChild) return;
+  NativeWindow* native = nativeOf(window);
+  if (!native || (window->style & windowChild)) return;
   QRect client(native->widget->mapToGlobal(QPoint(0, 0)), native->widget->size());
   QRect outer = hasOwnFrame(native) ? native->widget->frameGeometry() : client;
   reportPlace(window, fromQt(outer), fromQt(client));

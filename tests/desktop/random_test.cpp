@@ -38,7 +38,10 @@ struct Driver {
 intptr_t handle(Window* window, uint32_t message, intptr_t, intptr_t, void* user) {
   auto* driver = static_cast<Driver*>(user);
   driver->handled++;
-  if (message == messagePaint) fillRect(windowCanvas(window), {0, 0, 400, 300}, systemColor(colorFace));
+  if (message == messagePaint) {
+    fillRect(windowCanvas(window), {0, 0, 400, 300}, systemColor(colorFace));
+    return 0;
+  }
   if (driver->below(12) == 0) driver->react(window);
   return 0;
 }
@@ -170,8 +173,8 @@ TEST(Random, EventsAndReactionsLeaveSoundWindows) {
     }
   }
   EXPECT_GT(driver.handled, 5000);
-  EXPECT_GT(driver.waited, 20);
-  EXPECT_GT(driver.opened, 50);
+  EXPECT_GT(driver.waited, 10);  // how many depends on the time events take
+  EXPECT_GT(driver.opened, 10);
   for (Window* window : driver.windows) destroyWindow(window);
   test::settle();
 }

@@ -81,8 +81,8 @@ struct EditorOnDisplay : testing::Test {
     xdotool({"windowfocus", "--sync", windowNamed(step.window)});
     if (!step.text.empty()) xdotool({"type", "--delay", "5", step.text});
     if (*step.keys) xdotool({"key", "--delay", "20", step.keys});
-    ASSERT_TRUE(!*step.shows || waitFor([&] { return !windowNamed(step.shows).empty(); }));
-    ASSERT_TRUE(step.written.empty() || waitFor([&] { return fs::exists(step.written); }));
+    ASSERT_TRUE(waitFor([&] { return !*step.shows || !windowNamed(step.shows).empty(); }));
+    ASSERT_TRUE(waitFor([&] { return step.written.empty() || fs::exists(step.written); }));
   }
 };
 

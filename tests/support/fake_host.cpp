@@ -99,6 +99,7 @@ HostFunctionTable fakeFunctions() {
   };
   f.getFilterRecord = [](int32_t index) -> HostFilterRecord* { return fakeHost.filters[index]; };
   f.runOnThreads = runThreads;
+  f.addMenuItem = [](HostFilterRecord*, const char*, WindowHandle, int32_t, int32_t, int32_t) -> int32_t { return 1; };
   f.getMediaFileFilter = [](int32_t) -> const char* { return "Media\0*.*\0"; };
   return f;
 }

@@ -19,8 +19,6 @@ void CommandsStage::SetUp() {
   resetFakeHost();
   desktop.emplace();
   fakeHost.intSettings = {{"zoom", 19}, {"object_snap", 0}};
-  fakeHost.functions.addMenuItem = [](HostFilterRecord*, const char*, WindowHandle, int32_t, int32_t,
-                                      int32_t) -> int32_t { return 1; };
   auto note = [](platform::Window*, uint32_t message, intptr_t first, intptr_t second, void* stage) -> intptr_t {
     if (message == platform::messageCommand)
       static_cast<CommandsStage*>(stage)->noted.push_back({message, first, second});
@@ -34,7 +32,7 @@ void CommandsStage::SetUp() {
   environment.pluginDirectory = folder.path() + "/";
   scanAliases();
   platform::sendMessage(timeline, messageWindowSetUp, 0, 0);
-  modelHooks.objectChanged = settingsObjectChanged;
+  if (!modelHooks.objectChanged) modelHooks.objectChanged = settingsObjectChanged;
   environment.projectOpen = true;
   environment.clip = fakeHost.clip;
   timelineView.sceneLength = 300;

@@ -1,4 +1,7 @@
 // Commands on layers, the selection, the view, the scene and the project.
+#include <cstring>
+
+#include "platform/dialog.h"
 #include "tests/ui/commands_stage.h"
 #include "zenlay/host/host_interface.h"
 
@@ -166,6 +169,27 @@ TEST_F(ViewCommands, NextAndPreviousGoRound) {
   }
 }
 
+TEST_F(ViewCommands, TheObjectMenuShowsWhatTheSelectionIs) {
+  int plain = create(0, 9, 0), chain = createChain(0, 9, 1, {5});
+  objects[plain].flags |= objectClipAbove;
+  select({chain});
+  runCommand(commandGroup, 0);
+  auto linesFor = [&](int object) {
+    std::vector<std::string> lines;
+    select({object});
+    desktop->menus.push_back([&](const platform::Menu* menu) {
+      lines = platform::test::menuLines(menu);
+      return 0;
+    });
+    showContextMenu(menuObject, timeline, {});
+    return lines;
+  };
+  EXPECT_THAT(linesFor(plain), testing::IsSupersetOf({"[x] Clip with the object above", "(Ungroup)",
+                                                      "(Evenly space midpoint by time)", "(Remove midpoint)"}));
+  EXPECT_THAT(linesFor(chain),
+              testing::IsSupersetOf({"Clip with the object above", "Ungroup", "Evenly space midpoint by time"}));
+}
+
 // ---- View ----
 
 TEST_F(ViewCommands, Toggles) {
@@ -275,6 +299,34 @@ TEST_F(ViewCommands, ImportIsOneStep) {
   EXPECT_TRUE(platform::windowEnabled(timeline));
 }
 
+TEST_F(ViewCommands, DialogsThatAreCancelledChangeNothing) {
+  const struct {
+    int command;
+    const char* title;
+  } rows[] = {
+      {commandPreferences, "Preferences"},
+      {commandGridSettings, "Grid Setting"},
+      {commandRenameLayer, "Layer Name"},
+      {commandSceneSettings, "Scene Settings"},
+      {commandCreateAlias, "New alias <all object>"},
+      {commandChangeLength, "Change of length (section)"},
+      {commandInsertEmptyFrames, "Insert an empty frame"},
+  };
+  showObject(create(0, 99, 0));
+  const Preferences before = preferences;
+  for (auto& row : rows) {
+    std::string title;
+    desktop->dialogs.push_back([&](platform::Window* dialog) { title = platform::windowText(dialog); });
+    const std::string model = modelText();
+    const int steps = undoSteps();
+    runCommand(row.command, 0);
+    EXPECT_EQ(title, row.title);
+    EXPECT_EQ(modelText(), model) << row.title;
+    EXPECT_EQ(undoSteps(), steps) << row.title;
+    EXPECT_EQ(memcmp(&preferences, &before, sizeof before), 0) << row.title;
+  }
+}
+
 std::vector<std::string> opened, exported;
 
 TEST_F(ViewCommands, ExportGoesToTheHostUnderItsTitle) {
@@ -306,6 +358,15 @@ TEST_F(ViewCommands, NewProjectsOnlyWithoutOne) {
   expectRefused(commandNewFromObjectFile, parameter);
   expectRefused(commandNewProject);
   expectRefused(commandRestoreBackupPath, parameter);
+  timelineView.sceneLength = 0;
+  environment.projectOpen = false;
+  desktop->dialogs.push_back([](platform::Window*) {});
+  expectRefused(commandNewProject);  // cancelled
+  desktop->dialogs.push_back(
+      [](platform::Window* dialog) { platform::user::click(platform::controlOf(dialog, platform::dialogOk)); });
+  EXPECT_EQ(runCommand(commandNewProject, 0), 1);
+  EXPECT_THAT(opened, ElementsAre("640x480_30fps_44100Hz.zenlay"));
+  opened.clear();
   timelineView.sceneLength = 0;
   environment.projectOpen = false;
   EXPECT_EQ(runCommand(commandNewFromObjectFile, parameter), 1);

@@ -20,6 +20,8 @@
 #include "zenlay/model/undo.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/render/preview_overlay.h"
+#include "zenlay/ui/command_ids.h"
+#include "zenlay/ui/settings_window.h"
 
 namespace zenlay {
 namespace {
@@ -170,6 +172,21 @@ TEST_F(ImageEditing, SectionsStayContinuous) {
   EXPECT_EQ(end(placingX), middle);
 }
 
+TEST_F(ImageEditing, LinkedNeighboursFollow) {
+  objects[object].end = 49;
+  int next = add({.start = 50, .end = 99});
+  layers[0].flags |= layerCoordinateLink;
+  EXPECT_EQ(drag(inside, {310, 225}), 1);
+  EXPECT_EQ(start(placingX), 100);
+  EXPECT_EQ(objects[next].startValues[placed + placingX], 100);
+  EXPECT_EQ(objects[next].startValues[placed + placingY], -50);
+  EXPECT_EQ(objects[next].startValues[placed + placingZoom], 10000);
+  EXPECT_EQ(undoSteps(), 1);
+  undo();
+  EXPECT_EQ(start(placingX), 0);
+  EXPECT_EQ(objects[next].startValues[placed + placingX], 0);
+}
+
 TEST_F(ImageEditing, TheZoomedOutDisplay) {
   struct Row {
     int value, pixels;  // of the scene for 20 of the frame
@@ -226,6 +243,9 @@ TEST_F(ImageEditing, KeysMoveWhatWasPressedLast) {
   EXPECT_EQ(key(platform::keyRight, mouseCtrl), 1);
   EXPECT_EQ(start(placingX), -9);
   EXPECT_EQ(key(platform::keyHome), 0);
+  setTrack(object, 1, placingX, -999999);
+  EXPECT_EQ(key(platform::keyLeft), 1) << "taken, though there is no way to go";
+  setTrack(object, 1, placingX, -9);
   EXPECT_EQ(undoSteps(), 3);
   for (int i = 0; i < 5; i++) EXPECT_EQ(key(platform::keyUp, 0, false), 1);  // held down
   imageMessage(messageImageKeyUp, platform::keyUp, 0);
@@ -257,6 +277,13 @@ TEST_F(ImageEditing, DragsAreTakenBack) {
   recordUndo(object, undoPosition);
   EXPECT_EQ(send(messageImageRightDown, {400, 300}), 0);
   EXPECT_EQ(undoSteps(), 2);
+  resetUndo();
+  renderFrame(0);
+  send(messageImageMouseDown, {400, 300});
+  send(messageImageMouseMove, {410, 300});
+  undo();
+  EXPECT_EQ(send(messageImageMouseMove, {420, 300}), 0) << "undone meanwhile: the drag is over";
+  EXPECT_EQ(undoSteps(), 0);
 }
 
 TEST_F(ImageEditing, WhatGoesAwayUnderTheMouse) {
@@ -380,6 +407,16 @@ TEST_F(ImageEditing, EffectsTakePart) {
   EXPECT_EQ(commands[3].code, commandPreviewDoubleClick);
   EXPECT_EQ(commands[3].handle, 1);
 
+  // Another object became current: what follows is not the one's affair, nor the other's.
+  send(messageImageMouseDown, {300, 230});
+  int other = add({.layer = 4, .effects = {solid, recorder, placing}});
+  currentObject = other;
+  commands.clear();
+  EXPECT_EQ(send(messageImageMouseMove, {310, 230}), 0);
+  EXPECT_EQ(send(messageImageMouseUp, {310, 230}), 0);
+  EXPECT_TRUE(commands.empty());
+  currentObject = own;
+
   commands.clear();
   setSlotFlags(own, 1, slotEnabled);  // its handles are off
   send(messageImageMouseDown, {300, 230});
@@ -400,7 +437,8 @@ TEST_F(ImageEditing, TheHandleOfAGroupControl) {
 TEST_F(ImageEditing, ADoubleClickChooses) {
   int above = add({.layer = 3}), aside = add({.layer = 5});
   setTrack(aside, 1, placingX, 2500);
-  int locked = add({.layer = 6});
+  int locked = add({.layer = 6}), nothing = add({.layer = 7});
+  setTrack(nothing, 1, placingZoom, 0);
   layers[6].flags |= layerLocked;
   currentObject = -1;
   renderFrame(0);
@@ -414,7 +452,31 @@ TEST_F(ImageEditing, ADoubleClickChooses) {
     EXPECT_EQ(currentObject, click.expected);
     renderFrame(0);
   }
-  (void)locked;
+  EXPECT_NE(currentObject, locked);
+}
+
+TEST_F(ImageEditing, AClickGivesAWaitingEffectTheColorBelowTheHandles) {
+  static std::vector<intptr_t> picked;
+  picked.clear();
+  auto record = [](platform::Window*, uint32_t message, intptr_t first, intptr_t second, void*) -> intptr_t {
+    if (message == platform::messageCommand && first == commandColorPicked) picked.push_back(second);
+    return 0;
+  };
+  platform::Window* window = environment.timelineWindow = platform::createWindow(nullptr, record, nullptr, {});
+  environment.outputWidth = 640;
+  environment.outputHeight = 480;
+  setTrack(object, 0, solidLuma, 2048);
+  // The middle of a corner's mark lies beside the picture, its rim reaches in; and a pixel outside of the frame.
+  for (Point at : {Point{419, 289}, corner, Point{700, 10}}) {
+    beginColorPick(object, 0, true);
+    EXPECT_EQ(send(messageImageMouseDown, at), 1);
+    EXPECT_FALSE(colorPickPending());
+    EXPECT_FALSE(imageDragging());
+    EXPECT_FALSE(imageAidsHidden);
+  }
+  EXPECT_EQ(picked, (std::vector<intptr_t>{0x808080, 0x000000, -1}));
+  platform::destroyWindow(window);
+  environment.timelineWindow = nullptr;
 }
 
 TEST_F(ImageEditing, TheHandlesAreDrawn) {

@@ -7,6 +7,7 @@
 #include "zenlay/model/arrange.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
+#include "zenlay/ui/menus.h"
 #include "zenlay/ui/selection.h"
 #include "zenlay/ui/timeline.h"
 
@@ -29,9 +30,8 @@ void SettingsStage::SetUp() {
   timelineView.sceneLength = 300;
   environment.outputWidth = 320;
   environment.outputHeight = 240;
+  createMenus();
   if (!settingsWindow()) createSettingsWindow();
-  auto changed = modelHooks.objectChanged;
-  modelHooks.objectChanged = changed ? changed : settingsObjectChanged;
   clearSelection();
   resetUndo();
 }
@@ -41,6 +41,7 @@ void SettingsStage::TearDown() {
   EXPECT_THAT(desktop->boxes, testing::IsEmpty());
   clearSelection();
   destroySettingsWindow();
+  destroyMenus();
   mainFilterRecord.exit(&mainFilterRecord);
   mainFilterRecord.window = nullptr;
   platform::destroyWindow(main);

@@ -1,6 +1,7 @@
 // Scales, scrolling, cursor, playback, scenes and what the host tells the timeline.
 #include "platform/window_record.h"
 #include "tests/ui/timeline_stage.h"
+#include "zenlay/render/handles.h"
 #include "zenlay/ui/beat_grid.h"
 #include "zenlay/ui/command_ids.h"
 #include "zenlay/ui/timeline_paint.h"
@@ -317,6 +318,12 @@ TEST_F(TimelineWindow, BeatsAndBars) {
   EXPECT_EQ(nearestBeat(16, false), 10);
   EXPECT_EQ(nearestBeat(18, false), 25);
   EXPECT_EQ(nearestBeat(3, false), -4);
+  preferences.grid.grid_tempo = 1;  // a beat in 18 million frames
+  EXPECT_EQ(nearestBeat(16, false), 10);
+  environment.clip.rate = 1000000;
+  EXPECT_EQ(nearestBeat(1000000, true), 10);
+  environment.clip.rate = 30;
+  preferences.grid.grid_tempo = 1205000;
   EXPECT_EQ(beatLines(), beatLinesBeats);
   setZoomLevel(14);  // 40 frames in 8 pixels: 2.7 beats
   EXPECT_EQ(beatLines(), beatLinesBars);

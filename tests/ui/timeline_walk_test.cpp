@@ -8,6 +8,7 @@
 #include "zenlay/model/clipboard.h"
 #include "zenlay/model/groups.h"
 #include "zenlay/model/sections.h"
+#include "zenlay/ui/command_ids.h"
 
 namespace zenlay::test {
 namespace {
@@ -56,8 +57,15 @@ class TimelineWalk : public Timeline {
         mouse = anyPoint();
         return pick(4) ? void() : mouseEvent(platform::messageRightDown);
       case 4: {
-        const int keys[] = {platform::keyLeft, platform::keyRight, platform::keyUp, platform::keyDown, 'S'};
-        platform::user::press(keys[pick(5)]);
+        struct Stroke {
+          int key;
+          intptr_t modifiers;
+        };
+        const Stroke strokes[] = {
+            {platform::keyLeft},   {platform::keyRight}, {platform::keyUp}, {platform::keyDown}, {'S'},
+            {platform::keyDelete}, {'C', ctrl},          {'V', ctrl},       {'Z', ctrl}};
+        const Stroke& stroke = strokes[pick(9)];
+        platform::user::press(stroke.key, stroke.modifiers);
         return;
       }
       case 5: {
@@ -80,7 +88,25 @@ class TimelineWalk : public Timeline {
     int object = anyObject();
     std::vector<int> list = object < 0 ? std::vector<int>{} : std::vector<int>{object};
     beginUndoStep();
-    switch (pick(8)) {
+    switch (pick(9)) {
+      case 8: {
+        const int commands[] = {commandSplit,
+                                commandAddMidpoint,
+                                commandRemoveMidpoint,
+                                commandGroup,
+                                commandInsertLayer,
+                                commandDeleteLayer,
+                                commandDuplicate,
+                                commandLockLayer,
+                                commandNextObject,
+                                commandShowOtherLayers,
+                                commandZoomIn,
+                                commandUndo,
+                                commandCursorIsLastFrame,
+                                commandToggleObjectRange};
+        send(messageCommand, commands[pick(14)]);
+        break;
+      }
       case 0:
         deleteObjects(list);
         break;

@@ -118,7 +118,7 @@ inline FramePixel unpackedYcc(intptr_t c) {
   return {static_cast<int16_t>(c), static_cast<int16_t>(c >> 16), static_cast<int16_t>(c >> 32)};
 }
 
-/// Kinds of getSettingsControl: the controls of a track, then those of a check.
+/// Kinds of getSettingsControl: the controls of a track, those of a check, and the slot's (index 0).
 enum SettingsControl : int {
   trackNameButton,
   trackStartBox,
@@ -129,6 +129,7 @@ enum SettingsControl : int {
   checkButtonControl,
   checkListControl,
   checkToggleControl,
+  slotTitle,  // the check box with the effect's name, which follows a new text's width
   settingsControls
 };
 

@@ -1,6 +1,7 @@
 // "Scene change": a transition from the picture before the object to the one of now.
 #include "zenlay/effects/definitions.h"
 #include "zenlay/effects/script_data.h"
+#include "zenlay/media/extra_controls.h"
 
 namespace zenlay {
 
@@ -44,12 +45,18 @@ constexpr CheckColumns checks({
     {transitionList, checkDropDown},
 });
 
+constexpr ExtraControl controls[] = {
+    {checkTransition, extraShortList, offsetof(ScriptData, type)},
+};
+
 }  // namespace
 
 constinit EffectDefinition sceneChangeObject = defineEffect({
     .name = "Scene change",
     .tracks = tracks,
     .checks = checks,
+    .window_proc = operateRows<controls>,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(ScriptData),
     .exdata_fields = scriptDataFields,
 });

@@ -12,6 +12,7 @@
 #include "zenlay/render/convert.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/ui/backup.h"
+#include "zenlay/ui/settings_window.h"
 #include "zenlay/ui/timeline.h"
 #include "zenlay/ui/window_procedure.h"
 
@@ -58,11 +59,13 @@ int saveStart(HostFilterRecord*, int32_t first, int32_t last, EditHandle) {
   environment.saveFirst = first;
   environment.saveLast = last;
   environment.saving = true;
+  enableSettings(false);
   return 1;
 }
 
 int saveEnd(HostFilterRecord*, EditHandle) {
   environment.saving = false;
+  enableSettings(true);
   return 1;
 }
 

@@ -57,6 +57,13 @@ int onPlayback(int32_t frame, int32_t flags) {
   return 1;
 }
 
+void onObjectReleased(int) { showObject(-1); }
+
+void onObjectChanged(int object) {
+  settingsObjectChanged(object);
+  redrawChain(object);
+}
+
 void onObjectDeleted(int object) {
   forgetDragged(object);
   forgetSelected(object);
@@ -150,7 +157,9 @@ int startUp(HostFilterRecord* filter) {
   readModuleFiles(environment.modulePath);
   loadImagePlugins(environment.pluginDirectory.c_str());
   buildFigureList(environment.pluginDirectory.c_str());
-  modelHooks = {.objectDeleted = onObjectDeleted,
+  modelHooks = {.objectReleased = onObjectReleased,
+                .objectChanged = onObjectChanged,
+                .objectDeleted = onObjectDeleted,
                 .sendCommand = sendEffectCommand,
                 .hideControls = hideEffectControls,
                 .trackValues = evaluateSlot};

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "zenlay/effects/definitions.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 #include "zenlay/media/media_handles.h"
 #include "zenlay/media/sound_time.h"
 #include "zenlay/media/video_picture.h"
@@ -162,13 +162,18 @@ int processAudioFile(EffectDefinition* effect, EffectProcessInfo* info) {
   return play(effect, info, state, source, followed, follows);
 }
 
+constexpr ExtraControl controls[] = {
+    {checkReference, extraSound, offsetof(AudioFileData, media)},
+};
+
 int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle edit,
                   EffectDefinition* effect) {
   if (isObjectEvent(message, wparam, lparam, objectDivided)) {
     continueSound(effect, edit, false);
     return 1;
   }
-  if (!asksForFileCheck(message, wparam, lparam)) return 0;
+  if (!asksForFileCheck(message, wparam, lparam))
+    return operateControls(effect, controls, std::size(controls), message, wparam, lparam);
   constexpr uint32_t flags = uint32_t{openAudio} | mediaQuiet | mediaExistence;
   return effect->services->openMedia(&extraData<AudioFileData>(effect).media, flags, nullptr) != nullptr;
 }
@@ -197,6 +202,7 @@ constinit EffectDefinition audioFileMedia = defineEffect({
     .checks = checks,
     .proc = processAudioFile,
     .window_proc = handleMessage,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(AudioFileData),
     .exdata_fields = fields,
 });

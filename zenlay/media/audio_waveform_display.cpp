@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "zenlay/effects/definitions.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 #include "zenlay/media/media_handles.h"
 #include "zenlay/media/sound_samples.h"
 #include "zenlay/media/spectrum.h"
@@ -164,6 +164,13 @@ int processWaveform(EffectDefinition* effect, EffectProcessInfo* info) {
   return 1;
 }
 
+constexpr ExtraControl controls[] = {
+    {checkPreset, extraShortList, offsetof(WaveformData, type)},
+    {checkColor, extraColor, offsetof(WaveformData, color)},
+    {checkReference, extraSound, offsetof(WaveformData, media)},
+};
+
+/// A preset of the list brings its other values along.
 int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
   WaveformData& data = extraData<WaveformData>(effect);
   if (asksForFileCheck(message, wparam, lparam)) {
@@ -171,7 +178,9 @@ int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, Edi
     return effect->services->openMedia(&data.media, flags, nullptr) != nullptr;
   }
   bool known = lparam >= 0 && lparam < static_cast<intptr_t>(std::size(presets));
-  if (!isCommand(message, wparam, commandDropDown) || !known) return 0;
+  if (!isCommand(message, wparam, commandDropDown))
+    return operateControls(effect, controls, std::size(controls), message, wparam, lparam);
+  if (!known) return 0;
   effect->services->recordUndo(effect->object_ref);
   const Preset& preset = presets[lparam];
   data.type = static_cast<int16_t>(lparam);
@@ -239,6 +248,7 @@ constinit EffectDefinition audioWaveformDisplayMedia = defineEffect({
     .checks = checks,
     .proc = processWaveform,
     .window_proc = handleMessage,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(WaveformData),
     .exdata_default = &defaults,
     .exdata_fields = fields,

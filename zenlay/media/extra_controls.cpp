@@ -199,17 +199,28 @@ void showKeyColor(EffectDefinition* effect, const ExtraControl& row) {
   labelCheck(effect, row.check, text);
 }
 
+/// The list's choice, the file beside it, and "Effect(figure)" as the effect's title.
+void showFigure(EffectDefinition* effect, const ExtraControl& row) {
+  const char* name = textAt(effect, row.name, nameBytes);
+  const char* file = *name == '*' ? fileNameOf(name + 1) : "";
+  char title[2 * nameBytes];
+  snprintf(title, sizeof title, "%s(%s)", effect->name,
+           *file   ? file
+           : *name ? name
+                   : figureName(fieldAt<int32_t>(effect, row.offset)));
+  labelCheck(effect, row.check, file);
+  setChoice(effect, row.check, chosenFigure(effect, row));
+  if (platform::Window* box = controlOf(effect, slotTitle, 0)) platform::setWindowText(box, title);
+}
+
 void showControl(EffectDefinition* effect, const ExtraControl& row) {
   switch (row.kind) {
     case extraList:
       return setChoice(effect, row.check, fieldAt<int32_t>(effect, row.offset));
     case extraShortList:
       return setChoice(effect, row.check, fieldAt<int16_t>(effect, row.offset));
-    case extraFigure: {
-      const char* name = textAt(effect, row.name, nameBytes);
-      labelCheck(effect, row.check, *name == '*' ? fileNameOf(name + 1) : "");
-      return setChoice(effect, row.check, chosenFigure(effect, row));
-    }
+    case extraFigure:
+      return showFigure(effect, row);
     case extraColor:
     case extraOptionalColor:
       return labelColor(effect, row);

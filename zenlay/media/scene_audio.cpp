@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "zenlay/effects/definitions.h"
-#include "zenlay/media/effect_messages.h"
+#include "zenlay/media/extra_controls.h"
 #include "zenlay/media/sound_time.h"
 
 namespace zenlay {
@@ -177,9 +177,14 @@ int processSceneAudio(EffectDefinition* effect, EffectProcessInfo* info) {
   return 1;
 }
 
+constexpr ExtraControl controls[] = {
+    {checkSelect, extraScene, offsetof(SceneAudioData, scene)},
+};
+
 int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle edit,
                   EffectDefinition* effect) {
-  if (!isObjectEvent(message, wparam, lparam, objectDivided)) return 0;
+  if (!isObjectEvent(message, wparam, lparam, objectDivided))
+    return operateControls(effect, controls, std::size(controls), message, wparam, lparam);
   continueSound(effect, edit, true);
   return 1;
 }
@@ -207,6 +212,7 @@ constinit EffectDefinition sceneAudioMedia = defineEffect({
     .checks = checks,
     .proc = processSceneAudio,
     .window_proc = handleMessage,
+    .show_controls = showRows<controls>,
     .exdata_size = sizeof(SceneAudioData),
     .exdata_default = &defaults,
     .exdata_fields = fields,

@@ -106,7 +106,7 @@ bool insideCorners(const int32_t corners[8], double x, double y) {
     if (side < 0) left++;
     if (side > 0) right++;
   }
-  return left == 0 || right == 0;
+  return (left == 0) != (right == 0);  // neither turns about a point: nothing is drawn there
 }
 
 }  // namespace zenlay

@@ -57,7 +57,7 @@ inline bool isBox(const PreviewHandle& h) { return h.kind == handleObject; }
 inline bool isFree(const PreviewHandle& h) { return h.ref == 0; }
 /// The track, in the object's arrays, that supplies a coordinate of the slot's effect; -1 for none.
 int coordinateTrack(ObjectRef, CoordinateSlot);
-/// Whether the corners contain the point, in scene pixels. They are convex.
+/// Whether the corners, which are convex, contain the point (scene pixels), edges included; not when all are one point.
 bool insideCorners(const int32_t corners[8], double x, double y);
 
 }  // namespace zenlay

@@ -37,11 +37,6 @@ void mixGrid(FramePixel* p) {
   *p = {mix(p->y, gridColour.y), mix(p->cb, gridColour.cb), mix(p->cr, gridColour.cr)};
 }
 
-void fillRect(const ImageTarget& target, PixelRect r, FramePixel colour) {
-  r = intersect(r, {0, 0, target.width, target.height});
-  for (int y = r.top; y < r.bottom; y++) std::fill(rowOf(target, y) + r.left, rowOf(target, y) + r.right, colour);
-}
-
 /// Left top corner of button i in the scene's picture: at the lower left of what the host shows of it.
 struct Corner {
   int x, y;
@@ -54,8 +49,8 @@ void drawButtons(const ImageTarget& target, int value) {
   const HostFunctionTable* host = environment.hostFunctions;
   for (int i = 0; i < zoomButtons; i++) {
     auto [left, top] = buttonCorner(i);
-    fillRect(target, {left + 1, top + 1, left + zoomButtonWidth - 1, top + zoomButtonHeight - 1},
-             buttons[i].value == value ? chosenColour : buttonColour);
+    fillPixels(target, {left + 1, top + 1, left + zoomButtonWidth - 1, top + zoomButtonHeight - 1},
+               buttons[i].value == value ? chosenColour : buttonColour);
     if (!host->hostDrawText || top < 0 || left + zoomButtonWidth > target.width) continue;
     int32_t width = 0, height = 0;
     host->hostDrawText(nullptr, 0, 0, buttons[i].label, 0, 0, 0, 0, environment.font, &width, &height);
@@ -85,7 +80,7 @@ void drawZoomedOut(EffectProcessInfo* info) {
   const HostFunctionTable* host = environment.hostFunctions;
   if (value != wholeSize && width > 0 && height > 0 && host->resizeImage && info->host.scratch) {
     ImageTarget shown{info->host.scratch, info->host.width, info->host.height, info->host.lineBytes};
-    fillRect(shown, {0, 0, shown.width, shown.height}, {0, 0, 0});
+    fillPixels(shown, {0, 0, shown.width, shown.height}, {0, 0, 0});
     FramePixel* corner = rowOf(shown, (shown.height - height) / 2) + (shown.width - width) / 2;
     host->resizeImage(corner, width, height, info->host.frame, 0, 0, info->host.width, info->host.height);
     std::swap(info->host.frame, info->host.scratch);

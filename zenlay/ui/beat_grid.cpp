@@ -32,10 +32,8 @@ int64_t beginning(int64_t index, bool bars) {
   double beats = static_cast<double>(index) * (bars ? preferences.grid.grid_time : 1);
   int64_t frame = static_cast<int64_t>(std::ceil(framesOf(beats))) + preferences.grid.grid_base - 1;
   frame = std::clamp<int64_t>(frame, INT32_MIN / 2, INT32_MAX / 2);
-  while (indexOf(static_cast<int>(frame), bars) >= index && indexOf(static_cast<int>(frame) - 1, bars) >= index)
-    frame--;
-  while (indexOf(static_cast<int>(frame), bars) < index) frame++;
-  return frame;
+  if (indexOf(static_cast<int>(frame) - 1, bars) >= index) return frame - 1;  // rounded up too far
+  return frame + (indexOf(static_cast<int>(frame), bars) < index);
 }
 
 }  // namespace

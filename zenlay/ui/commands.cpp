@@ -19,7 +19,7 @@ constexpr const std::span<const Row>* tables[] = {&objectCommands,   &selectionC
                                                   &projectCommands};
 constexpr int customControlsBegin = 22000, customControlsEnd = 25072;
 
-int depth;  // of commands that wait for a dialog, a menu or the host
+int running;  // commands that have not come back from a dialog or the host
 
 const Row* findRow(int id) {
   for (const std::span<const Row>* table : tables)
@@ -35,7 +35,7 @@ const Range* findRange(int id) {
 }
 
 bool met(uint8_t needs) {
-  if (!(needs & anyTime) && (environment.saving || depth > 0 || movesObjects(timelineView.dragMode))) return false;
+  if (!(needs & anyTime) && (environment.saving || running > 0 || movesObjects(timelineView.dragMode))) return false;
   if (needs & needsProject && timelineView.sceneLength < 1) return false;
   if (needs & needsNoProject && timelineView.sceneLength > 0) return false;
   if (needs & needsCurrent && !onTimeline(currentObject)) return false;
@@ -46,7 +46,7 @@ bool met(uint8_t needs) {
 int show(int changed, uint8_t shows) {
   if (!changed) return 0;
   if (shows & showsTimeline) redrawTimeline();
-  if (shows & showsSettings && onTimeline(currentObject)) relayoutSettings();
+  if (shows & showsSettings) onTimeline(currentObject) ? relayoutSettings() : showObject(-1);
   return 1;
 }
 
@@ -54,9 +54,9 @@ template <class Run>
 int runGuarded(uint8_t needs, uint8_t shows, Run run) {
   if (!met(needs)) return 0;
   const bool alone = !(needs & (anyTime | leadsOn));
-  depth += alone;
+  running += alone;
   int changed = run();
-  depth -= alone;
+  running -= alone;
   return show(changed, shows);
 }
 

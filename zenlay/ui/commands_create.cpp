@@ -52,15 +52,15 @@ int createFromAlias(int alias) {
 
 // ---- Templates: an object file in a scene of its own ----
 
-/// Reads the file into the free scene; its length in frames, 0 after a message.
-int loadScene(int scene, const std::string& path, const std::string& name) {
+/// Reads the file into the free scene; false after a message.
+bool loadScene(int scene, const std::string& path, const std::string& name) {
   ObjectFileHeader header;
   if (!readObjectFileHeader(path.c_str(), &header)) header = {};
   const int home = currentScene;
   selectScene(scene);
   const int end = readObjectFile(path.c_str(), 0, 0);
   selectScene(home);
-  if (end < 0) return 0;
+  if (end < 0) return false;
   SceneRecord& s = scenes[scene];
   s = {};
   s.flags = sceneSetUp | (header.flags & sceneHasAlpha);
@@ -71,7 +71,7 @@ int loadScene(int scene, const std::string& path, const std::string& name) {
   s.currentObject = -1;
   s.grid = preferences.grid;
   setSceneName(scene, header.name[0] ? header.name : name.c_str());
-  return s.length;
+  return true;
 }
 
 bool hasSound(int scene) {
@@ -81,13 +81,23 @@ bool hasSound(int scene) {
 }
 
 /// As long as the scene, as far as there is room. The object, or -1.
-int createSceneObject(int effect, int scene, int layer, int length) {
-  int object = createObjectWithDefaults(frameOfClick(), layer, effect);
+int createSceneObject(int effect, int scene, int frame, int layer) {
+  int object = createObjectWithDefaults(frame, layer, effect);
   if (object < 0) return -1;
   const int32_t number = scene;
   if (uint8_t* data = extraDataOf(object, 0)) memcpy(data, &number, sizeof number);
-  setObjectLength(object, length);
+  setObjectLength(object, scenes[scene].length);
   return object;
+}
+
+/// With a sound object below the picture when the scene has sound and the project can play it. The picture, or -1.
+int createSceneObjects(int scene) {
+  const int layer = layerOfClick(), picture = createSceneObject(effectScene, scene, frameOfClick(), layer);
+  if (picture < 0 || !hasSound(scene) || !(environment.clip.flags & fileHasAudio) || layer + 1 == layersPerScene)
+    return picture;
+  const int sound = createSceneObject(effectSceneAudio, scene, objects[picture].start, layer + 1);
+  if (sound >= 0 && preferences.group_open) objects[picture].group = objects[sound].group = newGroupNumber();
+  return picture;
 }
 
 int createFromTemplate(int number) {
@@ -99,15 +109,10 @@ int createFromTemplate(int number) {
   }
   const std::string name = objectTemplates[number];
   return inOneStep([&] {
-    int length = loadScene(scene, templatePath(name), name);
-    int object = length > 0 ? createSceneObject(effectScene, scene, layerOfClick(), length) : -1;
+    const int object = loadScene(scene, templatePath(name), name) ? createSceneObjects(scene) : -1;
     if (object < 0) {
       scenes[scene] = {};
       return 0;
-    }
-    if (hasSound(scene) && environment.clip.flags & fileHasAudio && layerOfClick() + 1 < layersPerScene) {
-      int sound = createSceneObject(effectSceneAudio, scene, layerOfClick() + 1, length);
-      if (sound >= 0 && preferences.group_open) objects[object].group = objects[sound].group = newGroupNumber();
     }
     showCreated(object);
     return 1;

@@ -139,7 +139,7 @@ int lengthOf(FrameRange range) { return range.last - range.first + 1; }
 
 int changeLengthOfSelected() {
   const std::vector<int> chains = heads();
-  int length = askLength("Change of length (overall)", lengthOf(chainRange(chains.front())));
+  int length = askLength("Change of length (overall)", lengthOf(chainRange(selection().front())));
   if (length < 1) return 0;
   return inOneStep([&] {
     int changed = 0, last = 0;
@@ -231,7 +231,7 @@ int changeGroups(void (*change)(std::span<const int>)) {
 }
 
 constexpr Row rows[] = {
-    {commandDelete, [](const Call&) { return deleteTarget(); }, needsTarget, showsTimeline},
+    {commandDelete, [](const Call&) { return deleteTarget(); }, needsTarget, showsBoth},
     {commandCopy, [](const Call&) { return copyTarget(); }, needsTarget},
     {commandPaste, [](const Call&) { return pasteAtClick(); }, needsProject, showsTimeline},
     {commandAddMidpoint, [](const Call&) { return addMidpoints(targetAny, clickedFrame()); }, needsTarget, showsBoth},
@@ -264,7 +264,7 @@ constexpr Row rows[] = {
     {commandHostPaste, [](const Call& call) { return call.active == activeHost ? pasteAtCursor() : 0; }, needsProject,
      showsTimeline},
     {commandHostDelete, [](const Call& call) { return call.active == activeHost ? deleteTarget() : 0; }, needsTarget,
-     showsTimeline},
+     showsBoth},
 };
 
 }  // namespace

@@ -23,6 +23,7 @@ constexpr int fileNameBytes = 260;
 constexpr char objectFileFilter[] = "ObjectFile (*.zlo)\0*.zlo\0AllFile (*.*)\0*.*\0";
 constexpr char backupFileFilter[] = "BackupFile (*.zenlay_backup)\0*.zenlay_backup\0AllFile (*.*)\0*.*\0";
 constexpr char filmFilter[] = "AVI / BMP (*.avi;*.bmp)\0*.avi;*.bmp\0AllFile (*.*)\0*.*\0";
+constexpr char nothingInFile[] = "The file holds neither a header nor objects";
 constexpr char exportTitle[] = "Zenlay AVI / BMP export (RGBA)";
 
 using FileDialog = int32_t (*)(char*, const char*, const char*);
@@ -67,23 +68,29 @@ int newFromObjectFile(const char* path) {
   int end = readObjectFile(path, 0, 0);
   if (end < 0) return 0;
   if (!headed && objectCount == 0) {
-    showMessage("The file holds neither a header nor objects", boxWarning);
+    showMessage(nothingInFile, boxWarning);
     return 0;
   }
   extendScene(end);
   return 1;
 }
 
+int insertObjectFile(const char* path) {
+  ObjectFileHeader header;
+  const bool headed = readObjectFileHeader(path, &header);
+  return inOneStep([=] {
+    const int before = objectCount, end = readObjectFile(path, timelineView.cursorFrame, 0);
+    if (end < 0) return false;
+    if (objectCount == before && !headed) showMessage(nothingInFile, boxWarning);
+    if (objectCount > before) extendScene(end);
+    return objectCount > before;
+  });
+}
+
 int importObjectFile() {
   std::string path = askFile(environment.hostFunctions->askLoadFileName, objectFileFilter, "");
   if (path.empty()) return 0;
-  if (timelineView.sceneLength < 1) return newFromObjectFile(path.c_str());
-  return inOneStep([&] {
-    int end = readObjectFile(path.c_str(), timelineView.cursorFrame, 0);
-    if (end < 0) return 0;
-    extendScene(end);
-    return 1;
-  });
+  return (timelineView.sceneLength < 1 ? newFromObjectFile : insertObjectFile)(path.c_str());
 }
 
 int newFromBackup() {

@@ -55,14 +55,21 @@ extern const std::span<const Range> createCommands;
 
 // ---- What the parts share ----
 
-/// Runs the edit as one undo step. One that changes nothing leaves no step behind.
-template <class Edit>
-int inOneStep(Edit edit);
+/// Begins an undo step of its own, for the settings window's next edit too.
 void beginStep();
 void takeStepBack();
+/// Runs the edit as one undo step. One that changes nothing leaves no step behind.
+template <class Edit>
+int inOneStep(Edit edit) {
+  beginStep();
+  const bool changed = edit();
+  if (!changed) takeStepBack();
+  return changed;
+}
 
-/// The chain heads of the current object alone, of the selection, or of whichever there is.
+/// targetAny: of the selected objects, else the current one.
 enum TargetKind { targetAny, targetCurrent };
+/// Chain heads.
 std::vector<int> heads(TargetKind = targetAny);
 
 /// The object that an edit put under the cursor becomes current when the settings window follows the cursor.
@@ -71,13 +78,5 @@ void followCursor();
 void showCreated(int object);
 /// False, after a message, for a sound in a project without.
 bool audioFits(bool audio);
-
-template <class Edit>
-int inOneStep(Edit edit) {
-  beginStep();
-  int changed = edit();
-  if (!changed) takeStepBack();
-  return changed != 0;
-}
 
 }  // namespace zenlay::commands

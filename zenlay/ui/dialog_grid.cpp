@@ -25,30 +25,30 @@ enum : int {
 };
 
 constexpr DialogItem items[] = {
-    {controlGroupBox, 0, {7, 7, 176, 66}, "Beat grid"},
-    {controlLabel, 0, {15, 20, 90, 10}, "Tempo (BPM)"},
-    {controlEdit, tempoEdit, {109, 18, 66, 14}},
-    {controlLabel, 0, {15, 37, 90, 10}, "Beats per bar"},
-    {controlEdit, beatsEdit, {109, 35, 66, 14}, "", controlNumber},
-    {controlLabel, 0, {15, 54, 90, 10}, "Reference frame"},
-    {controlEdit, baseEdit, {109, 52, 66, 14}, "", controlNumber},
+    {controlGroupBox, 0, {7, 7, 176, 69}, "Beat grid"},
+    {controlLabel, 0, {15, 24, 90, 10}, "Tempo (BPM)"},
+    {controlEdit, tempoEdit, {109, 22, 66, 14}},
+    {controlLabel, 0, {15, 41, 90, 10}, "Beats per bar"},
+    {controlEdit, beatsEdit, {109, 39, 66, 14}, "", controlNumber},
+    {controlLabel, 0, {15, 58, 90, 10}, "Reference frame"},
+    {controlEdit, baseEdit, {109, 56, 66, 14}, "", controlNumber},
 
-    {controlGroupBox, 0, {7, 79, 176, 49}, "XY grid"},
-    {controlLabel, 0, {15, 92, 90, 10}, "Width"},
-    {controlEdit, widthEdit, {109, 90, 66, 14}, "", controlNumber},
-    {controlLabel, 0, {15, 109, 90, 10}, "Height"},
-    {controlEdit, heightEdit, {109, 107, 66, 14}, "", controlNumber},
+    {controlGroupBox, 0, {7, 82, 176, 52}, "XY grid"},
+    {controlLabel, 0, {15, 99, 90, 10}, "Width"},
+    {controlEdit, widthEdit, {109, 97, 66, 14}, "", controlNumber},
+    {controlLabel, 0, {15, 116, 90, 10}, "Height"},
+    {controlEdit, heightEdit, {109, 114, 66, 14}, "", controlNumber},
 
-    {controlGroupBox, 0, {7, 134, 176, 49}, "Camera-control grid"},
-    {controlLabel, 0, {15, 147, 90, 10}, "Width"},
-    {controlEdit, cameraWidthEdit, {109, 145, 66, 14}, "", controlNumber},
-    {controlLabel, 0, {15, 164, 90, 10}, "Quantity"},
-    {controlEdit, cameraCountEdit, {109, 162, 66, 14}, "", controlNumber},
+    {controlGroupBox, 0, {7, 140, 176, 52}, "Camera-control grid"},
+    {controlLabel, 0, {15, 157, 90, 10}, "Width"},
+    {controlEdit, cameraWidthEdit, {109, 155, 66, 14}, "", controlNumber},
+    {controlLabel, 0, {15, 174, 90, 10}, "Quantity"},
+    {controlEdit, cameraCountEdit, {109, 172, 66, 14}, "", controlNumber},
 
-    {controlButton, dialogOk, {79, 191, 50, 14}, "OK", controlDefault},
-    {controlButton, dialogCancel, {133, 191, 50, 14}, "Cancel"},
+    {controlButton, dialogOk, {79, 200, 50, 14}, "OK", controlDefault},
+    {controlButton, dialogCancel, {133, 200, 50, 14}, "Cancel"},
 };
-constexpr DialogTable table{"Grid Setting", {190, 212}, items};
+constexpr DialogTable table{"Grid Setting", {190, 221}, items};
 
 constexpr int tempoUnit = 10000;  // grid_tempo per beat a minute
 

@@ -227,7 +227,6 @@ ImageDrag beginImageDrag(GrabbedHandle grabbed, ScenePoint at) {
 void restartImageDrag(ImageDrag& drag) {
   for (DraggedTrack* t : {&drag.across, &drag.down})
     *t = draggedTrack(drag.object, t->track, drag.kind, t->unitsPerPixel);
-  drag.recorded = false;
 }
 
 bool dragHolds(const ImageDrag& drag) {

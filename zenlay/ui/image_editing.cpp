@@ -26,7 +26,7 @@ using platform::Point;
 ImageDrag drag;    // while the button is down
 ImageDrag nudged;  // what arrow keys move: the handle pressed last
 int pressed = -1;  // handle
-bool effectHolds;  // an effect took the press
+int holder = -1;   // object whose effect took the press
 bool nudging;      // arrow keys follow each other in one undo step
 int stepsBehind;   // undo steps when the drag or the nudging had recorded its own
 
@@ -46,6 +46,9 @@ bool offer(int command, int handle, intptr_t value) {
   return false;
 }
 
+/// Its object is still the one shown.
+bool effectHolds() { return holder >= 0 && holder == currentObject; }
+
 intptr_t packed(ScenePoint p) {
   return platform::packPoint({static_cast<int>(std::lround(p.x)), static_cast<int>(std::lround(p.y))});
 }
@@ -57,8 +60,7 @@ void endNudging() { nudging = false; }
 /// Lets go without a further change.
 void forgetDrag() {
   drag = {};
-  pressed = -1;
-  effectHolds = false;
+  pressed = holder = -1;
 }
 
 /// Whether the newest undo step is still the one this drag recorded.
@@ -74,16 +76,19 @@ int pressAt(Point at, ScenePoint scene) {
   GrabbedHandle grabbed = handleAt(scene);
   pressed = grabbed.handle;
   nudged = {};
-  effectHolds = offer(commandPreviewPress, pressed, packed(scene));
-  if (effectHolds) return 1;
+  if (offer(commandPreviewPress, pressed, packed(scene))) {
+    holder = currentObject;
+    return 1;
+  }
   drag = beginImageDrag(grabbed, scene);
   nudged = drag;
   return 0;
 }
 
 int moveAt(ScenePoint scene, intptr_t mouseState) {
-  if (effectHolds) return offer(commandPreviewMove, pressed, packed(scene));
-  if (!dragHolds(drag)) return forgetDrag(), 0;
+  if (effectHolds()) return offer(commandPreviewMove, pressed, packed(scene));
+  // What another command has changed meanwhile is not the drag's any more.
+  if (!dragHolds(drag) || (drag.recorded && !ownsLastStep())) return forgetDrag(), 0;
   bool first = !drag.recorded;
   if (!dragTo(drag, scene, mouseState)) return 0;
   if (first) stepsBehind = undoSteps();
@@ -92,7 +97,7 @@ int moveAt(ScenePoint scene, intptr_t mouseState) {
 
 int releaseAt(ScenePoint scene, intptr_t mouseState) {
   int changed = moveAt(scene, mouseState);
-  if (effectHolds) changed |= offer(commandPreviewRelease, pressed, packed(scene));
+  if (effectHolds()) changed |= offer(commandPreviewRelease, pressed, packed(scene));
   forgetDrag();
   return changed;
 }
@@ -123,23 +128,19 @@ constexpr Arrow arrows[] = {
 int nudge(const Arrow& arrow) {
   if (!dragHolds(nudged) || nudged.grip != gripMove) return 0;
   if (!nudging || !ownsLastStep()) nudged.recorded = false;
-  bool goesOn = nudged.recorded;
-  restartImageDrag(nudged);
-  nudged.recorded = goesOn;
-  intptr_t state = platform::mouseState();
   nudging = true;
+  bool first = !nudged.recorded;
+  restartImageDrag(nudged);
+  intptr_t state = platform::mouseState();
   bool changed =
       dragBy(nudged, nudgeUnits(nudged.across, arrow.across, state), nudgeUnits(nudged.down, arrow.down, state));
-  if (changed && !goesOn) stepsBehind = undoSteps();
-  return changed;
+  if (changed && first) stepsBehind = undoSteps();
+  return 1;
 }
 
 int keyDown(int key) {
-  if (drag.grip != gripNothing || effectHolds) {
-    if (key == platform::keyEscape && !effectHolds) return takeBack();
-    return effectHolds && offer(commandPreviewKey, pressed, key);
-  }
-  if (offer(commandPreviewKey, -1, key)) return 1;
+  if (drag.grip != gripNothing) return key == platform::keyEscape && takeBack();
+  if (offer(commandPreviewKey, effectHolds() ? pressed : -1, key) || effectHolds()) return 1;
   for (const Arrow& arrow : arrows)
     if (arrow.key == key) return nudge(arrow);
   return 0;
@@ -215,6 +216,6 @@ int imageMessage(uint32_t message, intptr_t first, intptr_t second) {
   }
 }
 
-bool imageDragging() { return drag.grip != gripNothing || effectHolds; }
+bool imageDragging() { return drag.grip != gripNothing || effectHolds(); }
 
 }  // namespace zenlay

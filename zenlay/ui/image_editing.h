@@ -14,7 +14,8 @@
 namespace zenlay {
 
 /// One of the host's messages about its main image. `first`: MouseState bits, with the wheel's notches in the high
-/// half, or the key; `second`: the point (packPoint), or 1 for a key that repeats. 1 = the frame is to be redrawn.
+/// half, or the key; `second`: the point (packPoint), or 1 for a key that repeats. 1 = the frame is to be redrawn, and
+/// a key or the wheel was taken.
 int imageMessage(uint32_t message, intptr_t first, intptr_t second);
 /// Whether the mouse holds a handle.
 bool imageDragging();

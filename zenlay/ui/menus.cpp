@@ -9,6 +9,7 @@
 #include "zenlay/ui/command_ids.h"
 #include "zenlay/ui/menus_fill.h"
 #include "zenlay/ui/menus_tables.h"
+#include "zenlay/ui/selection.h"
 #include "zenlay/ui/timeline.h"
 
 namespace zenlay {
@@ -30,6 +31,12 @@ constexpr CheckedItem checkedItems[] = {
 
 bool canUndo() { return undoSteps() > 0; }
 
+bool anySelected(bool (*wanted)(const ObjectRecord&)) {
+  for (int object : selection())
+    if (wanted(objects[object])) return true;
+  return false;
+}
+
 struct GreyedItem {
   int id;
   bool (*enabled)();
@@ -39,13 +46,16 @@ constexpr GreyedItem greyedItems[] = {
     {settingsUndo, canUndo},
     {commandPaste, [] { return clipboardEntries() > 0; }},
     {commandRemoveMidpoint, [] { return onTimeline(clickPosition.section); }},
-    {commandExportMedia, [] { return environment.hostFunctions->exportEdit != nullptr; }},
+    {commandUngroup, [] { return anySelected([](const ObjectRecord& o) { return o.group != 0; }); }},
+    {commandSpaceMidpointsByTime, [] { return anySelected([](const ObjectRecord& o) { return o.chainHead >= 0; }); }},
     {commandSceneSettings, [] { return environment.projectOpen; }},
 };
 
 void showState(platform::Menu* menu) {
   for (const CheckedItem& item : checkedItems) platform::checkMenuItem(menu, item.id, *item.preference != 0);
   for (const GreyedItem& item : greyedItems) platform::enableMenuItem(menu, item.id, item.enabled());
+  const bool clips = !selection().empty() && objects[selection().front()].flags & objectClipAbove;
+  platform::checkMenuItem(menu, commandClipObject, clips);
 }
 
 ContextMenu at(int menu) { return static_cast<ContextMenu>(menu); }

@@ -38,7 +38,7 @@ void registerShortcuts();
 
 /// Which of menuVideoEffects..menuAudioFilters and menuCameraEffects is that of the object's effects: its kind.
 ContextMenu effectMenuOf(int object);
-/// Whether the effect is listed in the menu's generated part; of menuRow in any.
+/// Whether the effect is listed in one of the menu's generated parts.
 bool menuLists(ContextMenu, int effect);
 /// Whether the host has a selection of frames that is not the whole scene, and which.
 bool frameSelection(int* first, int* last);

@@ -63,18 +63,21 @@ std::vector<int> changedModes(int row) {
   return rows;
 }
 
-/// All of them: what differs from the model can only be what the user has just changed.
-void writeValues() {
+void writeTrack(int row) {
   ObjectRecord& object = objects[currentObject];
-  for (int k = 0; k < state.trackRows; k++) {
-    const TrackLine& row = state.tracks[k];
-    object.startValues[k] = row.start.value;
-    object.endValues[k] = row.end.value;
-    object.modes[k] = row.mode;
-    object.params[k] = row.param;
-  }
-  for (int m = 0; m < state.checkRows; m++) object.checks[m] = state.checks[m].value;
-  for (int slot = 0; slot < state.usedSlots; slot++) setSlotFlags(currentObject, slot, state.slots[slot].flags);
+  const TrackLine& line = state.tracks[row];
+  object.startValues[row] = line.start.value;
+  object.endValues[row] = line.end.value;
+  object.modes[row] = line.mode;
+  object.params[row] = line.param;
+}
+
+/// What the window has not changed it shows as the model has it.
+void writeValues(intptr_t change, int index, const std::vector<int>& modeRows) {
+  if (change & (changedStart | changedEnd)) writeTrack(index);
+  for (int row : modeRows) writeTrack(row);
+  if (change == changedCheck) objects[currentObject].checks[index] = state.checks[index].value;
+  if (change & slotChanges) setSlotFlags(currentObject, index, state.slots[index].flags);
   syncChain(currentObject);
 }
 
@@ -160,8 +163,9 @@ int applySettings(intptr_t parameter) {
   state.lastObject = currentObject;
   state.lastParameter = parameter;
 
-  std::vector<int> modeRows = changedModes(index);
-  writeValues();
+  std::vector<int> modeRows;
+  if (change == changedMode) modeRows = changedModes(index);
+  writeValues(change, index, modeRows);
   if (change & trackChanges) followLinkedCoordinates(currentObject, false);
   copyToSelected(change, index, modeRows);
   if (change & trackChanges) return trackChanged();

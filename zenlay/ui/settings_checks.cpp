@@ -58,8 +58,10 @@ void filesDropped(const DroppedFiles& files) {
 void fillEffectControls() {
   for (int slot = 0; slot < state.usedSlots; slot++) {
     const EffectDefinition* d = effectOf(slot);
-    if (d && isBuiltIn(d) && d->show_controls && !(state.slots[slot].flags & slotFolded))
-      showEffectControls(currentObject, slot, state.window, controlsFill, 0, 0);
+    if (!d || !isBuiltIn(d) || !d->show_controls || state.slots[slot].flags & slotFolded) continue;
+    showEffectControls(currentObject, slot, state.window, controlsFill, 0, 0);
+    const std::string title = windowText(state.slots[slot].enable);
+    showSlotRow(state.slots[slot], state.slots[slot].y, title.c_str());
   }
 }
 
@@ -109,12 +111,13 @@ platform::Window* settingsControl(int object, int slot, int kind, int index) {
   const EffectDefinition* d = slot >= 0 && slot < state.usedSlots ? effectOf(slot) : nullptr;
   const EffectSlot* place = d ? &objects[currentObject].slots[slot] : nullptr;
   if (!d || index < 0) return nullptr;
+  if (kind == slotTitle) return index == 0 ? state.slots[slot].enable : nullptr;
   if (kind >= 0 && kind < firstCheckControl && index < d->track_count) {
     const TrackLine& row = state.tracks[place->firstTrack + index];
     platform::Window* const controls[] = {row.name, row.start.box, row.end.box};
     return controls[kind];
   }
-  if (kind < firstCheckControl || kind >= settingsControls || index >= d->check_count) return nullptr;
+  if (kind < firstCheckControl || kind > checkToggleControl || index >= d->check_count) return nullptr;
   const CheckLine& row = state.checks[place->firstCheck + index];
   platform::Window* const controls[] = {row.box, row.label, row.button, row.list, row.toggle};
   return controls[kind - firstCheckControl];

@@ -227,6 +227,11 @@ void relayoutSettings() {
   platform::setClientSize(state.window, {windowWidth, state.height});
 }
 
+int reloadSettings() {
+  relayoutSettings();
+  return 0;
+}
+
 void refreshSettings() {
   endSettingsEdit();
   if (!state.window || !hasObject()) return;

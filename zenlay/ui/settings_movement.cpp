@@ -89,27 +89,25 @@ void setMode(TrackLine& row, int32_t mode, int32_t param) {
 void applyMode(int row, int32_t mode, int32_t param) {
   Ring ring = ringOf(row, shiftHeld());
   for (int i = 0; i < ring.count; i++) setMode(state.tracks[ring.rows[i]], mode, param);
+  endSettingsEdit();
   sendCommand(commandApplySettings, row | changedMode);
 }
 
-/// Adds the entries of scripts that came since the menu was made.
-void addScripts(Menu* menu) {
+/// Checks the mode's entry. Scripts that came since the menu was made are added.
+void showMode(Menu* menu, int32_t mode) {
+  auto check = [menu, mode](int32_t entry) { checkMenuItem(menu, entry + 1, modeAlone(mode) == entry); };
+  for (int32_t entry = 0; entry < static_cast<int32_t>(std::size(movements)); entry++) check(entry);
   for (int script = 0; script < movementScriptCount(); script++) {
-    int id = (script << scriptShift | modeScript) + 1;
+    int32_t entry = script << scriptShift | modeScript;
     const char* name = movementScriptName(script);
-    if (name && !hasMenuItem(menu, id)) addMenuItem(menu, name, id);
+    if (name && !hasMenuItem(menu, entry + 1)) addMenuItem(menu, name, entry + 1);
+    check(entry);
   }
 }
 
 void prepareMenu(Menu* menu, const TrackLine& row) {
   Movement movement = movementOf(row.mode);
-  addScripts(menu);
-  for (int id = 1; id <= static_cast<int>(std::size(movements)); id++)
-    checkMenuItem(menu, id, modeAlone(row.mode) + 1 == id);
-  for (int script = 0; script < movementScriptCount(); script++) {
-    int id = (script << scriptShift | modeScript) + 1;
-    checkMenuItem(menu, id, modeAlone(row.mode) + 1 == id);
-  }
+  showMode(menu, row.mode);
   enableMenuItem(menu, accelerationItem, movement.takesSpeed);
   enableMenuItem(menu, decelerationItem, movement.takesSpeed);
   checkMenuItem(menu, accelerationItem, row.mode & modeAccelerationBit);
@@ -156,6 +154,7 @@ void editMovementParameter(int row) {
   Ring ring = ringOf(row, alone);
   int32_t param = atoi(text.c_str());
   for (int i = 0; i < ring.count; i++) state.tracks[ring.rows[i]].param = param;
+  endSettingsEdit();
   sendCommand(commandApplySettings, row | changedMode);
 }
 

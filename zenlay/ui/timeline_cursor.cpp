@@ -67,6 +67,7 @@ void makeCurrent(int object) {
 void setCursorFrame(int frame) {
   timelineView.cursorFrame = std::clamp(frame, 0, std::max(timelineView.sceneLength - 1, 0));
   noteCursorMoved();
+  moveSettingsCursor();
   updateTitle();
   trackSelectedObject();
   if (preferences.auto_scroll && timelineView.playbackFrame < 0) scrollAfter(timelineView.cursorFrame);

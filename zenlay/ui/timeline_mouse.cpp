@@ -136,10 +136,11 @@ DragMode modeOfPress(int object, int x, intptr_t state) {
 
 int pressObject(int object, Point at, intptr_t state) {
   dropUnselectable();
-  if (selection().empty() && currentObject >= 0 && object != currentObject) makeCurrent(object);
+  bool takesOver = selection().empty() && currentObject >= 0 && object != currentObject;
+  if (takesOver) makeCurrent(object);
   bool alreadySelected = isSelected(object);
   addToSelection(object);
-  if (layers[objects[object].layer].flags & layerLocked) return 0;
+  if (layers[objects[object].layer].flags & layerLocked) return takesOver;
 
   DragMode mode = modeOfPress(object, at.x, state);
   beginDrag(mode, at);

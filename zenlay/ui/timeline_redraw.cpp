@@ -70,9 +70,7 @@ void followScene() {
   if (redraw.scene == currentScene) return;
   redraw.scene = currentScene;
   dropUnselectable();
-  setTopLayer(timelineView.topLayer);
-  setLeftFrame(timelineView.leftFrame);
-  updateTitle();
+  showModel();
 }
 
 /// Where nothing is open yet: how to begin.

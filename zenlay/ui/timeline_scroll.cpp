@@ -156,7 +156,7 @@ void scrollTimeline(platform::ScrollAction action, Window* bar) {
 void extendScene(int lastFrame) {
   int length = std::min(lastFrame < INT32_MAX ? lastFrame + 1 : lastFrame, environment.maxFrames);
   if (length <= timelineView.sceneLength) return;
-  environment.hostFunctions->setFrameCount(environment.edit, length);
+  if (!environment.hostFunctions->setFrameCount(environment.edit, length)) return;
   timelineView.sceneLength = length;
   updateScrollBars();
   redrawTimeline();

@@ -124,6 +124,9 @@ bool windowMessage(uint32_t message, intptr_t first, intptr_t second) {
     case platform::messageSizing:
       limitTimelineSize(reinterpret_cast<platform::Rect*>(second));
       return true;
+    case platform::messageActivated:
+      if (!first) pickScreenColor();
+      return true;
     case platform::messageHorizontalScroll:
     case platform::messageVerticalScroll:
       scrollTimeline(platform::scrollAction(first), reinterpret_cast<platform::Window*>(second));
