@@ -1,16 +1,25 @@
 // The whole editor as pictures to look at: out/screenshots/ in the build.
 #include <gtest/gtest.h>
 
+#include <QDockWidget>
+#include <QScrollArea>
+
 #include "cinora/desktop/export_dialog.h"
 #include "tests/editor/editor_stage.h"
 
 namespace cinora::test {
 namespace {
 
-/// Every control of the window lies inside it and has the room its text needs.
+bool inDock(const QWidget* widget) {
+  for (; widget; widget = widget->parentWidget())
+    if (qobject_cast<const QDockWidget*>(widget)) return true;
+  return false;
+}
+
+/// Every control of the host's own lies inside the window and has the room its text needs.
 void expectNothingCutOff(QWidget& window) {
   for (QWidget* widget : window.findChildren<QWidget*>()) {
-    if (!widget->isVisible() || widget->window() != &window || widget->inherits("QDockWidgetTitleButton")) continue;
+    if (!widget->isVisible() || widget->window() != &window || inDock(widget)) continue;
     if (!qobject_cast<QAbstractButton*>(widget) && !qobject_cast<QComboBox*>(widget) &&
         !qobject_cast<QLineEdit*>(widget))
       continue;
@@ -33,6 +42,14 @@ TEST(Gallery, TheEditorInTwoSizes) {
     stage.window().goTo(160);
     stage.settle();
     stage.trigger(ActionId::selectionLast);
+    // The object of the third layer shows its settings beside the picture.
+    auto* timeline = stage.window().findChild<QDockWidget*>("Zenlay");
+    ASSERT_TRUE(timeline);
+    QTest::mouseDClick(timeline->widget(), Qt::LeftButton, {}, QPoint(90, 42 + 31 * 2 + 18));
+    stage.settle();
+    auto* settings = stage.window().findChild<QScrollArea*>();
+    ASSERT_TRUE(settings);
+    EXPECT_TRUE(settings->isVisible());
     stage.screenshot("editor" + ending);
     expectNothingCutOff(stage.window());
     desktop::ExportDialog dialog(stage.host(), "film.cnp", &stage.window());

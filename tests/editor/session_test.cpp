@@ -151,7 +151,11 @@ TEST_F(Session, RecentFilesAreKeptLatestFirst) {
 TEST_F(Session, AVideoBeginsAProjectOfItsFormat) {
   stage.window().openFile(SOURCE_DIR "/examples/media/lights.mp4");
   EXPECT_TRUE(stage.asked.empty());
-  EXPECT_TRUE(stage.host().edit.open);
+  ASSERT_TRUE(stage.host().edit.open);
+  EXPECT_THAT(askEditor(stage.host(), zenlay::queryProject, nullptr), HasSubstr("Video file"));
+  EXPECT_GT(stage.host().edit.frameCount, 1);
+  QSize size = stage.window().preview().picture().size();
+  EXPECT_NE(stage.colourAt(size.width() / 2, size.height() / 2), QColor(Qt::black));
   EXPECT_FALSE(stage.window().session().hasProjectFile());
   EXPECT_THAT(stage.window().session().suggestedPath(), HasSubstr("media/lights.cnp"));
 }
