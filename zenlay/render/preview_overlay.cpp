@@ -123,7 +123,7 @@ ScenePoint shownAt(ScenePoint p) {
 }
 
 double markRadius() {
-  constexpr double usualPicture = 480, smallest = 3;
+  constexpr double usualPicture = 320, smallest = 3;
   double radius = std::max(smallest, std::max(shownScene.width, shownScene.height) / usualPicture);
   return radius * shownScene.value / wholeSize;
 }
