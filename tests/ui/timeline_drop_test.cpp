@@ -19,6 +19,11 @@ class TimelineDrop : public Timeline {
     // Two entries for .mov, one of them sound.
     constexpr char table[] = ".avi\0Video file\0.mov\0Video file\0.MOV\0Audio file\0.wav\0Audio file\0.odd\0Nothing\0";
     memcpy(extensionTable, table, sizeof table);
+    fakeHost.functions.openMediaFile = [](const char* path, HostFileInfo*, uint32_t) {
+      static int anyMedia;
+      return strstr(path, "silent") ? nullptr : reinterpret_cast<MediaHandle>(&anyMedia);
+    };
+    fakeHost.functions.closeMediaFile = [](MediaHandle) -> int32_t { return 1; };
   }
   int drop(const std::string& path, int frame, int layer) {
     DroppedFilesOf files{path};
@@ -47,6 +52,7 @@ TEST_F(TimelineDrop, ExtensionsDecideWhatIsCreated) {
       {"/films/A.AVI", false, {testVideo}, nullptr},
       {"/films/a.mov", true, {testVideo, testAudioFile}, nullptr},
       {"/films/a.mov", false, {testVideo}, nullptr},
+      {"/films/silent.mov", true, {testVideo}, nullptr},
       {"/films/a.wav", true, {testAudioFile}, nullptr},
       {"/films/a.wav", false, {}, "No sound in the editing project"},
       {"/films/a.odd", true, {}, nullptr},

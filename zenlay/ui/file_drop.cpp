@@ -65,6 +65,14 @@ int framesOfMedia(const char* path, bool audio) {
   return static_cast<int>(std::min(frames, static_cast<double>(environment.maxFrames)));
 }
 
+/// Asked of the host itself: nothing is wrong with a film without sound.
+bool isSilent(const char* path) {
+  HostFileInfo info{};
+  MediaHandle media = environment.hostFunctions->openMediaFile(path, &info, openAudio);
+  if (media) environment.hostFunctions->closeMediaFile(media);
+  return !media;
+}
+
 bool hasDuration(int effect) { return effect == effectVideoFile || effect == effectAudioFile; }
 
 // ---- Objects by file name extension ----
@@ -100,7 +108,9 @@ int createMediaObjects(const char* path, int frame, int layer, const std::vector
   bool refused = false;
   beginUndoStep();
   for (int effect : effects) {
-    if (effectList[effect]->flag & effectAudio && !projectHasAudio()) {
+    bool audio = effectList[effect]->flag & effectAudio;
+    if (audio && effects.size() > 1 && isSilent(path)) continue;
+    if (audio && !projectHasAudio()) {
       refused = true;
       continue;
     }
