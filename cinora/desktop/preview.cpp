@@ -176,8 +176,18 @@ bool Preview::sendKey(uint32_t message, const QKeyEvent* event) {
   return key && sendMessage && sendMessage(message, key, event->isAutoRepeat());
 }
 
+/// A plug-in that moves something by the arrow keys has them before the shortcuts that step through the film.
+bool Preview::event(QEvent* event) {
+  if (event->type() != QEvent::ShortcutOverride) return QWidget::event(event);
+  keyTaken_ = sendKey(zenlay::messageImageKeyDown, static_cast<QKeyEvent*>(event));
+  event->setAccepted(*keyTaken_);
+  return *keyTaken_;
+}
+
 void Preview::keyPressEvent(QKeyEvent* event) {
-  if (!sendKey(zenlay::messageImageKeyDown, event)) QWidget::keyPressEvent(event);
+  bool taken = keyTaken_ ? *keyTaken_ : sendKey(zenlay::messageImageKeyDown, event);
+  keyTaken_.reset();
+  if (!taken) QWidget::keyPressEvent(event);
 }
 
 void Preview::keyReleaseEvent(QKeyEvent* event) {

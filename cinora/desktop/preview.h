@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QWidget>
 #include <functional>
+#include <optional>
 
 namespace cinora::desktop {
 
@@ -37,6 +38,7 @@ class Preview : public QWidget {
   QSize minimumSizeHint() const override { return {160, 90}; }
 
  protected:
+  bool event(QEvent*) override;
   void paintEvent(QPaintEvent*) override;
   void mousePressEvent(QMouseEvent*) override;
   void mouseReleaseEvent(QMouseEvent*) override;
@@ -57,6 +59,7 @@ class Preview : public QWidget {
   QPointF grabbed_;
   int wheelTurned_ = 0;
   bool panning_ = false, moving_ = false;
+  std::optional<bool> keyTaken_;  // by a plug-in, asked before the window's shortcuts
 };
 
 }  // namespace cinora::desktop

@@ -59,6 +59,13 @@ struct Playback : testing::Test {
   }
   int frame() { return stage.host().edit.currentFrame; }
   desktop::Player& player() { return stage.window().player(); }
+  /// First and last column of the square, beside the handles drawn in the middle row.
+  std::pair<int, int> square() {
+    std::pair<int, int> found{64, -1};
+    for (int x = 0; x < 64; x++)
+      if (stage.colourAt(x, 18).lightness() > 128) found = {std::min(found.first, x), x};
+    return found;
+  }
 };
 
 TEST_F(Playback, StepsAndJumpsStayInsideTheFilm) {
@@ -194,6 +201,27 @@ TEST_F(Playback, PicturePointsFollowTheZoom) {
   EXPECT_LE((preview.pictureAt(at) - before).manhattanLength(), 1);
   preview.setZoom(0);
   EXPECT_GT(preview.scale(), 1);
+}
+
+// The arrow keys move what was taken hold of on the picture; otherwise they step through the film.
+TEST_F(Playback, ArrowKeysGoToThePictureFirst) {
+  desktop::Preview& preview = stage.window().preview();
+  QPoint centre = preview.pictureRect().center().toPoint();
+  auto press = [&](Qt::Key key) {
+    QTest::keyClick(&preview, key);
+    stage.settle();
+  };
+  preview.setFocus();
+  press(Qt::Key_Right);
+  EXPECT_EQ(frame(), 1);
+  QTest::mouseDClick(&preview, Qt::LeftButton, {}, centre);
+  stage.settle();
+  QTest::mouseClick(&preview, Qt::LeftButton, {}, centre);
+  press(Qt::Key_Right);
+  EXPECT_EQ(frame(), 1);
+  EXPECT_EQ(square(), std::pair(23, 42));
+  stage.trigger(ActionId::undo);
+  EXPECT_EQ(square(), std::pair(22, 41));
 }
 
 TEST_F(Playback, ManyChangesAreOnePicture) {
