@@ -36,7 +36,7 @@ constexpr TrackColumns drawingTracks({{"X", 0, -999999, 999999, 10, -20000, 2000
                                       {"Y", 0, -999999, 999999, 10, -20000, 20000, 1},
                                       {"Z", 0, -999999, 999999, 10, -20000, 20000, -2},
                                       {"Zoom%", 10000, 0, 500000, 100, 0, 80000}});
-constexpr CheckColumns drawingChecks({{"Normal", checkDropDown}});
+constexpr CheckColumns drawingChecks({{"Normal\0", checkDropDown}});
 constexpr int32_t drawingMap[coordinateSlots] = {0, 1, 2, -1, -1, -1, -1, -1, -1, 3, -1, -1};
 constexpr ExdataField blendField[] = {{exdataInteger, 4, "blend"}};
 
