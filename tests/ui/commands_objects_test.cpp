@@ -1,6 +1,7 @@
 // Commands on objects: clipboard, cuts, midpoints, lengths, groups, flags, and what they act on.
 #include "tests/ui/commands_stage.h"
 #include "zenlay/model/extra_data.h"
+#include "zenlay/model/sections.h"
 
 namespace zenlay::test {
 namespace {
@@ -192,10 +193,26 @@ TEST_F(ObjectCommands, EmptyFramesBehindTheCursor) {
   expectRefused(commandInsertEmptyFrames);
 }
 
+TEST_F(ObjectCommands, EmptyFramesLeaveAChainUnderTheCursorWhole) {
+  int head = create(0, 49, 0);
+  appendSection(head, 50, 99);
+  create(60, 80, 1);
+  timelineView.sceneLength = 100;
+  moveCursor(40);
+  answerDialog("30");
+  runUndoable(commandInsertEmptyFrames, 0, [&] {
+    EXPECT_THAT(places(), ElementsAre(Place{0, 49, 0}, Place{50, 99, 0}, Place{90, 110, 1}));
+    EXPECT_EQ(timelineView.sceneLength, 111);
+  });
+}
+
 TEST_F(ObjectCommands, Groups) {
   int a = create(0, 9, 0), b = create(0, 9, 1);
   expectRefused(commandGroup);
   select({a, b});
+  const int steps = undoSteps();
+  expectRefused(commandUngroup);
+  EXPECT_EQ(undoSteps(), steps) << "nothing was grouped";
   runUndoable(commandGroup, 0, [&] {
     EXPECT_EQ(objects[a].group, 1);
     EXPECT_EQ(objects[b].group, 1);

@@ -8,6 +8,7 @@
 #include "zenlay/effects/registry.h"
 #include "zenlay/files/section_reader.h"
 #include "zenlay/model/objects.h"
+#include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
 
 namespace zenlay {
@@ -169,7 +170,7 @@ void settleStaticTracks(int object, int slot) {
   ObjectRecord& o = objects[object];
   for (int t = 0; t < definitionOf(o, slot)->track_count; t++) {
     int i = trackOf(o, slot, t);
-    if (o.modes[i] == modeNone) o.endValues[i] = o.startValues[i];
+    if (courseOf(o.modes[i]) == courseStill) o.endValues[i] = o.startValues[i];
   }
 }
 

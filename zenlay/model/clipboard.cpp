@@ -202,6 +202,7 @@ int pasteEntry(const Entry& entry) {
   o.flags = objectInUse;
   if (!reserveExtraData(object, entry.extraBytes)) {
     releaseObject(object);
+    tellExtraDataRefused();
     return -1;
   }
   uint32_t block = o.extraDataBlock;
@@ -258,7 +259,10 @@ void settleHeads(const std::vector<Entry>& entries) {
     releaseChain(object);
     released = true;
   }
-  if (released) rebuildOrder();
+  if (released) {
+    tellExtraDataRefused();
+    rebuildOrder();
+  }
   for (int i = 0; i < objectClipboard.entries; i++) {
     int object = pastedAs(i);
     if (!inUse(object))

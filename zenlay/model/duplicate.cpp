@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <climits>
 
+#include "zenlay/host/environment.h"
 #include "zenlay/model/arrange.h"
 #include "zenlay/model/clipboard.h"
 #include "zenlay/model/objects.h"
@@ -46,7 +47,10 @@ int duplicateObjects(std::span<const int> selection, int frame) {
   if (block.bottom + down >= layersPerScene) return -1;
   clearClipboard();
   for (int object : list)
-    if (!copyToClipboard(object)) return -1;
+    if (!copyToClipboard(object)) {
+      showMessage("Copy buffer is not enough", boxWarning);
+      return -1;
+    }
   return pasteClipboard(frame, block.top + down, nullptr, nullptr);
 }
 

@@ -67,7 +67,15 @@ uint32_t findOrGrow(uint32_t bytes) {
 
 }  // namespace
 
-int makeExtraDataRoom(uint32_t size) { return size == 0 || findOrGrow(bytesNeeded(size)) != regionBytes; }
+int makeExtraDataRoom(uint32_t size) { return makeExtraDataRoom({&size, 1}); }
+
+int makeExtraDataRoom(std::span<const uint32_t> sizes) {
+  uint64_t bytes = 0;
+  for (uint32_t size : sizes)
+    if (size) bytes += bytesNeeded(size);
+  return bytes == 0 ||
+         (bytes < UINT32_MAX - extraDataGrowth && findOrGrow(static_cast<uint32_t>(bytes)) != regionBytes);
+}
 
 int reserveExtraData(int object, uint32_t size) {
   ObjectRecord& o = objects[object];

@@ -3,6 +3,8 @@
 // block.
 #pragma once
 
+#include <span>
+
 #include "zenlay/model/records.h"
 
 namespace zenlay {
@@ -16,6 +18,8 @@ int reserveExtraData(int object, uint32_t size);
 void releaseExtraData(int object);
 /// Grows the region until the next reservation of `size` bytes cannot fail; 0 when it cannot.
 int makeExtraDataRoom(uint32_t size);
+/// The same for one reservation of each size, in any order.
+int makeExtraDataRoom(std::span<const uint32_t> sizes);
 /// The object's own extra data (behind the length word); valid until the next reservation. Null when it has none.
 uint8_t* extraDataBlockOf(int object);
 void freeExtraData();

@@ -35,9 +35,11 @@ GroupNumbers groupsInUse() {
 
 /// A chain shares its group: every section of a given object's chain takes it.
 void setGroup(std::span<const int> selection, int group) {
-  beginUndoStep();
+  bool begun = false;
   for (int object : selection) {
     if (!inUse(object) || objects[object].group == group) continue;
+    if (!begun) beginUndoStep();
+    begun = true;
     for (int section : sectionsOf(object)) {
       recordUndo(section, undoSnapshot);
       objects[section].group = group;

@@ -78,6 +78,13 @@ bool findRoom(int frame, int layer, int length, FrameRange* room) {
   return end >= start;
 }
 
+/// Extra data of the effect and its companion together.
+uint32_t bytesWithCompanion(int effect) {
+  int companion = companionOf(effectList[effect]), bytes = extraDataBytes(effectList[effect]);
+  if (companion >= 0 && companion < effectCount) bytes += extraDataBytes(effectList[companion]);
+  return static_cast<uint32_t>(bytes);
+}
+
 void addCompanion(int object, int effect) {
   int companion = companionOf(effectList[effect]);
   if (companion < 0 || companion >= effectCount) return;
@@ -152,7 +159,9 @@ int createObject(int frame, int layer, int effect, int chainFrom) {
   if (index < 0) return -1;
   ObjectRecord& o = objects[index];
   o.flags = objectFlagsOf(d);
-  if (!reserveExtraData(index, chainFrom < 0 ? static_cast<uint32_t>(extraDataBytes(d)) : 0)) {
+  const uint32_t bytes = chainFrom < 0 ? static_cast<uint32_t>(extraDataBytes(d)) : 0;
+  // A block that its companion fits into as well, so that the object is made whole or not at all.
+  if ((chainFrom < 0 && !reserveExtraData(index, bytesWithCompanion(effect))) || !reserveExtraData(index, bytes)) {
     releaseObject(index);
     tellExtraDataRefused();
     return -1;

@@ -169,6 +169,7 @@ int addEffect(int object, int effect) {
   storeSlots(o, list);
   if (!repack(head)) {
     storeSlots(o, before);
+    tellExtraDataRefused();
     return -1;
   }
   // The sections carry the same effects but pack their own values.

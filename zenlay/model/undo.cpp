@@ -1,5 +1,6 @@
 #include "zenlay/model/undo.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
@@ -121,9 +122,22 @@ bool sameEffects(const ObjectRecord& a, const ObjectRecord& b) {
   return true;
 }
 
-enum Restored { restoredNothing, restoredInPlace, restoredAnew, restoreFailed };
+enum Restored { restoredNothing, restoredInPlace, restoredAnew };
 
-/// Fails when the extra data cannot be had.
+/// Room for the extra data that the newest step puts back; false when it cannot be had.
+bool makeRoomForStep() {
+  std::vector<uint32_t> sizes;
+  for (int record = undoLog.count; record > 0 && headerAt(record - 1).step == undoLog.step; record--) {
+    UndoRecord header = headerAt(record - 1);
+    if (header.target & undoLayerTarget || header.size <= headerSize) continue;
+    const ObjectRecord& o = objects[header.target];
+    const auto size = static_cast<uint32_t>(header.size - snapshotSize);
+    if (!o.flags || o.extraDataSize != size) sizes.push_back(size);
+  }
+  return makeExtraDataRoom(sizes);
+}
+
+/// There is room for the extra data.
 Restored restoreSnapshot(const UndoRecord& header, const uint8_t* payload) {
   int object = header.target;
   ObjectRecord saved;
@@ -131,10 +145,7 @@ Restored restoreSnapshot(const UndoRecord& header, const uint8_t* payload) {
   bool inPlace = objects[object].flags && sameEffects(objects[object], saved);
   if (objects[object].flags && !inPlace) dropObject(object);
   objects[object].flags = saved.flags;  // the slot is taken before anything else can have it
-  if (!reserveExtraData(object, saved.extraDataSize)) {
-    if (!inPlace) releaseObject(object);
-    return restoreFailed;
-  }
+  reserveExtraData(object, saved.extraDataSize);
   uint32_t block = objects[object].extraDataBlock;
   objects[object] = saved;
   objects[object].layer = layerInView(saved);  // another scene may be shown than when it was recorded
@@ -215,6 +226,10 @@ void endUndoBatch() { undoLog.batch = false; }
 
 void undo() {
   if (undoLog.count <= 0) return;
+  if (!makeRoomForStep()) {
+    tellExtraDataRefused();
+    return;
+  }
   bool batch = undoLog.batch;
   undoLog.batch = true;
   int record = undoLog.count, shown = -1;
@@ -222,7 +237,6 @@ void undo() {
   while (record > 0 && headerAt(record - 1).step == undoLog.step) {
     UndoRecord header = headerAt(--record);
     Restored result = restore(header, undoLog.area + undoLog.starts[record] + headerSize);
-    if (result == restoreFailed) break;
     if (result == restoredNothing) continue;
     if (result == restoredAnew) reloaded.push_back(header.target);
     bool visible = objects[header.target].layer >= 0;
@@ -233,6 +247,8 @@ void undo() {
   rebuildOrder();
   for (int object : reloaded)
     if (objects[object].flags && headOf(object) == object) notifyEffects(object, objectLoaded);
+  if (inUse(shown) && std::find(reloaded.begin(), reloaded.end(), headOf(shown)) == reloaded.end())
+    notifyEffects(headOf(shown), objectLoaded);
   showRestored(shown);
 }
 

@@ -172,7 +172,7 @@ int lastEndBehind(int frame) {
   int last = -1;
   for (int e = 0; e < sceneObjectCount; e++) {
     const ObjectRecord& o = *layerOrder[e];
-    if (o.start >= frame && o.end < timelineView.sceneLength) last = std::max(last, o.end);
+    if (objects[headOf(indexOf(&o))].start >= frame && o.end < timelineView.sceneLength) last = std::max(last, o.end);
   }
   return last;
 }
