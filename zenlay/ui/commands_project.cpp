@@ -135,8 +135,7 @@ int setLastFrameAtLastObject() {
 /// Scenes belong to projects of the plug-in's own.
 int sceneSettings() {
   if (!environment.projectOpen) return 0;
-  editSceneSettings();
-  return 1;
+  return editSceneSettings();
 }
 
 const char* pathOf(const Call& call) { return reinterpret_cast<const char*>(call.parameter); }

@@ -67,7 +67,7 @@ void deselect() {
 
 void extendToSelection() {
   int last = -1;
-  for (int object : selection()) last = std::max(last, objects[object].end);
+  for (int object : selection()) last = std::max(last, chainRange(object).last);
   extendScene(last);
 }
 

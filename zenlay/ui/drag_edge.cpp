@@ -107,6 +107,7 @@ bool slideEdge(int frames, bool snaps) {
   drag.grabFrame += frames;
   rebuildOrder();
   redrawChain(pair.object);
+  redrawObjects(selection());
   return true;
 }
 
@@ -114,16 +115,15 @@ bool slideEdge(int frames, bool snaps) {
 
 bool moveEdges(int frames, bool snaps) {
   if (slides()) return slideEdge(frames, snaps);
-  bool changed = false;
+  // The edge under the mouse says how far; the others follow as far as they can, and none goes on without it.
+  for (const EdgePair& pair : drag.edges)
+    if (pair.object == drag.grabbed) frames = edgeShift(pair, frames, snaps);
+  if (frames == 0) return false;
+  recordDragUndo();
   for (const EdgePair& pair : drag.edges) {
-    int shift = edgeShift(pair, frames, snaps);
-    if (shift == 0) continue;
-    recordDragUndo();
-    moveEdge(pair, shift);
-    changed = true;
-    if (pair.object == drag.grabbed) drag.grabFrame += shift;
+    if (int shift = edgeShift(pair, frames, false)) moveEdge(pair, shift);
   }
-  if (!changed) return false;
+  drag.grabFrame += frames;
   rebuildOrder();
   redrawObjects(selection());
   return true;

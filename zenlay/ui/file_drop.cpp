@@ -20,8 +20,8 @@
 #include "zenlay/model/order.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
-#include "zenlay/model/undo.h"
 #include "zenlay/ui/commands.h"
+#include "zenlay/ui/commands_table.h"
 #include "zenlay/ui/dialogs.h"
 #include "zenlay/ui/drag.h"
 #include "zenlay/ui/new_project.h"
@@ -106,7 +106,6 @@ void matchFirst(int object, int first) {
 int createMediaObjects(const char* path, int frame, int layer, const std::vector<int>& effects) {
   std::vector<int> created;
   bool refused = false;
-  beginUndoStep();
   for (int effect : effects) {
     bool audio = effectList[effect]->flag & effectAudio;
     if (audio && effects.size() > 1 && isSilent(path)) continue;
@@ -132,7 +131,6 @@ int createMediaObjects(const char* path, int frame, int layer, const std::vector
 }
 
 int placeObjectFile(const char* path, int frame, int layer) {
-  beginUndoStep();
   int last = readObjectFile(path, frame, layer);
   if (last < 0) return 0;
   extendScene(last);
@@ -141,7 +139,6 @@ int placeObjectFile(const char* path, int frame, int layer) {
 }
 
 int placeAliasFile(const char* path, int frame, int layer) {
-  beginUndoStep();
   int object = placeAlias(path, frame, layer);
   if (object < 0) return 0;
   extendScene(chainRange(object).last);
@@ -212,10 +209,12 @@ bool setSourceFile(int object, int slot, const char* path) {
 
 int placeFile(const char* path, int frame, int layer) {
   std::string_view extension = platform::extensionOf(path);
-  if (platform::equalNoCase(extension, ".zlo")) return placeObjectFile(path, snapFrame(frame, layer, false), layer);
-  if (platform::equalNoCase(extension, ".zla")) return placeAliasFile(path, snapFrame(frame, layer, false), layer);
-  std::vector<int> effects = effectsFor(extension);
-  return effects.empty() ? 0 : createMediaObjects(path, frame, layer, effects);
+  return commands::inOneStep([&]() -> int {
+    if (platform::equalNoCase(extension, ".zlo")) return placeObjectFile(path, snapFrame(frame, layer, false), layer);
+    if (platform::equalNoCase(extension, ".zla")) return placeAliasFile(path, snapFrame(frame, layer, false), layer);
+    std::vector<int> effects = effectsFor(extension);
+    return effects.empty() ? 0 : createMediaObjects(path, frame, layer, effects);
+  });
 }
 
 int filesDropped(const platform::DroppedFiles& files) {

@@ -1,5 +1,4 @@
 // The window's menus, and what their entries and the header's buttons ask for.
-#include <cstdio>
 #include <string>
 
 #include "zenlay/files/alias_file.h"
@@ -7,6 +6,7 @@
 #include "zenlay/files/default_settings.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/slots.h"
+#include "zenlay/model/undo.h"
 #include "zenlay/ui/command_ids.h"
 #include "zenlay/ui/dialogs.h"
 #include "zenlay/ui/menus.h"
@@ -24,13 +24,6 @@ constexpr int headerBottom = 31;
 constexpr char addEffectMenu[] = "Add a filter effect";
 int clickedSlot;
 
-ContextMenu effectMenuOf(const ObjectRecord& object) {
-  bool mediaOrEffect = object.flags & (objectDrawn | objectFilterEffect);
-  if (object.flags & objectAudio) return mediaOrEffect ? menuAudioEffects : menuAudioFilters;
-  if (mediaOrEffect) return menuVideoEffects;
-  return object.flags & objectControl ? menuCameraEffects : menuVideoFilters;
-}
-
 bool hasRoom() { return takesEffects(currentObject) && usedSlots(currentObject) < maxSlots; }
 
 /// A choice made while the object was another's is dropped.
@@ -40,14 +33,16 @@ void runChoice(const Menu* menu, Point screen) {
 }
 
 void openSlotMenu(int slot, Point screen) {
-  Menu* menu = contextMenu(effectMenuOf(objects[currentObject]));
+  Menu* menu = contextMenu(effectMenuOf(currentObject));
   if (!menu) return;
   clickedSlot = slot;
   std::string name = std::string("< ") + effectOf(slot)->name + " >";
   setMenuText(menu, settingsEffectName, name.c_str());
   enableMenuItem(menu, settingsEffectName, false);
   enableMenuItem(menu, submenuAddEffect, hasRoom());
-  enableMenuItem(menu, settingsRemoveEffect, slot != 0);
+  enableMenuItem(menu, settingsUndo, undoSteps() > 0);
+  bool shows = objects[currentObject].flags & objectDrawn && effectOf(slot)->flag & effectDrawing;
+  enableMenuItem(menu, settingsRemoveEffect, slot != 0 && !shows);
   enableMenuItem(menu, settingsMoveEffectUp, canMoveSlot(currentObject, slot, -1));
   enableMenuItem(menu, settingsMoveEffectDown, canMoveSlot(currentObject, slot, 1));
   runChoice(menu, screen);
@@ -58,7 +53,8 @@ void createAlias() {
   bool media = clickedSlot == 0 && objects[currentObject].flags & objectDrawn;
   std::string name = effectOf(media ? lastSlot(currentObject) : clickedSlot)->name, folder;
   int object = currentObject;
-  if (!askAliasName("New Alias", name, folder) || object != currentObject || !effectOf(clickedSlot)) return;
+  const std::string title = "Creation of alias <" + name + ">";
+  if (!askAliasName(title.c_str(), name, folder) || object != currentObject || !effectOf(clickedSlot)) return;
   if (!writeAlias(object, clickedSlot, clickedSlot, aliasPath(folder, name).c_str())) return;
   registerAlias(folder, name, firstAliasCommand);
   refillAliasMenus();
@@ -128,7 +124,7 @@ using namespace settings;
 
 void openAddEffectMenu() {
   if (!hasObject() || !hasRoom()) return;
-  platform::Menu* menu = contextMenu(effectMenuOf(objects[currentObject]));
+  platform::Menu* menu = contextMenu(effectMenuOf(currentObject));
   runChoice(menu ? platform::findSubmenu(menu, addEffectMenu) : nullptr, platform::cursorPosition());
 }
 

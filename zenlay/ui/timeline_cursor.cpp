@@ -42,9 +42,9 @@ void endPlayback() {
   if (preferences.sync_play_cursor) {
     platform::postMessage(environment.timelineWindow, messageCommand, commandSetCursor, timelineView.cursorFrame);
     trackSelectedObject();
-  } else {
-    setPlaybackFrame(-1);
   }
+  // A marker may be left from before the cursor was told to go along.
+  if (!preferences.sync_play_cursor || timelineView.playbackFrame >= 0) setPlaybackFrame(-1);
 }
 
 void showPlaybackFrame(int frame) {
