@@ -288,6 +288,18 @@ TEST_F(TimelineDrag, EdgesOfAGroupMoveTogether) {
   EXPECT_EQ(placeOf(c), (Place{90, 249, 3}));
 }
 
+TEST_F(TimelineDrag, ABlockedEdgeHoldsItsGroup) {
+  preferences.pair_move = 0;
+  int a = create(100, 199, 1), b = create(100, 199, 2);
+  create(90, 94, 1);
+  groupSelection(std::vector<int>{a, b});
+  press(xOf(103), rowOf(1));
+  for (int frame : {93, 92, 80, 79}) moveTo(xOf(frame), rowOf(1));
+  release(xOf(79), rowOf(1));
+  EXPECT_EQ(placeOf(a), (Place{95, 199, 1}));
+  EXPECT_EQ(placeOf(b), (Place{95, 199, 2}));
+}
+
 TEST_F(TimelineDrag, ShiftSlidesTheLaterObject) {
   int a = create(100, 199, 1), next = create(350, 399, 1);
   std::vector<int> chain = createChain(200, 299, 1, {250});

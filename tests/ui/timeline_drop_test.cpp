@@ -63,8 +63,9 @@ TEST_F(TimelineDrop, ExtensionsDecideWhatIsCreated) {
     SCOPED_TRACE(row.path);
     shownMessages().clear();
     environment.clip.flags = row.audio ? fileHasVideo | fileHasAudio : uint32_t{fileHasVideo};
-    beginUndoStep();
+    const int steps = undoSteps();
     EXPECT_EQ(drop(row.path, 100, 1), !row.effects.empty());
+    EXPECT_EQ(undoSteps(), steps + !row.effects.empty());
     ASSERT_EQ(sceneObjectCount, static_cast<int>(row.effects.size()));
     for (int i = 0; i < sceneObjectCount; i++) {
       int object = objectAt(100, 1 + i);
