@@ -19,10 +19,9 @@ enum MenuIndex { menuFile, menuEdit, menuView, menuPlayback, menuPlugin, menuHel
 constexpr const char* menuTitles[menuCount] = {"&File", "&Edit", "&View", "&Playback", "", "&Help"};
 
 /// Shown among the host's own actions, or moved there from the plug-in's.
-constexpr char newEntry[] = "Creating a New Project", cutEntry[] = "Cuts the selected object",
-               copyEntry[] = "Copy object (main window)", pasteEntry[] = "Paste the object (main window)",
-               deleteEntry[] = "Delete object (main window)";
-constexpr const char* entriesOfOwn[] = {newEntry, cutEntry, copyEntry, pasteEntry, deleteEntry};
+constexpr char newEntry[] = "Creating a New Project", copyEntry[] = "Copy object (main window)",
+               pasteEntry[] = "Paste the object (main window)", deleteEntry[] = "Delete object (main window)";
+constexpr const char* entriesOfOwn[] = {newEntry, copyEntry, pasteEntry, deleteEntry};
 
 constexpr char iconMarkIn[] = "mark_in", iconMarkOut[] = "mark_out";  // of this folder's own resources
 
@@ -225,7 +224,10 @@ void MainWindow::runPluginCommand(const char* entry) {
   if (focus) focus->setFocus();
 }
 
-void MainWindow::cut() { runPluginCommand(cutEntry); }
+void MainWindow::cut() {
+  copy();
+  remove();
+}
 void MainWindow::copy() { runPluginCommand(copyEntry); }
 void MainWindow::paste() { runPluginCommand(pasteEntry); }
 void MainWindow::remove() { runPluginCommand(deleteEntry); }
@@ -252,7 +254,7 @@ void MainWindow::updateActions() {
                       ActionId::zoomIn, ActionId::zoomOut, ActionId::zoomFit, ActionId::zoomWhole})
     action(id)->setEnabled(film);
   action(ActionId::undo)->setEnabled(film && undoSteps() > 0);
-  const std::pair<ActionId, const char*> entries[] = {{ActionId::cut, cutEntry},
+  const std::pair<ActionId, const char*> entries[] = {{ActionId::cut, deleteEntry},
                                                       {ActionId::copy, copyEntry},
                                                       {ActionId::paste, pasteEntry},
                                                       {ActionId::remove, deleteEntry}};

@@ -135,7 +135,8 @@ bool KeyRouter::eventFilter(QObject* receiver, QEvent* event) {
   if (type != QEvent::ShortcutOverride) return route(window, key);
   // Keys of the windows are theirs before they are shortcuts of the program around them; its menus keep Alt and letter.
   bool menuKey = (key->modifiers() & Qt::AltModifier) && !key->text().isEmpty();
-  if (nativeOf(window)->attached || takesText(window) || menuKey) return false;
+  bool tab = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;  // a text box leaves it to shortcuts
+  if (nativeOf(window)->attached || (takesText(window) && !tab) || menuKey) return false;
   event->accept();
   return true;
 }

@@ -7,6 +7,8 @@
 
 #include <QAction>
 #include <QDockWidget>
+#include <QLineEdit>
+#include <QScrollArea>
 #include <filesystem>
 
 #include "cinora/project.h"
@@ -171,6 +173,40 @@ TEST_F(Session, TheArrangementIsKept) {
   EXPECT_TRUE(timeline->isFloating());
   stage.trigger(ActionId::arrange);
   EXPECT_FALSE(timeline->isFloating());
+}
+
+TEST_F(Session, CutAndPasteMoveAnObject) {
+  stage.folder.write("film.zlo", squareFilm(10, 20));
+  stage.window().openFile(stage.folder / "film.zlo");
+  stage.settle();
+  QPoint centre = stage.window().preview().pictureRect().center().toPoint();
+  QTest::mouseDClick(&stage.window().preview(), Qt::LeftButton, {}, centre);
+  stage.settle();
+  EXPECT_GT(stage.colourAt(32, 18).lightness(), 128);
+  stage.trigger(ActionId::cut);
+  EXPECT_LT(stage.colourAt(32, 18).lightness(), 128);
+  stage.trigger(ActionId::paste);
+  EXPECT_GT(stage.colourAt(32, 18).lightness(), 128);
+}
+
+TEST_F(Session, TabInAValueBoxGoesToTheNextBox) {
+  stage.folder.write("film.zlo", squareFilm(10, 20));
+  stage.window().openFile(stage.folder / "film.zlo");
+  stage.settle();
+  QTest::mouseDClick(&stage.window().preview(), Qt::LeftButton, {},
+                     stage.window().preview().pictureRect().center().toPoint());
+  stage.settle();
+  auto* settings = stage.window().findChild<QScrollArea*>();
+  ASSERT_TRUE(settings);
+  QList<QLineEdit*> boxes;
+  for (QLineEdit* box : settings->findChildren<QLineEdit*>())
+    if (box->isVisible() && box->isEnabled()) boxes.push_back(box);
+  ASSERT_GE(boxes.size(), 2);
+  boxes[0]->setFocus();
+  QTest::keyClick(boxes[0], Qt::Key_Tab);
+  stage.settle();
+  auto* next = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+  EXPECT_TRUE(next && next != boxes[0] && boxes.contains(next));
 }
 
 // A child saves over and over and is killed at any moment: what lies under the name is always a whole project.
