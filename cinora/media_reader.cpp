@@ -4,8 +4,6 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -14,7 +12,6 @@ extern "C" {
 #include "cinora/picture_decoder.h"
 #include "cinora/picture_turn.h"
 #include "cinora/planes.h"
-#include "platform/paths.h"
 
 namespace cinora {
 namespace {
@@ -225,18 +222,10 @@ const MediaInfo& MediaReader::info() const {
 bool MediaReader::open(const std::string& path, bool wantAlpha, std::string& error) {
   av_log_set_level(AV_LOG_QUIET);
   state_.reset();
-  std::string native = platform::nativePath(path);
-  struct stat status;
-  if (native.empty() || stat(native.c_str(), &status) != 0) {
-    error = "File not found";
-    return false;
-  }
-  if (!S_ISREG(status.st_mode)) {
-    error = "Not a file";
-    return false;
-  }
+  std::string url = mediaUrl(path, error);
+  if (url.empty()) return false;
   PacketReader reader;
-  if (!reader.open("file:" + native, error)) return false;
+  if (!reader.open(url, error)) return false;
   AVFormatContext* container = reader.container();
 
   auto state = std::make_unique<State>();

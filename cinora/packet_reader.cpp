@@ -1,7 +1,11 @@
 #include "cinora/packet_reader.h"
 
+#include <sys/stat.h>
+
 #include <new>
 #include <utility>
+
+#include "platform/paths.h"
 
 namespace cinora {
 namespace {
@@ -11,6 +15,20 @@ namespace {
 constexpr char unpackFilter[] = "mpeg4_unpack_bframes";
 
 }  // namespace
+
+std::string mediaUrl(const std::string& path, std::string& error) {
+  std::string native = platform::nativePath(path);
+  struct stat status;
+  if (native.empty() || stat(native.c_str(), &status) != 0) {
+    error = "File not found";
+    return "";
+  }
+  if (!S_ISREG(status.st_mode)) {
+    error = "Not a file";
+    return "";
+  }
+  return "file:" + native;
+}
 
 bool PacketReader::open(const std::string& url, std::string& error) {
   AVFormatContext* opened = nullptr;

@@ -7,6 +7,9 @@
 
 namespace cinora {
 
+/// What FFmpeg opens the file by; empty, with a reason, when it is no regular file.
+std::string mediaUrl(const std::string& path, std::string& error);
+
 class PacketReader {
  public:
   /// False, with a reason, when the file is no media file. Reads enough of it to know its streams.

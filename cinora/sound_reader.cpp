@@ -1,15 +1,11 @@
 #include "cinora/sound_reader.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <numeric>
 
 extern "C" {
 #include <libavutil/opt.h>
 }
-
-#include "platform/paths.h"
 
 namespace cinora {
 namespace {
@@ -39,17 +35,8 @@ AvResampler makeResampler(int from, int to, int channels, int64_t phases) {
 
 bool SoundReader::open(const std::string& path, std::string& error) {
   av_log_set_level(AV_LOG_QUIET);
-  std::string native = platform::nativePath(path);
-  struct stat status;
-  if (native.empty() || stat(native.c_str(), &status) != 0) {
-    error = "File not found";
-    return false;
-  }
-  if (!S_ISREG(status.st_mode)) {
-    error = "Not a file";
-    return false;
-  }
-  return decoder_.open("file:" + native, error);
+  std::string url = mediaUrl(path, error);
+  return !url.empty() && decoder_.open(url, error);
 }
 
 int64_t SoundReader::setOutput(int rate, int channels) {

@@ -56,13 +56,6 @@ int openLayerMenu(Point at) {
   return showAndRun(menuLayer, at);
 }
 
-/// Whether the host has a frame selection that is not the whole scene.
-bool hasFrameSelection() {
-  int first = 0, last = -1;
-  if (!environment.hostFunctions->getSelection(environment.edit, &first, &last)) return false;
-  return first <= last && (first > 0 || last < timelineView.sceneLength - 1);
-}
-
 /// The section behind the boundary of the piece that is nearest to x, when it is close; -1 otherwise.
 int boundaryNear(int piece, int x) {
   int next = nextSection(piece), behind = previousSection(piece) >= 0 ? piece : -1;
@@ -74,7 +67,8 @@ int boundaryNear(int piece, int x) {
 int openObjectMenu(Point at) {
   int first = selection().front();
   platform::Menu* menu = contextMenu(menuObject);
-  platform::enableMenuItem(menu, commandCut, hasFrameSelection());
+  int from, to;
+  platform::enableMenuItem(menu, commandCut, frameSelection(&from, &to));
   platform::checkMenuItem(menu, commandCameraTarget, objects[first].flags & objectCameraTarget);
   clickPosition.section = boundaryNear(sectionAt(first, clickPosition.frame), at.x);
   redrawChain(first);
