@@ -8,12 +8,12 @@
 #include "platform/backend.h"
 #include "platform/qt/qt_desktop.h"
 #include "zenlay/effects/registry.h"
+#include "zenlay/entry/plugin.h"
 #include "zenlay/host/environment.h"
-#include "zenlay/host/plugin.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
-#include "zenlay/ui/settings_window.h"
+#include "zenlay/ui/settings/window.h"
 
 namespace zenlay {
 namespace {

@@ -15,7 +15,7 @@
 #include "zenlay/host/module_files.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/scenes.h"
-#include "zenlay/ui/dialogs.h"
+#include "zenlay/ui/dialogs/dialogs.h"
 
 namespace zenlay {
 namespace {

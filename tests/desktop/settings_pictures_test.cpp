@@ -10,16 +10,16 @@
 #include "tests/support/fake_host.h"
 #include "tests/support/qt/events.h"
 #include "zenlay/effects/registry.h"
+#include "zenlay/entry/plugin.h"
 #include "zenlay/files/default_settings.h"
-#include "zenlay/host/plugin.h"
 #include "zenlay/model/arrange.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
-#include "zenlay/ui/settings_state.h"
-#include "zenlay/ui/settings_window.h"
+#include "zenlay/ui/settings/state.h"
+#include "zenlay/ui/settings/window.h"
 
 namespace zenlay::test {
 namespace {

@@ -7,7 +7,7 @@
 #include "tests/fuzz/mutator.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/test_effects.h"
-#include "zenlay/host/project_block.h"
+#include "zenlay/files/project_block.h"
 #include "zenlay/model/checker.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"

@@ -23,7 +23,7 @@ const Names records = {
     "zenlay/effects/definitions.h",  "zenlay/effects/scales_and_turns.h",
 };
 /// Process-wide state, filled by the entry and read by every room.
-const Names state = {"zenlay/host/environment.h", "zenlay/host/preferences.h"};
+const Names state = {"zenlay/host/environment.h", "zenlay/host/preferences.h", "zenlay/host/module_files.h"};
 
 const Names middle = {"zenlay/effects/", "zenlay/render/", "zenlay/files/", "zenlay/script/"};
 
@@ -51,14 +51,9 @@ const Room rooms[] = {
     {"zenlay/media/",
      together({{"platform/", "zenlay/media/", "zenlay/render/", "zenlay/effects/service_hooks.h"}, records, state})},
     {"zenlay/filters/", together({{"platform/", "zenlay/media/", "zenlay/filters/"}, records})},
-    // A backup is a project block; the extension table and the colour presets are the module's files.
-    {"zenlay/ui/",
-     together({{"platform/", "zenlay/model/", "zenlay/media/", "zenlay/ui/", "zenlay/host/project_block.h",
-                "zenlay/host/module_files.h"},
-               middle,
-               records,
-               state})},
-    {"zenlay/host/", {"platform/", "zenlay/"}},
+    {"zenlay/ui/", together({{"platform/", "zenlay/model/", "zenlay/media/", "zenlay/ui/"}, middle, records, state})},
+    {"zenlay/host/", together({{"platform/", "zenlay/model/records.h"}, records, state})},
+    {"zenlay/entry/", {"platform/", "zenlay/"}},
 };
 
 const fs::path root = SOURCE_DIR;

@@ -1,10 +1,10 @@
 #include "tests/ui/commands_stage.h"
 
+#include "zenlay/entry/plugin.h"
 #include "zenlay/files/alias_list.h"
-#include "zenlay/host/plugin.h"
 #include "zenlay/model/checker.h"
 #include "zenlay/model/sections.h"
-#include "zenlay/ui/window_procedure.h"
+#include "zenlay/ui/input/window_procedure.h"
 
 namespace zenlay::test {
 namespace {

@@ -23,11 +23,11 @@
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
-#include "zenlay/ui/commands.h"
-#include "zenlay/ui/menus.h"
-#include "zenlay/ui/selection.h"
-#include "zenlay/ui/settings_window.h"
-#include "zenlay/ui/timeline.h"
+#include "zenlay/ui/commands/commands.h"
+#include "zenlay/ui/menus/menus.h"
+#include "zenlay/ui/settings/window.h"
+#include "zenlay/ui/timeline/selection.h"
+#include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay::test {
 

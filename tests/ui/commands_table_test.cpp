@@ -1,12 +1,11 @@
 // The table as a whole: every number has its command, every menu entry leads to one, and nothing is begun while the
 // editor is busy.
-#include "zenlay/ui/commands_table.h"
-
 #include <cstring>
 #include <set>
 
 #include "tests/ui/commands_stage.h"
-#include "zenlay/ui/drag.h"
+#include "zenlay/ui/commands/table.h"
+#include "zenlay/ui/timeline/drag.h"
 
 namespace zenlay::test {
 namespace {

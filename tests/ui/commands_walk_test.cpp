@@ -4,7 +4,7 @@
 #include "tests/ui/commands_stage.h"
 #include "zenlay/files/alias_list.h"
 #include "zenlay/model/checker.h"
-#include "zenlay/ui/commands_table.h"
+#include "zenlay/ui/commands/table.h"
 
 namespace zenlay::test {
 namespace {

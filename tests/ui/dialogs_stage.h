@@ -15,9 +15,9 @@
 #include "zenlay/host/module_files.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/scenes.h"
-#include "zenlay/ui/color_presets.h"
-#include "zenlay/ui/dialogs.h"
-#include "zenlay/ui/menus.h"
+#include "zenlay/ui/dialogs/color_presets.h"
+#include "zenlay/ui/dialogs/dialogs.h"
+#include "zenlay/ui/menus/menus.h"
 
 namespace zenlay {
 

@@ -1,7 +1,5 @@
 // Handles on the image, moved by the host's messages; the model tells what became of it. Frames are 640 x 480, the
 // object is a picture of 200 x 100 pixels in the middle: its box is 220..420 x 190..290.
-#include "zenlay/ui/image_editing.h"
-
 #include <gtest/gtest.h>
 
 #include "platform/user_input.h"
@@ -20,8 +18,9 @@
 #include "zenlay/model/undo.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/render/preview_overlay.h"
-#include "zenlay/ui/command_ids.h"
-#include "zenlay/ui/settings_window.h"
+#include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/image/editing.h"
+#include "zenlay/ui/settings/window.h"
 
 namespace zenlay {
 namespace {

@@ -1,5 +1,5 @@
 // The context menus: their rows, what fills them, checks and greying, the shortcut entries.
-#include "zenlay/ui/menus.h"
+#include "zenlay/ui/menus/menus.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 #include "zenlay/files/alias_list.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/render/pipeline.h"
-#include "zenlay/ui/command_ids.h"
+#include "zenlay/ui/commands/command_ids.h"
 
 namespace zenlay::test {
 namespace {

@@ -8,7 +8,7 @@
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/sections.h"
 #include "zenlay/model/undo.h"
-#include "zenlay/ui/selection.h"
+#include "zenlay/ui/timeline/selection.h"
 
 namespace zenlay::test {
 namespace {

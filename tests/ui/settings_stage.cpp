@@ -7,9 +7,9 @@
 #include "zenlay/model/arrange.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
-#include "zenlay/ui/menus.h"
-#include "zenlay/ui/selection.h"
-#include "zenlay/ui/timeline.h"
+#include "zenlay/ui/menus/menus.h"
+#include "zenlay/ui/timeline/selection.h"
+#include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay::test {
 

@@ -12,13 +12,13 @@
 #include "tests/support/fake_host.h"
 #include "tests/support/scripted_desktop.h"
 #include "zenlay/effects/registry.h"
-#include "zenlay/host/plugin.h"
+#include "zenlay/entry/plugin.h"
 #include "zenlay/model/checker.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/slots.h"
-#include "zenlay/ui/command_ids.h"
-#include "zenlay/ui/settings_state.h"
-#include "zenlay/ui/settings_window.h"
+#include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/settings/state.h"
+#include "zenlay/ui/settings/window.h"
 
 namespace zenlay::test {
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/ui/settings_stage.h"
-#include "zenlay/ui/settings_value.h"
+#include "zenlay/ui/settings/value.h"
 
 namespace zenlay::test {
 namespace {

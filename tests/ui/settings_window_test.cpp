@@ -6,7 +6,7 @@
 #include "zenlay/model/sections.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
-#include "zenlay/ui/selection.h"
+#include "zenlay/ui/timeline/selection.h"
 
 namespace zenlay::test {
 namespace {

@@ -7,7 +7,7 @@
 #include "zenlay/files/object_file.h"
 #include "zenlay/host/module_files.h"
 #include "zenlay/model/slots.h"
-#include "zenlay/ui/file_drop.h"
+#include "zenlay/ui/input/file_drop.h"
 
 namespace zenlay::test {
 namespace {

@@ -6,8 +6,8 @@
 #include "tests/ui/pixel_desktop.h"
 #include "tests/ui/timeline_stage.h"
 #include "zenlay/model/slots.h"
-#include "zenlay/ui/timeline_colors.h"
-#include "zenlay/ui/timeline_ranges.h"
+#include "zenlay/ui/timeline/colors.h"
+#include "zenlay/ui/timeline/ranges.h"
 
 namespace zenlay::test {
 namespace {

@@ -4,7 +4,7 @@
 #include "tests/ui/timeline_stage.h"
 #include "zenlay/model/clipboard.h"
 #include "zenlay/model/groups.h"
-#include "zenlay/ui/command_ids.h"
+#include "zenlay/ui/commands/command_ids.h"
 
 namespace zenlay::test {
 namespace {

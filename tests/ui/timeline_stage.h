@@ -21,11 +21,11 @@
 #include "zenlay/model/sections.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
-#include "zenlay/ui/drag.h"
-#include "zenlay/ui/selection.h"
-#include "zenlay/ui/timeline.h"
-#include "zenlay/ui/timeline_layout.h"
-#include "zenlay/ui/window_procedure.h"
+#include "zenlay/ui/input/window_procedure.h"
+#include "zenlay/ui/timeline/drag.h"
+#include "zenlay/ui/timeline/layout.h"
+#include "zenlay/ui/timeline/selection.h"
+#include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay::test {
 

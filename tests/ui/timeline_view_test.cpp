@@ -2,10 +2,10 @@
 #include "platform/window_record.h"
 #include "tests/ui/timeline_stage.h"
 #include "zenlay/render/handles.h"
-#include "zenlay/ui/beat_grid.h"
-#include "zenlay/ui/command_ids.h"
-#include "zenlay/ui/timeline_paint.h"
-#include "zenlay/ui/timeline_scroll.h"
+#include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/timeline/beat_grid.h"
+#include "zenlay/ui/timeline/paint.h"
+#include "zenlay/ui/timeline/scroll.h"
 
 namespace zenlay::test {
 namespace {

@@ -8,7 +8,7 @@
 #include "zenlay/model/clipboard.h"
 #include "zenlay/model/groups.h"
 #include "zenlay/model/sections.h"
-#include "zenlay/ui/command_ids.h"
+#include "zenlay/ui/commands/command_ids.h"
 
 namespace zenlay::test {
 namespace {

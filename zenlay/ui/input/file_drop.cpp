@@ -1,0 +1,229 @@
+#include "zenlay/ui/input/file_drop.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "platform/paths.h"
+#include "zenlay/effects/effect_services.h"
+#include "zenlay/effects/registry.h"
+#include "zenlay/files/alias_file.h"
+#include "zenlay/files/object_file.h"
+#include "zenlay/host/environment.h"
+#include "zenlay/host/module_files.h"
+#include "zenlay/host/preferences.h"
+#include "zenlay/model/arrange.h"
+#include "zenlay/model/extra_data.h"
+#include "zenlay/model/groups.h"
+#include "zenlay/model/objects.h"
+#include "zenlay/model/order.h"
+#include "zenlay/model/slots.h"
+#include "zenlay/model/timeline_view.h"
+#include "zenlay/ui/commands/commands.h"
+#include "zenlay/ui/commands/table.h"
+#include "zenlay/ui/dialogs/dialogs.h"
+#include "zenlay/ui/input/input.h"
+#include "zenlay/ui/project/new_project.h"
+#include "zenlay/ui/timeline/drag.h"
+#include "zenlay/ui/timeline/layout.h"
+#include "zenlay/ui/timeline/timeline.h"
+
+namespace zenlay {
+namespace {
+
+constexpr char sourceField[] = "file";
+
+// ---- The source file of a media effect ----
+
+/// Where the effect keeps its file name, or null.
+char* sourceFieldOf(int object, int slot, int* size) {
+  const EffectDefinition* d = effectList[objects[object].slots[slot].effect];
+  uint8_t* data = extraDataOf(object, slot);
+  if (!isBuiltIn(d) || !d->exdata_fields || !data) return nullptr;
+  int offset = 0;
+  for (const ExdataField* field = d->exdata_fields; offset < d->exdata_size; offset += field++->size) {
+    if (field->type != exdataString || !field->name || strcmp(field->name, sourceField) != 0) continue;
+    *size = field->size;
+    return reinterpret_cast<char*>(data) + offset;
+  }
+  return nullptr;
+}
+
+/// The duration of a film or a sound in frames of the scene; 0 when the file is neither.
+int framesOfMedia(const char* path, bool audio) {
+  const EffectServiceTable* services = effectList[effectVideoFile]->services;
+  HostFileInfo info{};
+  uint32_t kind = audio ? openAudio : openVideo;
+  if (!services || !services->openMediaByPath(path, kind, &info)) return 0;
+  double seconds = 0;
+  if (audio && info.audioRate > 0)
+    seconds = static_cast<double>(info.audioSampleCount) / info.audioRate;
+  else if (!audio && info.rate > 0)
+    seconds = static_cast<double>(info.frameCount) * info.scale / info.rate;
+  double frames = seconds * environment.clip.rate / std::max(environment.clip.scale, 1);
+  return static_cast<int>(std::min(frames, static_cast<double>(environment.maxFrames)));
+}
+
+/// Asked of the host itself: nothing is wrong with a film without sound.
+bool isSilent(const char* path) {
+  HostFileInfo info{};
+  MediaHandle media = environment.hostFunctions->openMediaFile(path, &info, openAudio);
+  if (media) environment.hostFunctions->closeMediaFile(media);
+  return !media;
+}
+
+bool hasDuration(int effect) { return effect == effectVideoFile || effect == effectAudioFile; }
+
+// ---- Objects by file name extension ----
+
+/// The media effects that the extension stands for, in the table's order.
+std::vector<int> effectsFor(std::string_view extension) {
+  std::vector<int> effects;
+  for (const char* at = extensionTable; *at;) {
+    const char* name = at + strlen(at) + 1;
+    if (platform::equalNoCase(at, extension)) {
+      for (int audio : {0, 1}) {
+        int effect = findEffect(name, audio, 1);
+        if (effect >= 0 && effectList[effect]->flag & effectMedia) effects.push_back(effect);
+      }
+    }
+    at = name + strlen(name) + 1;
+  }
+  return effects;
+}
+
+bool projectHasAudio() { return environment.clip.flags & fileHasAudio; }
+
+/// A further object of one drop goes by the first.
+void matchFirst(int object, int first) {
+  setObjectLength(object, objects[first].end - objects[first].start + 1);
+  if (!preferences.group_open) return;
+  if (objects[first].group == 0) objects[first].group = newGroupNumber();
+  objects[object].group = objects[first].group;
+}
+
+int createMediaObjects(const char* path, int frame, int layer, const std::vector<int>& effects) {
+  std::vector<int> created;
+  bool refused = false;
+  for (int effect : effects) {
+    bool audio = effectList[effect]->flag & effectAudio;
+    if (audio && effects.size() > 1 && isSilent(path)) continue;
+    if (audio && !projectHasAudio()) {
+      refused = true;
+      continue;
+    }
+    int object = createObject(frame, layer + static_cast<int>(created.size()), effect, -1);
+    if (object < 0) continue;
+    created.push_back(object);
+    setSourceFile(object, 0, path);
+    if (created.size() > 1) matchFirst(object, created.front());
+  }
+  if (created.empty()) {
+    if (refused) showMessage("No sound in the editing project", boxWarning);
+    return 0;
+  }
+  for (int object : created) extendScene(objects[object].end);
+  makeCurrent(created.front());
+  if (objects[created.front()].start > timelineView.rightFrame) setLeftFrame(objects[created.front()].start);
+  redrawTimeline();
+  return 1;
+}
+
+int placeObjectFile(const char* path, int frame, int layer) {
+  int last = readObjectFile(path, frame, layer);
+  if (last < 0) return 0;
+  extendScene(last);
+  redrawTimeline();
+  return 1;
+}
+
+int placeAliasFile(const char* path, int frame, int layer) {
+  int object = placeAlias(path, frame, layer);
+  if (object < 0) return 0;
+  extendScene(chainRange(object).last);
+  makeCurrent(object);
+  redrawTimeline();
+  return 1;
+}
+
+// ---- Without a project ----
+
+/// What the new-project dialog was answered with, or the format of the clip that the host has opened.
+bool newProjectFormat(ClipFormat& format) {
+  const HostFileInfo& clip = environment.clip;
+  format = {clip.width, clip.height, clip.rate, clip.scale, clip.audioRate};
+  if (preferences.new_fmt) return true;
+  format.width = preferences.new_w;
+  format.height = preferences.new_h;
+  format.audioRate = preferences.new_hz;
+  return parseFrameRate(preferences.new_fps, &format.rate, &format.scale);
+}
+
+/// Opens the file as a clip to take the format from and makes a project; true when one is open.
+bool projectForClip(const char* path) {
+  const HostFunctionTable* host = environment.hostFunctions;
+  if (host->openEdit(environment.edit, path, 0) != 1 || !editNewProject(true)) return false;
+  ClipFormat format;
+  return newProjectFormat(format) && createProject(format);
+}
+
+struct OpeningCommand {
+  std::string_view extension;
+  int command;
+};
+constexpr OpeningCommand openingCommands[] = {{".zlo", commandNewFromObjectFile},
+                                              {".zenlay_backup", commandRestoreBackupPath}};
+
+/// True when the file is to be placed now; otherwise `result` is the answer.
+bool openWithoutProject(const char* path, int& result) {
+  std::string_view extension = platform::extensionOf(path);
+  for (const OpeningCommand& row : openingCommands) {
+    if (!platform::equalNoCase(row.extension, extension)) continue;
+    result = runCommand(row.command, reinterpret_cast<intptr_t>(path));
+    return false;
+  }
+  if (platform::equalNoCase(".cnp", extension)) {
+    result = environment.hostFunctions->openEdit(environment.edit, path, 0) == 1;
+    return false;
+  }
+  return projectForClip(path) && timelineView.sceneLength > 0;
+}
+
+}  // namespace
+
+bool setSourceFile(int object, int slot, const char* path) {
+  int size = 0;
+  char* field = sourceFieldOf(object, slot, &size);
+  size_t length = strlen(path);
+  if (!field || length >= static_cast<size_t>(size)) return false;
+  memset(field, 0, static_cast<size_t>(size));
+  memcpy(field, path, length);
+  if (modelHooks.sendCommand) modelHooks.sendCommand(object, slot, commandCheckFile, 0);
+  int effect = objects[object].slots[slot].effect;
+  if (!hasDuration(effect) || objects[object].chainHead >= 0) return true;
+  if (int frames = framesOfMedia(path, effectList[effect]->flag & effectAudio); frames > 0)
+    setObjectLength(object, frames);
+  return true;
+}
+
+int placeFile(const char* path, int frame, int layer) {
+  std::string_view extension = platform::extensionOf(path);
+  return commands::inOneStep([&]() -> int {
+    if (platform::equalNoCase(extension, ".zlo")) return placeObjectFile(path, snapFrame(frame, layer, false), layer);
+    if (platform::equalNoCase(extension, ".zla")) return placeAliasFile(path, snapFrame(frame, layer, false), layer);
+    std::vector<int> effects = effectsFor(extension);
+    return effects.empty() ? 0 : createMediaObjects(path, frame, layer, effects);
+  });
+}
+
+int filesDropped(const platform::DroppedFiles& files) {
+  if (files.count < 1) return 0;
+  if (timelineView.dragMode != dragNone) endDrag(false);
+  const std::string path = files.paths[0];
+  int result = 0;
+  if (timelineView.sceneLength < 1 && !openWithoutProject(path.c_str(), result)) return result;
+  return placeFile(path.c_str(), clampedFrameAtX(files.at.x), layerAtY(files.at.y));
+}
+
+}  // namespace zenlay

@@ -1,0 +1,105 @@
+// Which context menu a right press opens, and what it is about.
+#include <cstdlib>
+
+#include "zenlay/host/environment.h"
+#include "zenlay/model/objects.h"
+#include "zenlay/model/order.h"
+#include "zenlay/model/scenes.h"
+#include "zenlay/model/timeline_view.h"
+#include "zenlay/ui/commands/commands.h"
+#include "zenlay/ui/input/input.h"
+#include "zenlay/ui/menus/menus.h"
+#include "zenlay/ui/timeline/drag.h"
+#include "zenlay/ui/timeline/layout.h"
+#include "zenlay/ui/timeline/redraw.h"
+#include "zenlay/ui/timeline/selection.h"
+#include "zenlay/ui/timeline/timeline.h"
+
+namespace zenlay {
+
+using platform::Point;
+
+ClickPosition clickPosition;
+
+namespace {
+
+struct LayerItem {
+  int id;
+  uint32_t flag;  // LayerFlag that checks it; 0: never
+  bool inverted;
+};
+constexpr LayerItem layerItems[] = {
+    {commandLockLayer, layerLocked, false},
+    {commandToggleLayer, layerHidden, true},
+    {commandRenameLayer, 0, false},
+    {commandShowOtherLayers, 0, false},
+    {commandInsertLayer, 0, false},
+    {commandDeleteLayer, 0, false},
+    {commandLinkCoordinates, layerCoordinateLink, false},
+    {commandClipLayer, layerClipAbove, false},
+};
+
+int showAndRun(ContextMenu menu, Point at) {
+  platform::Window* window = environment.timelineWindow;
+  flushTimeline();
+  int id = showContextMenu(menu, window, platform::clientToScreen(window, at));
+  return id > 0 ? runCommand(id, 0) : 0;
+}
+
+int openLayerMenu(Point at) {
+  uint32_t flags = layers[clickPosition.layer].flags;
+  platform::Menu* menu = contextMenu(menuLayer);
+  for (const LayerItem& item : layerItems) {
+    platform::checkMenuItem(menu, item.id, item.flag && static_cast<bool>(flags & item.flag) != item.inverted);
+    platform::enableMenuItem(menu, item.id, timelineView.sceneLength > 0);
+  }
+  return showAndRun(menuLayer, at);
+}
+
+/// The section behind the boundary of the piece that is nearest to x, when it is close; -1 otherwise.
+int boundaryNear(int piece, int x) {
+  int next = nextSection(piece), behind = previousSection(piece) >= 0 ? piece : -1;
+  auto distance = [&](int section) { return std::abs(xOfFrame(objects[section].start) - x); };
+  if (next >= 0 && (behind < 0 || distance(next) < distance(behind))) behind = next;
+  return behind >= 0 && distance(behind) < edgeReach ? behind : -1;
+}
+
+int openObjectMenu(Point at) {
+  int first = selection().front();
+  platform::Menu* menu = contextMenu(menuObject);
+  int from, to;
+  platform::enableMenuItem(menu, commandCut, frameSelection(&from, &to));
+  platform::checkMenuItem(menu, commandCameraTarget, objects[first].flags & objectCameraTarget);
+  clickPosition.section = boundaryNear(sectionAt(first, clickPosition.frame), at.x);
+  redrawChain(first);
+  return showAndRun(menuObject, at);
+}
+
+/// An object that was selected only for its menu is let go of afterwards.
+int openAreaMenu(Point at, intptr_t state) {
+  int object = objectHolding(at);
+  bool selectedHere = selection().empty();
+  if (!(state & platform::mouseCtrl) && object >= 0 && addToSelection(object)) selectGroup(object);
+  redrawObjects(selection());
+  if (selection().empty()) return showAndRun(menuRow, at);
+  int result = openObjectMenu(at);
+  if (selectedHere) {
+    redrawObjects(selection());
+    clearSelection();
+  }
+  return result;
+}
+
+}  // namespace
+
+int timelineRightPressed(Point at, intptr_t state) {
+  if (timelineView.dragMode != dragNone) endDrag(state & platform::mouseCtrl);
+  if (onTimeline(clickPosition.section)) redrawChain(clickPosition.section);
+  clickPosition = {clampedFrameAtX(at.x), layerAtY(at.y), -1};
+  if (at.x < headerWidth) return at.y < rowsTop ? showAndRun(menuScene, at) : openLayerMenu(at);
+  if (timelineView.sceneLength < 1) return showAndRun(menuNoProject, at);
+  dropUnselectable();
+  return openAreaMenu(at, state);
+}
+
+}  // namespace zenlay

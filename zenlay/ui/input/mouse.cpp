@@ -1,0 +1,261 @@
+#include <algorithm>
+#include <cstdlib>
+
+#include "zenlay/host/environment.h"
+#include "zenlay/host/preferences.h"
+#include "zenlay/model/objects.h"
+#include "zenlay/model/order.h"
+#include "zenlay/model/scenes.h"
+#include "zenlay/model/timeline_view.h"
+#include "zenlay/ui/dialogs/dialogs.h"
+#include "zenlay/ui/input/input.h"
+#include "zenlay/ui/timeline/drag.h"
+#include "zenlay/ui/timeline/layout.h"
+#include "zenlay/ui/timeline/redraw.h"
+#include "zenlay/ui/timeline/selection.h"
+#include "zenlay/ui/timeline/timeline.h"
+
+namespace zenlay {
+
+using platform::Point;
+
+namespace {
+
+constexpr int wheelPixels = 100;
+
+int previouslyClicked = -1;  // object
+
+int gaugeLevel(int x) { return (x - 3) / 2; }
+
+/// The cursor goes to the frame at x and the view with it.
+void setCursorFromX(int x) {
+  int frame = clampedFrameAtX(x), limit = frameAtX(timelineView.clientWidth - sceneEndRoom);
+  if (frame < timelineView.leftFrame)
+    setLeftFrame(frame);
+  else if (frame > limit)
+    setLeftFrame(timelineView.leftFrame + frame - limit);
+  moveCursor(frame);
+}
+
+void toggleHidden(int layer) {
+  layers[layer].flags ^= layerHidden;
+  preferences.object_range ? redrawTimeline() : redrawLayer(layer);
+}
+
+void selectLayer(int layer) {
+  std::vector<int> list;
+  for (int i = layerRanges[layer].first; i <= layerRanges[layer].last; i++) list.push_back(indexOf(layerOrder[i]));
+  selectWhole(list);
+  redrawTimeline();
+}
+
+int pressSceneButton(Point at) {
+  if (!environment.projectOpen) return 0;
+  int scene = chooseScene(platform::clientToScreen(environment.timelineWindow, at), currentScene, true, nullptr);
+  if (scene < 0 || scene >= maxScenes || scene == currentScene) return 0;
+  enterScene(scene);
+  return 1;
+}
+
+int pressHeader(Point at, intptr_t state) {
+  if (at.y >= rowsBottom()) return 0;
+  if (at.y >= rowsTop) {
+    int layer = layerAtY(at.y);
+    if (state & platform::mouseCtrl) {
+      selectLayer(layer);
+      return 0;
+    }
+    toggleHidden(layer);
+    return 1;
+  }
+  if (at.y < gaugeTop) return pressSceneButton(at);
+  beginDrag(dragGauge, at);
+  setTimelineZoom(gaugeLevel(at.x));
+  return 0;
+}
+
+int pressEmpty(Point at, intptr_t state) {
+  if (state & platform::mouseCtrl) {
+    beginDrag(dragRange, at);
+    showRubberBand(at, at);
+    return 0;
+  }
+  beginDrag(dragCursor, at);
+  setCursorFromX(at.x);
+  return 1;
+}
+
+/// The object that touches the edge, if it moves along: by preference, or as a section of the same object.
+int partnerOf(int object, DragMode mode) {
+  const ObjectRecord& o = objects[object];
+  int frame = mode == dragStart ? o.start - 1 : o.end + 1;
+  int neighbour = frame < 0 ? -1 : objectAt(frame, o.layer);
+  if (neighbour < 0) return -1;
+  bool sameChain = o.chainHead >= 0 && objects[neighbour].chainHead == o.chainHead;
+  return preferences.pair_move || sameChain ? neighbour : -1;
+}
+
+void addEdge(int object, DragMode mode) {
+  int partner = partnerOf(object, mode);
+  if (partner >= 0) addToSelection(partner);
+  drag.edges.push_back({object, partner});
+}
+
+/// The edge of the object and of those of its group on other layers that begin (end) with it.
+void takeEdges(int object, DragMode mode) {
+  const ObjectRecord& o = objects[object];
+  addEdge(object, mode);
+  int group = objects[headOf(object)].group;
+  if (group == 0) return;
+  for (int layer = 0; layer < layersInUse; layer++) {
+    int other = layer == o.layer ? -1 : objectAt(mode == dragStart ? o.start : o.end, layer);
+    if (other < 0 || objects[headOf(other)].group != group) continue;
+    bool aligned = mode == dragStart ? objects[other].start == o.start : objects[other].end == o.end;
+    if (aligned && addToSelection(other)) addEdge(other, mode);
+  }
+}
+
+/// Everything between the object clicked before and this one.
+void extendRange(int object) {
+  const ObjectRecord &a = objects[previouslyClicked], &b = objects[object];
+  int first = std::min(a.start, b.start), last = std::max(a.end, b.end);
+  std::vector<int> list;
+  for (int layer = std::min(a.layer, b.layer); layer <= std::max(a.layer, b.layer); layer++) {
+    EntryRange there = entriesMeeting(first, last, layer);
+    for (int i = there.begin; i < there.end; i++) list.push_back(indexOf(layerOrder[i]));
+  }
+  for (int other : list) selectChain(other);
+  redrawTimeline();
+}
+
+DragMode modeOfPress(int object, int x, intptr_t state) {
+  if (state & platform::mouseCtrl || selection().size() != 1 || !isSelected(object)) return dragObjects;
+  ObjectEdge edge = edgeAt(object, x);
+  return edge == edgeStart ? dragStart : edge == edgeEnd ? dragEnd : dragObjects;
+}
+
+int pressObject(int object, Point at, intptr_t state) {
+  dropUnselectable();
+  bool takesOver = selection().empty() && currentObject >= 0 && object != currentObject;
+  if (takesOver) makeCurrent(object);
+  bool alreadySelected = isSelected(object);
+  addToSelection(object);
+  if (layers[objects[object].layer].flags & layerLocked) return takesOver;
+
+  DragMode mode = modeOfPress(object, at.x, state);
+  beginDrag(mode, at);
+  drag.grabbed = object;
+  drag.pressLayer = objects[object].layer;
+  drag.pressFrame = drag.grabFrame = frameAtX(at.x);
+  drag.shiftAtPress = state & platform::mouseShift;
+  drag.alreadySelected = alreadySelected;
+  if (mode != dragObjects)
+    takeEdges(object, mode);
+  else if (!alreadySelected)
+    selectGroup(object);
+
+  bool extends = (state & platform::mouseCtrl) && (state & platform::mouseShift) && selection().size() >= 2 &&
+                 onTimeline(previouslyClicked);
+  if (extends)
+    extendRange(object);
+  else
+    previouslyClicked = object;
+  redrawObjects(selection());
+  return 0;
+}
+
+void extendRubberBand(Point at) {
+  showRubberBand(drag.press, at);
+  auto [firstFrame, lastFrame] = std::minmax({frameAtX(drag.press.x), frameAtX(at.x)});
+  auto [firstLayer, lastLayer] = std::minmax({layerAtY(drag.press.y), layerAtY(at.y)});
+  for (int layer = firstLayer; layer <= lastLayer; layer++) {
+    EntryRange there = entriesMeeting(firstFrame, lastFrame, layer);
+    for (int i = there.begin; i < there.end; i++) selectChain(indexOf(layerOrder[i]));
+  }
+}
+
+void panTo(Point at) {
+  int64_t frames = (int64_t{drag.press.x} - at.x) * 10000 / timelineView.zoom;
+  setLeftFrame(static_cast<int>(std::clamp<int64_t>(drag.pressLeftFrame + frames, 0, INT32_MAX)));
+  setTopLayer(drag.pressTopLayer + (drag.press.y - at.y) / timelineView.layerHeight);
+}
+
+platform::CursorShape shapeAt(Point at) {
+  DragMode mode = timelineView.dragMode;
+  if (mode == dragStart || mode == dragEnd) return platform::cursorSizeHorizontal;
+  int object = mode == dragNone ? objectUnder(at) : -1;
+  if (object < 0 || platform::mouseState() & platform::mouseCtrl || !selection().empty() ||
+      layers[objects[object].layer].flags & layerLocked)
+    return platform::cursorArrow;
+  return edgeAt(object, at.x) == edgeNone ? platform::cursorArrow : platform::cursorSizeHorizontal;
+}
+
+}  // namespace
+
+void refreshCursorShape() {
+  platform::Window* window = environment.timelineWindow;
+  platform::setCursorShape(window, shapeAt(platform::screenToClient(window, platform::cursorPosition())));
+}
+
+int timelinePressed(Point at, intptr_t state) {
+  if (timelineView.dragMode != dragNone) endDrag(false);
+  if (timelineView.sceneLength < 1) return 0;
+  if (at.x < headerWidth) return pressHeader(at, state);
+  if (state & platform::mouseAlt) {
+    beginDrag(dragView, at);
+    return 0;
+  }
+  int object = objectUnder(at);
+  return object < 0 ? pressEmpty(at, state) : pressObject(object, at, state);
+}
+
+int timelineMoved(Point at, intptr_t state) {
+  switch (timelineView.dragMode) {
+    case dragObjects:
+    case dragStart:
+    case dragEnd:
+      dragObjectsTo(at, state);
+      break;
+    case dragCursor:
+      setCursorFromX(at.x);
+      return 1;
+    case dragGauge:
+      setTimelineZoom(gaugeLevel(at.x));
+      break;
+    case dragRange:
+      extendRubberBand(at);
+      break;
+    case dragView:
+      panTo(at);
+      break;
+    case dragNone:
+      refreshCursorShape();
+  }
+  return 0;
+}
+
+int timelineReleased(Point, intptr_t state) {
+  int redraw = timelineView.dragMode == dragNone ? 0 : endDrag(state & platform::mouseCtrl);
+  refreshCursorShape();
+  return redraw;
+}
+
+int timelineDoubleClicked(Point at, intptr_t state) {
+  int object = timelineView.sceneLength < 1 ? -1 : objectHolding(at);
+  if (object < 0) return timelinePressed(at, state);
+  makeCurrent(object);
+  return 1;
+}
+
+int timelineWheel(int notches, intptr_t state) {
+  if (notches == 0) return 0;
+  if (state & platform::mouseCtrl)
+    setTimelineZoom(timelineView.zoomLevel + notches);
+  else if (state & platform::mouseAlt)
+    setTopLayer(timelineView.topLayer - notches);
+  else
+    setLeftFrame(timelineView.leftFrame - notches * framesIn(wheelPixels));
+  return 0;
+}
+
+}  // namespace zenlay

@@ -1,0 +1,114 @@
+#include "zenlay/ui/menus/menus.h"
+
+#include "zenlay/host/environment.h"
+#include "zenlay/host/preferences.h"
+#include "zenlay/model/clipboard.h"
+#include "zenlay/model/objects.h"
+#include "zenlay/model/timeline_view.h"
+#include "zenlay/model/undo.h"
+#include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/menus/fill.h"
+#include "zenlay/ui/menus/tables.h"
+#include "zenlay/ui/timeline/selection.h"
+#include "zenlay/ui/timeline/timeline.h"
+
+namespace zenlay {
+namespace {
+
+platform::Menu* menus[contextMenus];
+
+struct CheckedItem {
+  int id;
+  int32_t* preference;
+};
+constexpr CheckedItem checkedItems[] = {
+    {commandToggleBeatGrid, &preferences.grid.grid},        {commandToggleGrid2d, &preferences.grid.grid2d},
+    {commandToggleGrid3d, &preferences.grid.grid3d},        {commandToggleOutOfArea, &preferences.grid.out_of_area},
+    {commandToggleCameraGui, &preferences.camera_gui},      {commandToggleObjectRange, &preferences.object_range},
+    {commandToggleTrackSelected, &preferences.config_move}, {commandToggleSnap, &preferences.object_snap},
+    {commandToggleFastPreview, &preferences.fast_preview},
+};
+
+bool canUndo() { return undoSteps() > 0; }
+
+bool anySelected(bool (*wanted)(const ObjectRecord&)) {
+  for (int object : selection())
+    if (wanted(objects[object])) return true;
+  return false;
+}
+
+struct GreyedItem {
+  int id;
+  bool (*enabled)();
+};
+constexpr GreyedItem greyedItems[] = {
+    {commandUndo, canUndo},
+    {settingsUndo, canUndo},
+    {commandPaste, [] { return clipboardEntries() > 0; }},
+    {commandRemoveMidpoint, [] { return onTimeline(clickPosition.section); }},
+    {commandUngroup, [] { return anySelected([](const ObjectRecord& o) { return o.group != 0; }); }},
+    {commandSpaceMidpointsByTime, [] { return anySelected([](const ObjectRecord& o) { return o.chainHead >= 0; }); }},
+    {commandSceneSettings, [] { return environment.projectOpen; }},
+};
+
+void showState(platform::Menu* menu) {
+  for (const CheckedItem& item : checkedItems) platform::checkMenuItem(menu, item.id, *item.preference != 0);
+  for (const GreyedItem& item : greyedItems) platform::enableMenuItem(menu, item.id, item.enabled());
+  const bool clips = !selection().empty() && objects[selection().front()].flags & objectClipAbove;
+  platform::checkMenuItem(menu, commandClipObject, clips);
+}
+
+ContextMenu at(int menu) { return static_cast<ContextMenu>(menu); }
+
+void makeGenerated() {
+  for (int menu = 0; menu < contextMenus; menu++) {
+    if (!isGenerated(at(menu))) continue;
+    platform::destroyMenu(menus[menu]);
+    menus[menu] = platform::createMenu(menuRows(at(menu)));
+  }
+  fillMenus(menus);
+}
+
+}  // namespace
+
+void createMenus() {
+  for (int menu = 0; menu < contextMenus; menu++)
+    if (!menus[menu]) menus[menu] = platform::createMenu(menuRows(at(menu)));
+  makeGenerated();
+}
+
+void destroyMenus() {
+  for (platform::Menu*& menu : menus) {
+    platform::destroyMenu(menu);
+    menu = nullptr;
+  }
+}
+
+void refillAliasMenus() {
+  if (menus[menuRow]) makeGenerated();
+}
+
+platform::Menu* contextMenu(ContextMenu menu) { return menus[menu]; }
+
+int showContextMenu(ContextMenu menu, platform::Window* owner, platform::Point screen) {
+  showState(menus[menu]);
+  return platform::showMenu(menus[menu], owner, screen);
+}
+
+ContextMenu effectMenuOf(int object) {
+  uint32_t flags = objects[object].flags;
+  bool mediaOrEffect = flags & (objectDrawn | objectFilterEffect);
+  if (flags & objectAudio) return mediaOrEffect ? menuAudioEffects : menuAudioFilters;
+  if (mediaOrEffect) return menuVideoEffects;
+  return flags & objectControl ? menuCameraEffects : menuVideoFilters;
+}
+
+bool frameSelection(int* first, int* last) {
+  int32_t from = 0, to = -1;
+  if (!environment.hostFunctions->getSelection(environment.edit, &from, &to)) return false;
+  *first = from;
+  *last = to;
+  return from <= to && (from > 0 || to < timelineView.sceneLength - 1);
+}
+
+}  // namespace zenlay

@@ -1,0 +1,204 @@
+// The window's values into the model: undo, the rest of the chain, linked coordinates, the selection.
+#include <algorithm>
+#include <vector>
+
+#include "zenlay/effects/registry.h"
+#include "zenlay/model/arrange.h"
+#include "zenlay/model/objects.h"
+#include "zenlay/model/sections.h"
+#include "zenlay/model/slots.h"
+#include "zenlay/model/undo.h"
+#include "zenlay/ui/settings/state.h"
+#include "zenlay/ui/settings/window.h"
+#include "zenlay/ui/timeline/selection.h"
+#include "zenlay/ui/timeline/timeline.h"
+
+namespace zenlay {
+namespace {
+
+using namespace settings;
+
+constexpr intptr_t trackChanges = changedStart | changedEnd | changedMode;
+constexpr intptr_t slotChanges = changedSlot | changedFold;
+constexpr intptr_t indexBits = 0xFFFF;
+
+/// One head per selected chain other than the current object's own.
+std::vector<int> selectedHeads() {
+  std::vector<int> heads;
+  for (int object : selection())
+    if (inUse(object) && headOf(object) != headOf(currentObject)) heads.push_back(headOf(object));
+  std::sort(heads.begin(), heads.end());
+  heads.erase(std::unique(heads.begin(), heads.end()), heads.end());
+  return heads;
+}
+
+/// The slot of another object that holds the same effect: the same one of several.
+int sameSlot(int object, int slot) {
+  const ObjectRecord& current = objects[currentObject];
+  int32_t effect = current.slots[slot].effect;
+  auto isSame = [effect](const EffectSlot& s) { return s.effect == effect; };
+  auto before = std::count_if(current.slots, current.slots + slot, isSame);
+  for (int i = 0; i < maxSlots; i++)
+    if (isSame(objects[object].slots[i]) && before-- == 0) return i;
+  return -1;
+}
+
+void recordStep() {
+  beginUndoStep();
+  std::vector<int> touched = selectedHeads();
+  touched.push_back(currentObject);
+  for (int object : touched) {
+    recordUndo(object, undoSnapshot | undoChain);
+    recordLinkedCoordinates(object);
+  }
+}
+
+/// The rows whose movement the user has changed: `row` and maybe those linked to it.
+std::vector<int> changedModes(int row) {
+  const ObjectRecord& object = objects[currentObject];
+  std::vector<int> rows;
+  for (int k = 0; k < state.trackRows; k++)
+    if (k == row || state.tracks[k].mode != object.modes[k] || state.tracks[k].param != object.params[k])
+      rows.push_back(k);
+  return rows;
+}
+
+void writeTrack(int row) {
+  ObjectRecord& object = objects[currentObject];
+  const TrackLine& line = state.tracks[row];
+  object.startValues[row] = line.start.value;
+  object.endValues[row] = line.end.value;
+  object.modes[row] = line.mode;
+  object.params[row] = line.param;
+}
+
+/// What the window has not changed it shows as the model has it.
+void writeValues(intptr_t change, int index, const std::vector<int>& modeRows) {
+  if (change & (changedStart | changedEnd)) writeTrack(index);
+  for (int row : modeRows) writeTrack(row);
+  if (change == changedCheck) objects[currentObject].checks[index] = state.checks[index].value;
+  if (change & slotChanges) setSlotFlags(currentObject, index, state.slots[index].flags);
+  syncChain(currentObject);
+}
+
+void copyMode(ObjectRecord& to, int track, const TrackLine& row) {
+  int before = to.modes[track] & modeNumber, after = row.mode & modeNumber;
+  to.modes[track] = row.mode;
+  to.params[track] = row.param;
+  if (before == modeAmount && after != modeAmount) to.endValues[track] = to.startValues[track];
+  if (before != modeAmount && after == modeAmount) to.endValues[track] = 0;
+}
+
+/// One item of the current object into every section of a selected one; a movement there stays continuous.
+void copyTrackItem(int head, intptr_t change, int row) {
+  RowOwner owner = trackOwner(row);
+  int slot = sameSlot(head, owner.slot);
+  if (slot < 0) return;
+  for (int section : sectionsOf(head)) {
+    ObjectRecord& to = objects[section];
+    int track = trackOf(to, slot, owner.index);
+    if (change == changedStart) to.startValues[track] = state.tracks[row].start.value;
+    if (change == changedEnd) to.endValues[track] = state.tracks[row].end.value;
+    if (change == changedMode) copyMode(to, track, state.tracks[row]);
+    if (change != changedMode) syncChain(section);
+  }
+}
+
+void copyCheck(int head, int row) {
+  RowOwner owner = checkOwner(row);
+  int slot = sameSlot(head, owner.slot);
+  if (slot < 0) return;
+  for (int section : sectionsOf(head))
+    objects[section].checks[checkOf(objects[section], slot, owner.index)] = state.checks[row].value;
+}
+
+void copySlotFlags(int head, intptr_t change, int slot) {
+  int same = sameSlot(head, slot);
+  if (same < 0) return;
+  uint8_t bits = change == changedFold ? slotFolded : slotEnabled | slotHandles;
+  setSlotFlags(head, same, static_cast<uint8_t>((slotFlagsOf(head, same) & ~bits) | (state.slots[slot].flags & bits)));
+}
+
+void copyToSelected(intptr_t change, int index, const std::vector<int>& modeRows) {
+  for (int head : selectedHeads()) {
+    if (change & trackChanges) {
+      if (change == changedMode)
+        for (int row : modeRows) copyTrackItem(head, change, row);
+      else
+        copyTrackItem(head, change, index);
+    } else if (change == changedCheck) {
+      copyCheck(head, index);
+    } else {
+      copySlotFlags(head, change, index);
+    }
+    syncChain(head);
+    if (change & trackChanges) followLinkedCoordinates(head, false);
+    redrawChain(head);
+  }
+}
+
+bool hasItem(intptr_t change, int index) {
+  switch (change) {
+    case changedStart:
+    case changedEnd:
+    case changedMode:
+      return trackOwner(index).slot >= 0;
+    case changedCheck:
+      return checkOwner(index).slot >= 0;
+    case changedSlot:
+    case changedFold:
+      return index < state.usedSlots;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+int applySettings(intptr_t parameter) {
+  intptr_t change = parameter & ~indexBits;
+  int index = static_cast<int>(parameter & indexBits);
+  if (!hasObject() || !hasItem(change, index)) return 0;
+  if (state.lastObject != currentObject || state.lastParameter != parameter) recordStep();
+  state.lastObject = currentObject;
+  state.lastParameter = parameter;
+
+  std::vector<int> modeRows;
+  if (change == changedMode) modeRows = changedModes(index);
+  writeValues(change, index, modeRows);
+  if (change & trackChanges) followLinkedCoordinates(currentObject, false);
+  copyToSelected(change, index, modeRows);
+  if (change & trackChanges) return trackChanged();
+  if (change == changedCheck) checkChanged(index);
+  redrawChain(currentObject);
+  return change != changedFold;
+}
+
+void endSettingsEdit() { state.lastObject = -1; }
+
+int trackChanged() {
+  if (!hasObject()) return 0;
+  redrawChain(currentObject);
+  return 1;
+}
+
+int restoreDefaults(int slot) {
+  const EffectDefinition* d = slot >= 0 && slot < maxSlots ? effectOf(slot) : nullptr;
+  if (!d) return 0;
+  beginUndoStep();
+  recordUndo(currentObject, undoSnapshot | undoChain);
+  recordLinkedCoordinates(currentObject);
+  ObjectRecord& object = objects[currentObject];
+  for (int t = 0; t < d->track_count; t++) {
+    int track = trackOf(object, slot, t);
+    object.startValues[track] = object.endValues[track] = d->track_defaults ? d->track_defaults[t] : 0;
+    object.modes[track] = modeNone;
+    object.params[track] = 0;
+  }
+  syncChain(currentObject);
+  followLinkedCoordinates(currentObject, false);
+  refreshSettings();
+  return trackChanged();
+}
+
+}  // namespace zenlay

@@ -1,0 +1,135 @@
+// Colours for effects: the dialog, and the pick of a pixel from the screen.
+#include <algorithm>
+#include <cstring>
+
+#include "platform/system.h"
+#include "zenlay/effects/service_hooks.h"
+#include "zenlay/host/environment.h"
+#include "zenlay/model/objects.h"
+#include "zenlay/model/scenes.h"
+#include "zenlay/model/timeline_view.h"
+#include "zenlay/render/convert.h"
+#include "zenlay/render/effect_commands.h"
+#include "zenlay/render/pipeline.h"
+#include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/dialogs/dialogs.h"
+#include "zenlay/ui/settings/state.h"
+#include "zenlay/ui/settings/window.h"
+
+namespace zenlay {
+namespace {
+
+using namespace settings;
+
+struct PendingPick {
+  int object = -1, row;
+  bool wantsRgb;
+};
+PendingPick pending;
+
+constexpr intptr_t noPick = -1;
+
+int rgbOf(const FramePixel& pixel) {
+  Bgr c = toRgb(pixel.y, pixel.cb, pixel.cr);
+  return c.r << 16 | c.g << 8 | c.b;
+}
+
+FramePixel yccOf(int rgb) {
+  ObjectPixel c = toYcbcr(static_cast<uint8_t>(rgb >> 16), static_cast<uint8_t>(rgb >> 8), static_cast<uint8_t>(rgb));
+  return {c.y, c.cb, c.cr};
+}
+
+/// A pixel of the current frame, rendered for it; false when there is none.
+bool framePixel(platform::Point at, FramePixel* pixel) {
+  int width = environment.outputWidth, height = environment.outputHeight;
+  if (at.x < 0 || at.y < 0 || at.x >= width || at.y >= height || timelineView.sceneLength < 1) return false;
+  size_t bytes = static_cast<size_t>(environment.workBufferBytes);
+  void* memory[2] = {platform::reserveMemory(bytes), platform::reserveMemory(bytes)};
+  bool rendered = false;
+  if (memory[0] && memory[1]) {
+    FrameProcessInfo info{};
+    info.frame = static_cast<FramePixel*>(memory[0]);
+    info.scratch = static_cast<FramePixel*>(memory[1]);
+    info.width = info.originalWidth = width;
+    info.height = info.originalHeight = height;
+    info.maxWidth = environment.bufferWidth;
+    info.maxHeight = environment.maxHeight;
+    info.frameNumber = timelineView.cursorFrame;
+    info.frameCount = timelineView.sceneLength;
+    info.edit = environment.edit;
+    info.pixelBytes = sizeof(FramePixel);
+    info.lineBytes = environment.bufferWidth * static_cast<int>(sizeof(FramePixel));
+    rendered = renderSceneFrame(&info, layersPerScene, 0, 0, 0);
+    if (rendered) *pixel = info.frame[static_cast<size_t>(environment.bufferWidth) * at.y + at.x];
+  }
+  for (void* area : memory)
+    if (area) platform::releaseMemory(area, bytes);
+  return rendered;
+}
+
+}  // namespace
+
+void beginColorPick(int object, int row, bool wantsRgb) { pending = {object, row, wantsRgb}; }
+
+bool colorPickPending() { return pending.object >= 0; }
+
+int pickImageColor(platform::Point at) {
+  if (!colorPickPending()) return 0;
+  FramePixel pixel{};
+  bool known = framePixel(at, &pixel);
+  sendCommand(commandColorPicked, !known ? noPick : pending.wantsRgb ? rgbOf(pixel) : packedYcc(pixel));
+  pending = {};
+  return 1;
+}
+
+int pickScreenColor() {
+  if (!colorPickPending() || !(platform::mouseState() & platform::mouseLeft)) return 0;
+  platform::Point at = platform::cursorPosition();
+  if (environment.projectOpen && platform::topLevelWindow(platform::windowAt(at)) == environment.hostMainWindow)
+    return 0;
+  int color = platform::screenPixel(at);
+  sendCommand(commandColorPicked, color < 0 ? noPick : pending.wantsRgb ? color : packedYcc(yccOf(color)));
+  pending = {};
+  return 1;
+}
+
+int colorPicked(intptr_t color) {
+  PendingPick pick = pending;
+  pending = {};
+  RowOwner owner = pick.object == currentObject ? checkOwner(pick.row) : RowOwner{-1, 0};
+  if (color == noPick || owner.slot < 0) return 0;
+  return callEffect(currentObject, owner.slot, commandTakeColor | owner.index << 16, color);
+}
+
+namespace settings {
+
+int chooseEffectColor(ObjectRef ref, void* colour, uint32_t flags) {
+  if (!ref || !colour) return 0;
+  int32_t* values = static_cast<int32_t*>(colour);
+  bool ycc = flags & chooseYcc;
+  int color =
+      ycc ? rgbOf({static_cast<int16_t>(values[0]), static_cast<int16_t>(values[1]), static_cast<int16_t>(values[2])})
+          : values[0];
+  if (!chooseColor(color) || (ycc && color == noColor)) return 0;
+  if (!ycc) {
+    values[0] = color;
+    return 1;
+  }
+  FramePixel pixel = yccOf(color);
+  values[0] = pixel.y;
+  values[1] = pixel.cb;
+  values[2] = pixel.cr;
+  return 1;
+}
+
+int pickEffectColor(ObjectRef ref, int check, uint32_t flags) {
+  int slot = slotOfRef(ref);
+  if (currentObject < 0 || slot >= state.usedSlots ||
+      !settingsControl(objectOfRef(ref), slot, firstCheckControl, check))
+    return 0;
+  beginColorPick(currentObject, objects[currentObject].slots[slot].firstCheck + check, !(flags & chooseYcc));
+  return 1;
+}
+
+}  // namespace settings
+}  // namespace zenlay

@@ -1,0 +1,186 @@
+#include "zenlay/ui/settings/window.h"
+
+#include <algorithm>
+
+#include "zenlay/effects/service_hooks.h"
+#include "zenlay/host/environment.h"
+#include "zenlay/host/preferences.h"
+#include "zenlay/model/scenes.h"
+#include "zenlay/model/timeline_view.h"
+#include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/dialogs/dialogs.h"
+#include "zenlay/ui/settings/state.h"
+
+namespace zenlay {
+namespace settings {
+
+using namespace platform;
+
+namespace {
+
+constexpr int fullHeight = 2662;
+
+void pushed(int id) {
+  if (id >= idTrackName && id < idTrackName + maxTracks)
+    openMovementMenu(id - idTrackName);
+  else if (id >= idEnable && id < idHandles + maxSlots)
+    slotClicked(id);
+  else if (id >= idPushButton && id < idPushButton + maxChecks)
+    sendCommand(commandPushButton, id - idPushButton);
+  else
+    runSettingsItem(id);
+}
+
+void controlCommand(int id, int event, Window* control) {
+  if (id >= idCustom && id < idCustomEnd)
+    sendCommand(id, event);
+  else if (id == idCheckBox)
+    checkClicked(control);
+  else if (id >= idDropDown && id < idDropDown + maxChecks) {
+    if (event == controlSelectionChanged) sendCommand(commandDropDownChanged, id - idDropDown);
+  } else if (!boxEvent(control, event) && event == controlClicked)
+    pushed(id);
+}
+
+void turnWheel(intptr_t first) {
+  int frame = timelineView.cursorFrame - wheelNotches(first);
+  if (hasObject()) sendCommand(commandSetCursor, std::clamp(frame, 0, std::max(timelineView.sceneLength - 1, 0)));
+}
+
+void paintAll() {
+  Canvas* canvas = windowCanvas(state.window);
+  Size size = clientSize(state.window);
+  fillRect(canvas, {0, 0, size.width, size.height}, systemColor(colorFace));
+  drawStrip();
+}
+
+intptr_t passSizeMove(uint32_t message, intptr_t first, intptr_t second) {
+  SizeMoveNotice notice{state.window, message, first, second};
+  return sendMessage(environment.hostMainWindow, platform::messageCommand, hostSizeMove,
+                     reinterpret_cast<intptr_t>(&notice));
+}
+
+intptr_t procedure(Window*, uint32_t message, intptr_t first, intptr_t second, void*) {
+  switch (message) {
+    case platform::messageCommand:
+      if (first == settingsMovement)
+        editMovementParameter(static_cast<int>(second));
+      else if (!state.updating)
+        controlCommand(commandId(first), commandEvent(first), reinterpret_cast<Window*>(second));
+      return 0;
+    case messageHorizontalScroll:
+      scrolled(reinterpret_cast<Window*>(second), scrollAction(first));
+      return 0;
+    case messagePaint:
+      paintAll();
+      return 0;
+    case messageLeftDown:
+    case messageLeftDoubleClick:
+      pressStrip(unpackPoint(second));
+      return 0;
+    case messageMouseMove:
+    case messageLeftUp:
+      dragStrip(unpackPoint(second), first & mouseLeft);
+      return 0;
+    case messageRightUp:
+      openContextMenu(unpackPoint(second));
+      return 0;
+    case messageMouseWheel:
+      turnWheel(first);
+      return 0;
+    case messageFilesDropped:
+      filesDropped(*reinterpret_cast<const DroppedFiles*>(second));
+      return 0;
+    case messageActivated:
+      if (!first) pickScreenColor();
+      return 0;
+    case messageSizing:
+    case messageEnterSizeMove:
+    case messageExitSizeMove:
+      return passSizeMove(message, first, second);
+    default:
+      return 0;
+  }
+}
+
+/// Its preferred place, moved onto a monitor.
+Rect firstPlace() {
+  Rect place{preferences.config_x, preferences.config_y, windowWidth, fullHeight};
+  Rect screen = virtualScreen();
+  if (!onAnyMonitor({place.x, place.y, windowWidth, sectionStrip.y + sectionStrip.height})) {
+    place.x = std::clamp(place.x, screen.x, std::max(screen.x + screen.width - windowWidth, screen.x));
+    place.y = std::clamp(place.y, screen.y, std::max(screen.y + screen.height - windowWidth, screen.y));
+  }
+  return place;
+}
+
+WindowHandle controlOfRef(ObjectRef ref, int kind, int index) {
+  return settingsControl(objectOfRef(ref), slotOfRef(ref), kind, index);
+}
+
+int setTrackRange(ObjectRef ref, int track, int minimum, int maximum, int denominator) {
+  return setSettingsTrackRange(objectOfRef(ref), slotOfRef(ref), track, minimum, maximum, denominator);
+}
+
+int chooseEffectScene(ObjectRef, int current) { return chooseScene(cursorPosition(), current, false, nullptr); }
+
+void installServices() {
+  serviceHooks.getSettingsControl = controlOfRef;
+  serviceHooks.setTrackRange = setTrackRange;
+  serviceHooks.chooseColour = chooseEffectColor;
+  serviceHooks.pickColour = pickEffectColor;
+  serviceHooks.chooseScene = chooseEffectScene;
+}
+
+void removeServices() {
+  serviceHooks.getSettingsControl = nullptr;
+  serviceHooks.setTrackRange = nullptr;
+  serviceHooks.chooseColour = nullptr;
+  serviceHooks.pickColour = nullptr;
+  serviceHooks.chooseScene = nullptr;
+}
+
+}  // namespace
+
+intptr_t sendCommand(int id, intptr_t parameter) {
+  return sendMessage(environment.timelineWindow, platform::messageCommand, id, parameter);
+}
+
+intptr_t sendHostCommand(int id) { return sendMessage(environment.timelineWindow, messageHostCommand, id, 0); }
+
+}  // namespace settings
+
+using namespace settings;
+
+void createSettingsWindow() {
+  if (state.window) return;
+  platform::Window* window = platform::createWindow(
+      environment.timelineWindow, procedure, nullptr,
+      {"ExtendedFilterClass", "ExtendedFilter", firstPlace(), platform::windowTool | platform::windowAcceptsFiles});
+  state = {};
+  endSettingsEdit();
+  createControls(window);
+  forgetLayout();
+  installServices();
+}
+
+void destroySettingsWindow() {
+  if (!state.window) return;
+  platform::Rect place = platform::windowPlace(state.window);
+  preferences.config_x = place.x;
+  preferences.config_y = place.y;
+  removeServices();
+  platform::destroyWindow(state.window);
+  state = {};
+}
+
+platform::Window* settingsWindow() { return state.window; }
+
+void enableSettings(bool enabled) {
+  state.saving = !enabled;
+  if (!state.window) return;
+  platform::enableWindow(state.window, enabled);
+  platform::showWindow(state.window, enabled && hasObject(), false);
+}
+
+}  // namespace zenlay
