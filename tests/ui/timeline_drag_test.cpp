@@ -1,7 +1,7 @@
 // Objects and edges dragged with the mouse and nudged with the keys. One pixel is one frame; frame 0 stands at x 64.
 #include "tests/ui/timeline_stage.h"
 #include "zenlay/model/groups.h"
-#include "zenlay/ui/timeline/redraw.h"
+#include "zenlay/ui/timeline/snapping.h"
 
 namespace zenlay::test {
 namespace {

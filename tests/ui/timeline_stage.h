@@ -47,12 +47,7 @@ class Timeline : public testing::Test {
     fakeHost.frameCount = 1000;
     fakeHost.selectionLast = 999;
     fakeHost.intSettings = {{"zoom", 19}, {"object_snap", 0}};
-    modelHooks = {.objectDeleted =
-                      [](int object) {
-                        forgetDragged(object);
-                        forgetSelected(object);
-                      },
-                  .trackValues = evaluateSlot};
+    modelHooks = {.objectDeleted = forgetObject, .trackValues = evaluateSlot};
     mainWindow = platform::createWindow(nullptr, noteMessage, this, {.style = platform::windowVisible});
     window = platform::createWindow(mainWindow, forward, nullptr, {.style = platform::windowVisible});
     environment.timelineWindow = window;

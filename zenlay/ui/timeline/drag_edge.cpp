@@ -5,7 +5,6 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/timeline_view.h"
-#include "zenlay/model/undo.h"
 #include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/snapping.h"
@@ -90,11 +89,9 @@ void moveSlide(const Slide& slide, int frames) {
 }
 
 void recordSlideUndo(const Slide& slide) {
-  if (drag.changed) return;
-  drag.changed = true;
-  beginUndoStep();
-  recordUndo(slide.stretched, undoPosition);
-  for (int section = slide.first; section >= 0; section = nextSection(section)) recordUndo(section, undoPosition);
+  std::vector<int> moved{slide.stretched};
+  for (int section = slide.first; section >= 0; section = nextSection(section)) moved.push_back(section);
+  recordDragUndo(moved);
 }
 
 bool slideEdge(int frames, bool snaps) {
@@ -119,7 +116,7 @@ bool moveEdges(int frames, bool snaps) {
   for (const EdgePair& pair : drag.edges)
     if (pair.object == drag.grabbed) frames = edgeShift(pair, frames, snaps);
   if (frames == 0) return false;
-  recordDragUndo();
+  recordDragUndo(selection());
   for (const EdgePair& pair : drag.edges) {
     if (int shift = edgeShift(pair, frames, false)) moveEdge(pair, shift);
   }

@@ -14,8 +14,5 @@ void flushTimeline();
 void paintTimeline();
 
 void noteCursorMoved();
-/// Opposite corners; shown until hideRubberBand.
-void showRubberBand(platform::Point, platform::Point);
-void hideRubberBand();
 
 }  // namespace zenlay
