@@ -470,8 +470,7 @@ TEST_F(TimelineDrag, WhatHappensMeanwhileLeavesTheModelWhole) {
   const Row rows[] = {
       {"the object goes", [](int object, int) { deleteObjects(std::vector<int>{object}); }},
       {"the neighbour goes", [](int, int other) { deleteObjects(std::vector<int>{other}); }},
-      {"the scene changes", [](int, int) { switchScene(3, nullptr, nullptr); }},
-      {"the scene is changed by the timeline", [](int, int) { enterScene(3); }},
+      {"the scene changes", [](int, int) { enterScene(3); }},
       {"undo", [](int, int) { undo(); }},
       {"the capture is lost", [](int, int) { platform::releaseMouse(); }},
       {"the project closes", [this](int, int) { send(messageFileClose); }},
@@ -485,6 +484,14 @@ TEST_F(TimelineDrag, WhatHappensMeanwhileLeavesTheModelWhole) {
          platform::user::mouse(window, platform::messageLeftDoubleClick, {9, 9}, platform::mouseLeft);
        }},
       {"a second press", [this](int, int) { press(xOf(205), rowOf(1)); }},
+      {"a right press",
+       [this](int, int) {
+         platform::user::mouse(window, platform::messageRightDown, {9, 99}, platform::mouseLeft);
+       }},
+      {"a drop",
+       [this](int, int) {
+         drop("/a.txt", {300, 100});
+       }},
       {"a command", [this](int, int) { send(messageCommand, 1001); }},
       {"the window goes and comes", [this](int, int) { send(messageWindowClose), send(messageWindowSetUp); }},
   };

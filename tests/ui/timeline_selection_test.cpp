@@ -312,16 +312,6 @@ TEST_F(TimelineSelection, TheBoundaryNearThePressIsRemembered) {
   }
 }
 
-TEST_F(TimelineSelection, ARightPressEndsADragFirst) {
-  int object = create(100, 199, 0);
-  press(xOf(150), rowOf(0));
-  moveTo(xOf(170), rowOf(0));
-  platform::user::mouse(window, platform::messageRightDown, {xOf(170), rowOf(0)}, platform::mouseLeft);
-  EXPECT_EQ(timelineView.dragMode, dragNone);
-  moveTo(xOf(190), rowOf(0));
-  EXPECT_EQ(placeOf(object), (Place{120, 219, 0}));
-}
-
 TEST_F(TimelineSelection, TargetsAreTheSelectionOrTheCurrentObject) {
   std::vector<int> chain = createChain(100, 199, 0, {150});
   int other = create(300, 399, 0);

@@ -25,7 +25,6 @@
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/input/input.h"
 #include "zenlay/ui/project/new_project.h"
-#include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/layout.h"
 #include "zenlay/ui/timeline/snapping.h"
 #include "zenlay/ui/timeline/timeline.h"
@@ -241,7 +240,7 @@ bool setSourceFile(int object, int slot, const char* path) {
 
 int filesDropped(const platform::DroppedFiles& files) {
   if (files.count < 1) return 0;
-  if (timelineView.dragMode != dragNone) endDrag(false);
+  endPendingDrag(0);
   const std::string path = files.paths[0];
   const bool opens = timelineView.sceneLength < 1;
   int result = 0;

@@ -8,6 +8,8 @@ namespace zenlay {
 
 int timelinePressed(platform::Point, intptr_t state);
 int timelineMoved(platform::Point, intptr_t state);
+/// As by a release; nothing when there is no drag.
+int endPendingDrag(intptr_t state);
 /// `button`: MouseState bit.
 int timelineReleased(intptr_t button, intptr_t state);
 int timelineMiddlePressed(platform::Point);

@@ -92,19 +92,21 @@ int openAreaMenu(Point at, intptr_t state) {
   return result;
 }
 
-}  // namespace
-
-int timelineRightPressed(Point at, intptr_t state) {
-  if (timelineView.dragMode != dragNone) endDrag(state & platform::mouseCtrl);
-  if (onTimeline(clickPosition.section)) redrawChain(clickPosition.section);
-  clickPosition = {clampedFrameAtX(at.x), visibleLayerAtY(at.y), -1};
-  if (at.x < headerWidth) {
-    if (at.y >= rowsBottom()) return 0;
-    return at.y < rowsTop ? showAndRun(menuScene, at) : openLayerMenu(at);
-  }
+int openMenu(Point at, intptr_t state) {
+  if (at.x < headerWidth && at.y >= rowsBottom()) return 0;
+  if (at.x < headerWidth) return at.y < rowsTop ? showAndRun(menuScene, at) : openLayerMenu(at);
   if (timelineView.sceneLength < 1) return showAndRun(menuNoProject, at);
   dropUnselectable();
   return openAreaMenu(at, state);
+}
+
+}  // namespace
+
+int timelineRightPressed(Point at, intptr_t state) {
+  const int ended = endPendingDrag(state);
+  if (onTimeline(clickPosition.section)) redrawChain(clickPosition.section);
+  clickPosition = {clampedFrameAtX(at.x), visibleLayerAtY(at.y), -1};
+  return openMenu(at, state) | ended;
 }
 
 }  // namespace zenlay

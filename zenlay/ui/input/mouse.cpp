@@ -82,36 +82,6 @@ int pressEmpty(Point at, intptr_t state) {
   return 1;
 }
 
-/// The object that touches the edge, if it moves along: by preference, or as a section of the same object.
-int partnerOf(int object, DragMode mode) {
-  const ObjectRecord& o = objects[object];
-  int frame = mode == dragStart ? o.start - 1 : o.end + 1;
-  int neighbour = frame < 0 ? -1 : objectAt(frame, o.layer);
-  if (neighbour < 0) return -1;
-  bool sameChain = o.chainHead >= 0 && objects[neighbour].chainHead == o.chainHead;
-  return preferences.pair_move || sameChain ? neighbour : -1;
-}
-
-void addEdge(int object, DragMode mode) {
-  int partner = partnerOf(object, mode);
-  if (partner >= 0) addToSelection(partner);
-  drag.edges.push_back({object, partner});
-}
-
-/// The edge of the object and of those of its group on other layers that begin (end) with it.
-void takeEdges(int object, DragMode mode) {
-  const ObjectRecord& o = objects[object];
-  addEdge(object, mode);
-  int group = objects[headOf(object)].group;
-  if (group == 0) return;
-  for (int layer = 0; layer < layersInUse; layer++) {
-    int other = layer == o.layer ? -1 : objectAt(mode == dragStart ? o.start : o.end, layer);
-    if (other < 0 || objects[headOf(other)].group != group) continue;
-    bool aligned = mode == dragStart ? objects[other].start == o.start : objects[other].end == o.end;
-    if (aligned && addToSelection(other)) addEdge(other, mode);
-  }
-}
-
 DragMode modeOfPress(int object, int x, intptr_t state) {
   if (state & platform::mouseCtrl || selection().size() != 1 || !isSelected(object)) return dragObjects;
   ObjectEdge edge = edgeAt(object, x);
@@ -203,17 +173,21 @@ void refreshCursorShape() {
   platform::setCursorShape(window, shapeAt(platform::screenToClient(window, platform::cursorPosition())));
 }
 
+int endPendingDrag(intptr_t state) {
+  return timelineView.dragMode == dragNone ? 0 : endDrag(state & platform::mouseCtrl);
+}
+
 int timelinePressed(Point at, intptr_t state) {
-  if (timelineView.dragMode != dragNone) endDrag(state & platform::mouseCtrl);
+  const int ended = endPendingDrag(state);
   notePress(at);
-  if (timelineView.sceneLength < 1) return 0;
-  if (at.x < headerWidth) return pressHeader(at, state);
+  if (timelineView.sceneLength < 1) return ended;
+  if (at.x < headerWidth) return pressHeader(at, state) | ended;
   if (state & platform::mouseAlt) {
     beginDrag(dragView);
-    return 0;
+    return ended;
   }
   int object = objectUnder(at);
-  return object < 0 ? pressEmpty(at, state) : pressObject(object, at, state);
+  return (object < 0 ? pressEmpty(at, state) : pressObject(object, at, state)) | ended;
 }
 
 int timelineMiddlePressed(Point at) {
@@ -225,7 +199,7 @@ int timelineMiddlePressed(Point at) {
 
 int timelineMoved(Point at, intptr_t state) {
   if (timelineView.dragMode == dragNone || state & drag.button) return dragTo(at, state);
-  int redraw = endDrag(state & platform::mouseCtrl);  // the release was lost
+  int redraw = endPendingDrag(state);  // the release was lost
   refreshCursorShape();
   return redraw;
 }
@@ -246,16 +220,15 @@ void followView(intptr_t state) {
 }
 
 int timelineReleased(intptr_t button, intptr_t state) {
-  bool held = timelineView.dragMode != dragNone && drag.button == button;
-  int redraw = held ? endDrag(state & platform::mouseCtrl) : 0;
+  int redraw = drag.button == button ? endPendingDrag(state) : 0;
   refreshCursorShape();
   return redraw;
 }
 
 int timelineDoubleClicked(Point at, intptr_t state) {
-  if (timelineView.dragMode != dragNone) endDrag(state & platform::mouseCtrl);
+  const int ended = endPendingDrag(state);
   int object = timelineView.sceneLength < 1 ? -1 : objectHolding(at);
-  if (object < 0) return timelinePressed(at, state);
+  if (object < 0) return timelinePressed(at, state) | ended;
   makeCurrent(object);
   return 1;
 }

@@ -189,6 +189,8 @@ void abandonDrag() {
 }
 
 void forgetDragged(int object) {
+  if (timelineView.dragMode == dragNone) return;
+  std::erase(drag.pressSelection, object);
   if (!movesObjects(timelineView.dragMode)) return;
   bool involved = object == drag.grabbed || isSelected(object);
   for (const EdgePair& pair : drag.edges) involved |= object == pair.object || object == pair.partner;

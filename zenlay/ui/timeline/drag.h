@@ -70,6 +70,9 @@ inline constexpr int dragTimer = 1;
 bool moveSelection(int frames, int layersDown, bool snaps, bool shift);
 /// Moves the edges of drag.edges.
 bool moveEdges(int frames, bool snaps);
+/// For dragStart or dragEnd: the edge of the object and of those of its group on other layers that begin (end) with it.
+/// Neighbours that move along are selected.
+void takeEdges(int object, DragMode);
 /// Before every change of a drag; the first one begins the undo step, of where the objects are.
 void recordDragUndo(std::span<const int> objects);
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <climits>
 
+#include "zenlay/host/preferences.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/timeline_view.h"
@@ -108,7 +109,36 @@ bool slideEdge(int frames, bool snaps) {
   return true;
 }
 
+/// The object that touches the edge, if it moves along: by preference, or as a section of the same object.
+int partnerOf(int object, DragMode mode) {
+  const ObjectRecord& o = objects[object];
+  int frame = mode == dragStart ? o.start - 1 : o.end + 1;
+  int neighbour = frame < 0 ? -1 : objectAt(frame, o.layer);
+  if (neighbour < 0) return -1;
+  bool sameChain = o.chainHead >= 0 && objects[neighbour].chainHead == o.chainHead;
+  return preferences.pair_move || sameChain ? neighbour : -1;
+}
+
+void addEdge(int object, DragMode mode) {
+  int partner = partnerOf(object, mode);
+  if (partner >= 0) addToSelection(partner);
+  drag.edges.push_back({object, partner});
+}
+
 }  // namespace
+
+void takeEdges(int object, DragMode mode) {
+  const ObjectRecord& o = objects[object];
+  addEdge(object, mode);
+  int group = objects[headOf(object)].group;
+  if (group == 0) return;
+  for (int layer = 0; layer < layersInUse; layer++) {
+    int other = layer == o.layer ? -1 : objectAt(mode == dragStart ? o.start : o.end, layer);
+    if (other < 0 || objects[headOf(other)].group != group) continue;
+    bool aligned = mode == dragStart ? objects[other].start == o.start : objects[other].end == o.end;
+    if (aligned && addToSelection(other)) addEdge(other, mode);
+  }
+}
 
 bool moveEdges(int frames, bool snaps) {
   if (slides()) return slideEdge(frames, snaps);
