@@ -115,6 +115,15 @@ TEST_F(TimelineDrop, EverythingIsInsertedSnapped) {
   EXPECT_EQ(placeOf(objectAt(200, 2)), (Place{200, 250, 2}));
 }
 
+TEST_F(TimelineDrop, WhatBeginsASceneIsShownWhole) {
+  timelineView.sceneLength = fakeHost.frameCount = 1;
+  drop("/films/a.avi", 0, 0);
+  EXPECT_EQ(timelineView.sceneLength, 51);
+  EXPECT_EQ(timelineView.zoom, 75000) << "382 of 467 pixels; the next level would take 510";
+  drop("/films/a.avi", 400, 1);
+  EXPECT_EQ(timelineView.zoom, 75000);
+}
+
 TEST_F(TimelineDrop, BelowTheRowsMeansTheLastOne) {
   Timeline::drop("/films/a.avi", {xOf(100), rowsBottom() + 5});
   EXPECT_GE(objectAt(100, 4), 0);

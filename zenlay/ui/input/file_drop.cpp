@@ -242,11 +242,11 @@ int filesDropped(const platform::DroppedFiles& files) {
   if (files.count < 1) return 0;
   endPendingDrag(0);
   const std::string path = files.paths[0];
-  const bool opens = timelineView.sceneLength < 1;
+  const bool begins = timelineView.sceneLength <= 1;  // a scene, with this file
   int result = 0;
-  if (opens && !openWithoutProject(path.c_str(), result)) return result;
+  if (timelineView.sceneLength < 1 && !openWithoutProject(path.c_str(), result)) return result;
   result = placeFile(path.c_str(), clampedFrameAtX(files.at.x), visibleLayerAtY(files.at.y));
-  if (opens) zoomToFit();
+  if (begins && result) zoomToFit();
   return result;
 }
 
