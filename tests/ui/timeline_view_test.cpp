@@ -269,7 +269,6 @@ TEST_F(TimelineWindow, PlaybackGoesOnInAnotherScene) {
   extendScene(5000);
   setLeftFrame(2000);
   playbackNotification(300, 2);
-  timelineView.savedLeftFrame = 0;
   playbackNotification(300, 8);
   EXPECT_EQ(timelineView.leftFrame, 0);
   timelineView.sceneLength = 0;

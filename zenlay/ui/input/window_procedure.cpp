@@ -150,7 +150,7 @@ bool windowMessage(uint32_t message, intptr_t first, intptr_t second) {
 /// While the host saves, the mouse and the keys do nothing but end what they had begun.
 int refuseInput(uint32_t message, intptr_t first) {
   if (message == platform::messageKeyUp) return timelineKeyUp(static_cast<int>(first));
-  if (message == platform::messageLeftUp || message == platform::messageMiddleUp) endDrag(false);
+  if (message == platform::messageLeftUp || message == platform::messageMiddleUp) endPendingDrag(0);
   return 0;
 }
 

@@ -19,7 +19,7 @@ constexpr ColorTriple soundFilterColors{rgb(108, 108, 16), rgb(192, 192, 32), rg
 constexpr ColorTriple controlColors{rgb(16, 108, 108), rgb(24, 192, 192), rgb(64, 216, 216)};
 constexpr ColorTriple greyColors{rgb(96, 96, 96), rgb(128, 128, 128), rgb(144, 144, 144)};
 
-/// The first whose flags the object has any of and all of, as far as it names some.
+/// Fits objects that have one of `any`, if it names some, and all of `all`; the first row that fits counts.
 struct ColorRow {
   uint32_t any, all;
   const ColorTriple& colors;
