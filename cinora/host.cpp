@@ -114,17 +114,20 @@ void Host::closeEdit() {
   if (!edit.open) return;
   plugins.broadcast(zenlay::messageFileClose);
   edit = {};
-  sound.forget();
   absentFilters.clear();
   noteChange(true);
 }
 
 bool Host::setFrameCount(int32_t count) {
   if (!resizeClip(edit, count)) return false;
-  sound.forget();
   plugins.broadcast(zenlay::messageUpdate);
   noteChange(true);
   return true;
+}
+
+void Host::noteChange(bool content) {
+  if (content) sound.forget();
+  if (desktop.changed) desktop.changed(content);
 }
 
 zenlay::FramePixel* Host::image(int index) {

@@ -81,9 +81,8 @@ class Host {
   void closeEdit();
   bool setFrameCount(int32_t count);
   zenlay::EditHandle editHandle() { return &edit; }
-  void noteChange(bool picture) {
-    if (desktop.changed) desktop.changed(picture);
-  }
+  /// The clip, its selection or its current frame changed, or with `content` what it shows and sounds like.
+  void noteChange(bool content);
 
   /// A frame image for `index` 0 and 1 (frames), 2 and 3 (getFrameBeforeFilter).
   zenlay::FramePixel* image(int index);

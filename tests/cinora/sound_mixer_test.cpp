@@ -59,7 +59,7 @@ class SoundMixerTest : public ::testing::Test {
 };
 
 TEST_F(SoundMixerTest, ABlockIsMadeOnce) {
-  Host& host = start("64x48_30000-1001fps_44100Hz.zenlay", 100);
+  Host& host = start("64x48_30000-1001fps_44100Hz.zenlay", 400);
   const SoundBlock& block = host.sound.block(host, 7);
   EXPECT_EQ(block.count, 1471);
   ASSERT_EQ(block.samples.size(), 2u * 1471);
@@ -70,11 +70,13 @@ TEST_F(SoundMixerTest, ABlockIsMadeOnce) {
   EXPECT_EQ(asked[0], calls) << "the same block";
   EXPECT_EQ(asked[2 * 1471], 99) << "and no more than that";
   EXPECT_EQ(host.sound.block(host, 8).samples[0], calls + 1);
-  for (int frame = 9; frame < 20; frame++) host.sound.block(host, frame);
-  EXPECT_EQ(host.sound.block(host, 8).samples[0], calls + 1) << "still kept";
-  host.sound.forget();
-  EXPECT_EQ(host.sound.block(host, 7).samples[0], calls + 13);
-  EXPECT_EQ(hostFunctions.getAudioFiltered(host.editHandle(), 100, asked.data()), 0);
+  // Eleven seconds (329.7 frames) and two frames stay: those of 7..337.
+  for (int frame = 9; frame < 338; frame++) host.sound.block(host, frame);
+  EXPECT_EQ(host.sound.block(host, 7).samples[0], calls) << "still kept";
+  host.sound.block(host, 338);
+  EXPECT_EQ(host.sound.block(host, 8).samples[0], static_cast<int16_t>(calls + 1));
+  EXPECT_EQ(host.sound.block(host, 7).samples[0], static_cast<int16_t>(calls + 332)) << "the oldest went";
+  EXPECT_EQ(hostFunctions.getAudioFiltered(host.editHandle(), 400, asked.data()), 0);
   EXPECT_EQ(hostFunctions.getAudioFiltered(host.editHandle(), -1, asked.data()), 0);
   EXPECT_EQ(hostFunctions.getAudioFiltered(nullptr, 0, asked.data()), 0);
 }
@@ -84,6 +86,10 @@ TEST_F(SoundMixerTest, ChangesOfTheFilmForget) {
   int16_t calls = host.sound.block(host, 2).samples[0];
   host.setFrameCount(11);
   EXPECT_EQ(host.sound.block(host, 2).samples[0], calls + 1);
+  host.noteChange(false);
+  EXPECT_EQ(host.sound.block(host, 2).samples[0], calls + 1) << "the cursor moved";
+  host.noteChange(true);
+  EXPECT_EQ(host.sound.block(host, 2).samples[0], calls + 2) << "an object was edited";
   ASSERT_TRUE(host.openEdit("64x48_25fps_8000Hz.zenlay"));
   EXPECT_EQ(host.sound.block(host, 0).count, 320);
 }
