@@ -74,8 +74,8 @@ class Host {
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
-  /// Opens a clip named after its format ("640x480_30fps_44100Hz.zenlay"), or one of the format of the film `name`, and
-  /// tells the filters; an open one is closed first. False, with a message, when there is no such format or the image
+  /// Opens a clip named after its format ("640x480_30fps_44100Hz.zenlay"), or the film `name` itself, and tells the
+  /// filters; an open one is closed first. False, with a message, when there is no such format or the image
   /// would be too large.
   bool openEdit(const std::string& name);
   void closeEdit();

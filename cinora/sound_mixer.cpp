@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cinora/host.h"
+#include "cinora/media_files.h"
 
 namespace cinora {
 namespace {
@@ -12,6 +13,14 @@ constexpr int64_t maxKeptBlocks = 1 << 14;  // of films with hundreds of frames 
 
 size_t keptBlocks(const ClipFormat& format) {
   return static_cast<size_t>(std::min(int64_t{keptSeconds} * format.rate / format.scale + 2, maxKeptBlocks));
+}
+
+/// What the clip itself sounds like; silence where it is no film, or behind its end.
+void readClip(const zenlay::HostEdit& edit, SoundBlock& block) {
+  const ClipFormat& format = edit.format;
+  if (!edit.media || !edit.hasSound || setMediaSoundRate(*edit.media, format.audioRate, format.audioChannels) < 1)
+    return;
+  readMediaSound(*edit.media, soundPosition(format, block.frame), block.count, block.samples.data());
 }
 
 void runSoundFilters(Host& host, SoundBlock& block) {
@@ -56,7 +65,10 @@ const SoundBlock& SoundMixer::block(Host& host, int frame) {
   block.count = soundBlockLength(format, frame);
   block.samples.assign(static_cast<size_t>(block.count) * format.audioChannels, 0);
   making_ = true;
-  if (block.count > 0) runSoundFilters(host, block);
+  if (block.count > 0) {
+    readClip(host.edit, block);
+    runSoundFilters(host, block);
+  }
   making_ = false;
   order_.push_back(frame);
   return blocks_[frame] = std::move(block);

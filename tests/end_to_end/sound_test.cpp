@@ -143,6 +143,7 @@ TEST_F(SoundFilm, PlainSamplesAreTheFilesOwn) {
   ASSERT_EQ(film.size(), 2u * 3 * rate);
   EXPECT_EQ(Samples(film.begin() + 2 * rate, film.end()), expected);
   EXPECT_EQ(Samples(film.begin(), film.begin() + 2 * rate), Samples(2 * rate));
+  EXPECT_EQ(contentsOf(folder / "a.wav").substr(12, 4), "JUNK") << "room for lengths above 4 GiB";
 }
 
 TEST_F(SoundFilm, RangesBeginWithTheirFirstFrame) {
