@@ -9,7 +9,7 @@ namespace cinora {
 namespace {
 
 constexpr int crossings = 32;        // of the sinc on each side
-constexpr int fineness = 1024;       // entries of the kernel's table a crossing
+constexpr int fineness = 512;        // entries of the kernel's table a crossing
 constexpr double beta = 9;           // of the window: what is stopped is 90 dB down
 constexpr double passedBand = 0.96;  // of the lower rate's, where the filter's edge lies
 constexpr int minPhases = 256, anyPhases = 512, maxPhases = 1024;
@@ -48,7 +48,9 @@ int phasesFor(int64_t out, double band) {
 }  // namespace
 
 ResamplingFilter::ResamplingFilter(int phases, double band)
-    : phases_(phases), band_(band), reach_((static_cast<int>(std::ceil(crossings / band)) + 3) / 4 * 4) {
+    : phases_(phases),
+      band_(band),
+      reach_((static_cast<int>(std::ceil(crossings / band)) + sumLanes / 2 - 1) / (sumLanes / 2) * (sumLanes / 2)) {
   int taps = 2 * reach_;
   weights_.resize(static_cast<size_t>(phases + 1) * taps);
   for (int phase = 0; phase <= phases; phase++) {
@@ -74,22 +76,12 @@ std::shared_ptr<const ResamplingFilter> ResamplingFilter::forRates(int64_t in, i
   return filter;
 }
 
-const float* ResamplingFilter::weights(double fraction, float* room) const {
+WeightRow ResamplingFilter::weights(double fraction) const {
   double place = fraction * phases_ + nearPhase / 2;
   int phase = static_cast<int>(place), taps = 2 * reach_;
   const float* before = &weights_[static_cast<size_t>(phase) * taps];
-  if (place - phase < nearPhase) return before;
-  const float* behind = before + taps;
-  float weight = static_cast<float>(place - phase);
-  for (int i = 0; i < taps; i++) room[i] = before[i] + weight * (behind[i] - before[i]);
-  return room;
-}
-
-float weightedSum(const float* samples, const float* weights, int count) {
-  float sums[8] = {};
-  for (int i = 0; i < count; i += 8)
-    for (int lane = 0; lane < 8; lane++) sums[lane] += samples[i + lane] * weights[i + lane];
-  return ((sums[0] + sums[4]) + (sums[1] + sums[5])) + ((sums[2] + sums[6]) + (sums[3] + sums[7]));
+  if (place - phase < nearPhase) return {before, before, 0};
+  return {before, before + taps, static_cast<float>(place - phase)};
 }
 
 }  // namespace cinora

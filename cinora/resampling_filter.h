@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+#include "cinora/weighted_sums.h"
+
 namespace cinora {
 
 class ResamplingFilter {
@@ -20,18 +22,14 @@ class ResamplingFilter {
 
   /// Samples it needs before and behind a place: the one at the place is number `reach() - 1` of `2 * reach()`.
   int reach() const { return reach_; }
-  /// The weights of the 2 * reach() samples around a place `fraction` (0..1, below 1) behind a sample. `room` holds
-  /// that many, for those that lie between two phases.
-  const float* weights(double fraction, float* room) const;
+  /// The weights of the 2 * reach() samples around a place `fraction` (0..1, below 1) behind a sample.
+  WeightRow weights(double fraction) const;
 
  private:
   int phases_;   // places between two samples that have weights of their own; others lie between two of them
   double band_;  // of the file's that is kept
-  int reach_;    // a multiple of 4
+  int reach_;    // 2 * reach is a multiple of sumLanes
   std::vector<float> weights_;  // [phases + 1][2 * reach]
 };
-
-/// The sum of `count` products; `count` is a multiple of 8.
-float weightedSum(const float* samples, const float* weights, int count);
 
 }  // namespace cinora

@@ -57,15 +57,15 @@ void SoundReader::resample(PlaceOf placeOf, int count, int16_t* out) {
   size_t length = static_cast<size_t>(placeOf(count - 1).whole + reach + 1 - begin);
   input_.resize(length * channels_);
   planes_.resize(length * channels_);
-  weights_.resize(2 * static_cast<size_t>(reach));
+  sums_.resize(static_cast<size_t>(channels_));
   decoder_.read(begin, static_cast<int>(length), input_.data());
   for (int c = 0; c < channels_; c++)
     for (size_t i = 0; i < length; i++) planes_[c * length + i] = input_[i * channels_ + c];
   for (int i = 0; i < count; i++) {
     Place place = placeOf(i);
-    const float* weights = filter_->weights(place.fraction, weights_.data());
     const float* around = planes_.data() + (place.whole - reach + 1 - begin);
-    for (int c = 0; c < channels_; c++) *out++ = toSample(weightedSum(around + c * length, weights, 2 * reach));
+    weightedSums(around, length, channels_, filter_->weights(place.fraction), 2 * reach, sums_.data());
+    out = std::transform(sums_.begin(), sums_.end(), out, toSample);
   }
 }
 

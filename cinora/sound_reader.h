@@ -41,7 +41,7 @@ class SoundReader {
   std::shared_ptr<const ResamplingFilter> filter_;  // null: not needed yet
   double readUpTo_ = -1;                            // place in the file of the sample behind the last one read
   bool turned_ = false;                             // the rate has changed since
-  std::vector<float> input_, planes_, weights_;
+  std::vector<float> input_, planes_, sums_;
 };
 
 inline constexpr int maxSoundRate = 20000000;

@@ -9,6 +9,7 @@
 #include <numbers>
 #include <random>
 
+#include "tests/support/every_target.h"
 #include "tests/support/scratch_folder.h"
 
 namespace cinora {
@@ -262,6 +263,23 @@ TEST_F(SoundReaderTest, ResamplingKeepsLevelAndPlace) {
     EXPECT_NEAR(row.amplitude > 0 ? tone.delay : 0, 0, 0.01) << row.rate;
     EXPECT_LT(tone.rest, 2) << row.rate << " " << row.frequency;
   }
+}
+
+TEST(WeightedSums, AreTheSameOnEveryProcessor) {
+  std::mt19937 random(3);
+  std::vector<float> samples(200), before(96), behind(96);
+  for (auto* values : {&samples, &before, &behind})
+    for (float& value : *values) value = static_cast<float>(random()) / 4294967296.0f - 0.5f;
+  std::vector<std::vector<float>> results;
+  zenlay::test::onEveryTarget([&] {
+    std::vector<float> sums(2);
+    weightedSums(samples.data(), 100, 2, {before.data(), behind.data(), 0.3f}, 96, sums.data());
+    results.push_back(sums);
+  });
+  double exact = 0;
+  for (int i = 0; i < 96; i++) exact += samples[100 + i] * (0.7 * before[i] + 0.3 * behind[i]);
+  EXPECT_NEAR(results[0][1], exact, 1e-5);
+  for (const auto& sums : results) EXPECT_EQ(sums, results[0]);
 }
 
 /// A speed that moves: every block at another rate, beginning at the sample nearest to where the last one ended.
