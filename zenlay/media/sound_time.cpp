@@ -1,6 +1,7 @@
 #include "zenlay/media/sound_time.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "zenlay/media/playback_time.h"
 
@@ -90,6 +91,13 @@ void continueSound(EffectDefinition* effect, EditHandle edit, bool framesOfFilm)
   int32_t position = static_cast<int32_t>(unit.origin + (halves + 1) / 2);
   position = std::clamp(position, effect->track_min[playPosition], effect->track_max[playPosition]);
   effect->track_begin_values[playPosition] = effect->track_end_values[playPosition] = position;
+}
+
+bool hasStrayed(const AudioBlock& block, int64_t next, int64_t timed, int64_t second, int64_t lap) {
+  if (block.speed == normalTimeSpeed) return false;
+  int64_t off = std::abs(next - timed);
+  if (lap > 0) off = std::min(off % lap, lap - off % lap);
+  return off > second / 10;
 }
 
 int64_t wrapSample(int64_t sample, int64_t first, int64_t last) {
