@@ -9,7 +9,6 @@ namespace zenlay {
 
 namespace {
 
-constexpr int32_t movementMode = 0xF;  // of a mode word; 0 = static
 constexpr int64_t speedPerTrack = normalTimeSpeed / normalSpeed;
 constexpr int64_t maxSample = int64_t{1} << 52;
 
@@ -43,7 +42,7 @@ SoundTime soundTimeOf(EffectDefinition* effect, EffectProcessInfo* info, ObjectR
   ObjectData section = sectionOf(services, info, player);
   SoundTime time{};
   if (!section.startValues || info->rate <= 0 || info->scale <= 0) return time;
-  bool moving = section.modes[playPosition] & movementMode;
+  bool moving = moves(section.modes[playPosition]);
   time.loop = section.checks[playLoop] != 0;
   time.ranged = time.loop && moving;
   time.rangeFirst = time.position = section.startValues[playPosition];
@@ -76,7 +75,7 @@ int64_t positionSample(int32_t value, const PositionUnit& unit, int64_t rate) {
 
 void continueSound(EffectDefinition* effect, EditHandle edit, bool framesOfFilm) {
   HostFileInfo clip{};
-  bool moving = effect->track_modes[playPosition] & movementMode;
+  bool moving = moves(effect->track_modes[playPosition]);
   if (moving || !effect->host_functions->getFileInfo(edit, &clip) || clip.rate <= 0 || clip.scale <= 0) return;
   EffectProcessInfo info{};
   AudioBlock block{};

@@ -145,6 +145,7 @@ void prepare(MixLevel* level, const FrameProcessInfo& host, int depth) {
   info.scale = environment.clip.scale;
   info.maxWidth = environment.workW;
   info.maxHeight = environment.workH;
+  std::fill_n(level->layerTime, layersPerScene, 0);
   info.layerTime = level->layerTime;
   info.audio = &level->block;
 }
