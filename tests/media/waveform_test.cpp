@@ -55,11 +55,11 @@ TEST(WaveLine, ConnectsItsPointsAndStaysInside) {
   Canvas canvas(8, 16);
   Samples square{32767, -32768};
   drawWaveLine(canvas.image, square.data(), 2, {});
-  for (int x = 0; x < 8; x++) {
+  for (int x = 1; x < 7; x++) {
     Column column = canvas.column(x);
     int sum = 0;
     for (int a : column) sum += a;
-    EXPECT_NEAR(sum / 4096.0, 1.5 + 14.5 / 8, 0.01) << "a column's part of the way and the thickness";
+    EXPECT_NEAR(sum / 4096.0, 1.5 * std::hypot(1, 14.5 / 8), 0.05) << "as thick where it is steep";
   }
   EXPECT_GT(canvas.column(0)[0], 0);
   EXPECT_GT(canvas.column(7)[15], 0);
@@ -194,7 +194,7 @@ TEST_F(WaveformDisplay, MoreSamplesThanAFrameLieAroundItsMiddle) {
     stage.info.hostFrame = frame;
     EXPECT_EQ(stage.EffectStage::run(), 1);
     Column frames;
-    for (int x : {1, 4, 6, 9, 11, 14})
+    for (int x : {1, 4, 6, 8, 12, 14})
       frames.push_back(static_cast<int>(std::lround((8 - heightAt(x)) / (7.25 * 1500 / 32768))));
     return frames;
   };
