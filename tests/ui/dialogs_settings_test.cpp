@@ -88,7 +88,7 @@ TEST_F(Dialogs, PreferencesLimitNumbers) {
       EXPECT_EQ(text(dialog, 173), "8");
       EXPECT_EQ(text(dialog, 174), "4");
       EXPECT_EQ(text(dialog, 175) + text(dialog, 176), "");
-      EXPECT_EQ(text(dialog, 177), "0");
+      EXPECT_EQ(text(dialog, 177), "2048") << "what is in force";
       EXPECT_EQ(text(dialog, 178), "10");
       EXPECT_EQ(text(dialog, 179), "5");
       type(dialog, row.id, row.typed);

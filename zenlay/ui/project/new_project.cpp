@@ -7,7 +7,7 @@
 namespace zenlay {
 namespace {
 
-constexpr int64_t maxNumber = 0x7FFFFFFF;
+constexpr int64_t maxNumber = 0x7FFFFFFF, maxScale = 1000000000;
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -19,7 +19,7 @@ bool parseFrameRate(const char* text, int32_t* rate, int32_t* scale) {
   int64_t numerator = 0, denominator = 1;
   for (; isDigit(*text) && numerator <= maxNumber; text++) numerator = numerator * 10 + (*text - '0');
   if (*text == '.') {
-    for (text++; isDigit(*text) && numerator <= maxNumber && denominator <= maxNumber; text++) {
+    for (text++; isDigit(*text) && numerator * 10 + (*text - '0') <= maxNumber && denominator < maxScale; text++) {
       numerator = numerator * 10 + (*text - '0');
       denominator *= 10;
     }
@@ -45,8 +45,13 @@ std::string clipName(const ClipFormat& format) {
 }
 
 bool createProject(const ClipFormat& format) {
-  std::string name = clipName(format);
-  return environment.hostFunctions->openEdit(environment.edit, name.c_str(), 0) == 1 && environment.projectOpen;
+  const std::string name = clipName(format);
+  if (environment.hostFunctions->openEdit(environment.edit, name.c_str(), 0) != 1 || !environment.projectOpen)
+    return false;
+  const HostFileInfo& clip = environment.clip;
+  if (int64_t{clip.rate} * format.scale != int64_t{format.rate} * clip.scale)
+    showMessage("The project was opened with another frame rate.", boxWarning);
+  return true;
 }
 
 }  // namespace zenlay
