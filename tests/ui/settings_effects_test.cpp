@@ -91,11 +91,11 @@ TEST_F(SettingsEffects, SectionsKeepTheirPlayback) {
   int second = addSection(head, 30, sectionSplit);
   showObject(second);
   current().startValues[0] = 5;
+  syncChain(second);
   drop(0, "/films/a.mp4");
   EXPECT_STREQ(video().media.file, "/films/a.mp4");
   EXPECT_EQ(current().startValues[0], 5);
   EXPECT_EQ(current().end, 59);
-  current().startValues[0] = 1;
 }
 
 TEST_F(SettingsEffects, ASynchronizedSynthesisCountsAnOffset) {

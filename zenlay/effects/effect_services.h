@@ -118,6 +118,12 @@ inline FramePixel unpackedYcc(intptr_t c) {
   return {static_cast<int16_t>(c), static_cast<int16_t>(c >> 16), static_cast<int16_t>(c >> 32)};
 }
 
+/// A number that the user is asked for.
+struct NumberItem {
+  const char* label;
+  int32_t value, min, max;
+};
+
 /// Kinds of getSettingsControl: the controls of a track, those of a check, and the slot's (index 0).
 enum SettingsControl : int {
   trackNameButton,
@@ -233,6 +239,8 @@ struct EffectServiceTable {
   /// The scene chosen from a dialog, or -1.
   int (*chooseScene)(ObjectRef, int current);
   const char* (*sceneName)(int scene);
+  /// A dialog with the numbers, at most 16; 0 when cancelled, and then they are as before.
+  int (*askNumbers)(ObjectRef, NumberItem*, int count);
 };
 
 /// The object drawn last, for "Previous object".

@@ -61,7 +61,8 @@ constexpr Preset presets[] = {
 };
 
 constexpr int maxShownSeconds = 10;
-constexpr double quietest = 60.0;  // dB below full scale, where bars begin
+constexpr int maxResolution = 2000;  // of a picture's sides, too
+constexpr double quietest = 60.0;    // dB below full scale, where bars begin
 
 /// The sound around the frame, and which of it is shown.
 struct ShownSound {
@@ -200,6 +201,12 @@ constexpr ExtraControl controls[] = {
     {checkPreset, extraShortList, offsetof(WaveformData, type)},
     {checkColor, extraColor, offsetof(WaveformData, color)},
     {checkReference, extraSound, offsetof(WaveformData, media)},
+    {checkSetting, extraNumber, offsetof(WaveformData, mode), 0, {"Waveform type (0/1)", 2, 0, 1}},
+    {checkSetting, extraNumber, offsetof(WaveformData, res_w), 0, {"Hx resolution", 2, 0, maxResolution}},
+    {checkSetting, extraNumber, offsetof(WaveformData, res_h), 0, {"Vy resolution", 2, 0, maxResolution}},
+    {checkSetting, extraNumber, offsetof(WaveformData, pad_w), 0, {"Hx space (%)", 2, 0, 100}},
+    {checkSetting, extraNumber, offsetof(WaveformData, pad_h), 0, {"Vy space (%)", 2, 0, 100}},
+    {checkSetting, extraNumber, offsetof(WaveformData, mirror), 0, {"Mirror", 1, 0, 1}},
 };
 
 /// A preset of the list brings its other values along.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <vector>
 
 #include "platform/control.h"
 #include "platform/paths.h"
@@ -78,6 +79,38 @@ int chooseScene(EffectDefinition* effect, size_t offset) {
   int32_t& scene = fieldAt<int32_t>(effect, offset);
   int chosen = effect->services->chooseScene(effect->object_ref, scene);
   return chosen < 0 ? 0 : store(effect, [&] { scene = chosen; });
+}
+
+int32_t numberAt(EffectDefinition* effect, const ExtraControl& row) {
+  if (row.number.bytes == 1) return fieldAt<uint8_t>(effect, row.offset);
+  return row.number.bytes == 2 ? fieldAt<int16_t>(effect, row.offset) : fieldAt<int32_t>(effect, row.offset);
+}
+
+void setNumber(EffectDefinition* effect, const ExtraControl& row, int32_t value) {
+  if (row.number.bytes == 1)
+    fieldAt<uint8_t>(effect, row.offset) = static_cast<uint8_t>(value);
+  else if (row.number.bytes == 2)
+    fieldAt<int16_t>(effect, row.offset) = static_cast<int16_t>(value);
+  else
+    fieldAt<int32_t>(effect, row.offset) = value;
+}
+
+/// All numbers of the button.
+int askNumbers(EffectDefinition* effect, const ExtraControl* controls, size_t rows, int check) {
+  std::vector<const ExtraControl*> asked;
+  std::vector<NumberItem> items;
+  for (const ExtraControl* row = controls; row != controls + rows; row++) {
+    if (row->check != check || row->kind != extraNumber) continue;
+    asked.push_back(row);
+    items.push_back({row->number.label, numberAt(effect, *row), row->number.min, row->number.max});
+  }
+  if (!effect->services->askNumbers(effect->object_ref, items.data(), static_cast<int>(items.size()))) return 0;
+  bool changed = false;
+  for (size_t i = 0; i < asked.size(); i++) changed |= items[i].value != numberAt(effect, *asked[i]);
+  if (!changed) return 0;
+  return store(effect, [&] {
+    for (size_t i = 0; i < asked.size(); i++) setNumber(effect, *asked[i], items[i].value);
+  });
 }
 
 /// A picture that cannot be decoded is told and stored all the same.
@@ -232,6 +265,8 @@ void showControl(EffectDefinition* effect, const ExtraControl& row) {
       return labelCheck(effect, row.check, fileNameOf(textAt(effect, row.offset, pathBytes)));
     case extraScene:
       return labelCheck(effect, row.check, effect->services->sceneName(fieldAt<int32_t>(effect, row.offset)));
+    case extraNumber:
+      return;
   }
 }
 
@@ -267,7 +302,7 @@ int operateControls(EffectDefinition* effect, const ExtraControl* controls, size
     if (message != messageEffectCommand || checkOfCommand(wparam) != row->check) continue;
     switch (wparam & 0xFFFF) {
       case commandPushed:
-        return push(effect, *row);
+        return row->kind == extraNumber ? askNumbers(effect, controls, rows, row->check) : push(effect, *row);
       case commandDropDown:
         return choose(effect, *row, lparam);
       case commandTakeColor:

@@ -1,5 +1,6 @@
 #include "zenlay/ui/image/editing.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -110,12 +111,12 @@ int takeBack() {
 
 // ---- Keys ----
 
-/// Stored units a key moves by: a pixel, ten with Shift, one unit with Ctrl.
+/// Stored units a key moves by: a pixel, ten with Shift, one unit with Ctrl; one at least.
 int nudgeUnits(const DraggedTrack& track, int direction, intptr_t mouseState) {
-  if (direction == 0) return 0;
-  if (mouseState & platform::mouseCtrl) return direction;
-  double units = track.unitsPerPixel * (mouseState & platform::mouseShift ? 10 : 1);
-  return direction * static_cast<int>(std::lround(units));
+  if (direction == 0 || track.unitsPerPixel == 0) return 0;
+  const double pixels = mouseState & platform::mouseCtrl ? 0 : mouseState & platform::mouseShift ? 10 : 1;
+  const int units = std::max(static_cast<int>(std::lround(std::abs(track.unitsPerPixel) * pixels)), 1);
+  return track.unitsPerPixel < 0 ? -direction * units : direction * units;
 }
 
 struct Arrow {

@@ -124,12 +124,17 @@ int setTrackRange(ObjectRef ref, int track, int minimum, int maximum, int denomi
 
 int chooseEffectScene(ObjectRef, int current) { return chooseScene(cursorPosition(), current, false, nullptr); }
 
+int askEffectNumbers(ObjectRef, NumberItem* items, int count) {
+  return askNumbers({items, static_cast<size_t>(count)});
+}
+
 void installServices() {
   serviceHooks.getSettingsControl = controlOfRef;
   serviceHooks.setTrackRange = setTrackRange;
   serviceHooks.chooseColour = chooseEffectColor;
   serviceHooks.pickColour = pickEffectColor;
   serviceHooks.chooseScene = chooseEffectScene;
+  serviceHooks.askNumbers = askEffectNumbers;
 }
 
 void removeServices() {
@@ -138,6 +143,7 @@ void removeServices() {
   serviceHooks.chooseColour = nullptr;
   serviceHooks.pickColour = nullptr;
   serviceHooks.chooseScene = nullptr;
+  serviceHooks.askNumbers = nullptr;
 }
 
 }  // namespace
