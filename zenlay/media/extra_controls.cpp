@@ -76,7 +76,7 @@ int chooseKeyColor(EffectDefinition* effect, size_t offset) {
 
 int chooseScene(EffectDefinition* effect, size_t offset) {
   int32_t& scene = fieldAt<int32_t>(effect, offset);
-  int chosen = effect->services->chooseScene(effect->object_ref, scene);
+  int chosen = effect->services->chooseScene(effect->object_ref, scene, nullptr);
   return chosen < 0 ? 0 : store(effect, [&] { scene = chosen; });
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/window.h"
+#include "zenlay/effects/effect_services.h"
 
 namespace zenlay {
 
@@ -13,9 +14,7 @@ int askLength(const char* title, int frames);
 enum TextBoxSize { textBoxWide, textBoxSmall };
 /// One line of text, at most 259 bytes. An empty title is "Parameter Settings".
 bool askText(const char* title, std::string& text, TextBoxSize);
-/// Bits of chooseScene's options.
-enum SceneOption { sceneMatchLength = 0x1, scenePlayReverse = 0x2 };
-/// The scene chosen, or -1. `options` may be null: no check boxes then.
+/// The scene chosen, or -1. `options` (SceneOption) may be null: no check boxes then.
 int chooseScene(platform::Point screen, int current, bool withRoot, int* options);
 /// Name, size and alpha flag of the current scene.
 bool editSceneSettings();

@@ -122,7 +122,9 @@ int setTrackRange(ObjectRef ref, int track, int minimum, int maximum, int denomi
   return setSettingsTrackRange(objectOfRef(ref), slotOfRef(ref), track, minimum, maximum, denominator);
 }
 
-int chooseEffectScene(ObjectRef, int current) { return chooseScene(cursorPosition(), current, false, nullptr); }
+int chooseEffectScene(ObjectRef, int current, int* options) {
+  return chooseScene(cursorPosition(), current, false, options);
+}
 
 void installServices() {
   serviceHooks.getSettingsControl = controlOfRef;
