@@ -35,7 +35,7 @@ enum WindowMessage : uint32_t {
   messageRightUp = 0x205,
   messageMiddleDown = 0x207,
   messageMiddleUp = 0x208,
-  messageMouseWheel = 0x20A,   // first: MouseState bits | notches << 16, positive away from the user
+  messageMouseWheel = 0x20A,   // first: MouseState bits | notches << 16, positive away from the user; 1 = taken
   messageSizing = 0x214,       // second: Rect* of the outer rectangle the user drags to; may be changed
   messageCaptureLost = 0x215,  // second: the Window* that has the capture now, or null; also after releaseMouse
   messageEnterSizeMove = 0x231,

@@ -85,7 +85,8 @@ QWidget* makeEdit(QWidget* parent, const ControlRecord& record) {
   auto* edit = new QLineEdit(parent);
   edit->setAlignment(alignmentOf(record.style));
   edit->setFrame(!(record.style & controlFlat));
-  edit->setAcceptDrops(false);  // files go to the window
+  if (record.style & controlFlat) edit->setFocusPolicy(Qt::TabFocus);  // a press may be the beginning of a drag
+  edit->setAcceptDrops(false);                                         // files go to the window
   if (record.style & controlNumber) {
     edit->setAttribute(Qt::WA_InputMethodEnabled, false);
     edit->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
@@ -275,6 +276,13 @@ void run(Follow follow, Window* control) {
   if (follow) follow(control->native);
 }
 
+/// Outside of dialogs a click on a button or slider leaves the keys with the window.
+void leaveKeysToWindow(Window* control, QWidget* widget) {
+  if (control->owner->style & windowDialog || !(widget->focusPolicy() & Qt::ClickFocus)) return;
+  if (qobject_cast<QAbstractButton*>(widget) || qobject_cast<QAbstractSlider*>(widget))
+    widget->setFocusPolicy(Qt::TabFocus);
+}
+
 }  // namespace
 
 void createControl(Window* control) {
@@ -284,6 +292,7 @@ void createControl(Window* control) {
   native->setValue = kind.showValue;
   widget->installEventFilter(native);
   widget->setGeometry(toQt(control->place));
+  leaveKeysToWindow(control, widget);
   run(kind.connect, control);
   run(kind.showText, control);
   run(kind.showRange, control);

@@ -49,6 +49,8 @@ inline Rect fromQt(const QRect& r) { return {r.x(), r.y(), r.width(), r.height()
 QString plainText(const std::string&);
 
 intptr_t stateOf(Qt::KeyboardModifiers, Qt::MouseButtons);
+/// After a menu or dialog, which has kept the keys to itself.
+void holdPresentModifiers();
 
 // windows.cpp
 void createWindow(Window*);

@@ -282,6 +282,8 @@ intptr_t stateOf(Qt::KeyboardModifiers modifiers, Qt::MouseButtons buttons) {
   return state;
 }
 
+void holdPresentModifiers() { user::holdModifiers(stateOf(QGuiApplication::queryKeyboardModifiers(), Qt::NoButton)); }
+
 bool sendMouse(NativeWindow* native, QEvent* event) {
   Window* window = native->window;
   uint32_t message = messageMouseWheel;
@@ -290,8 +292,11 @@ bool sendMouse(NativeWindow* native, QEvent* event) {
     auto* wheel = static_cast<QWheelEvent*>(event);
     Point at = fromQt(wheel->position().toPoint());
     int notches = notchesOf(wheel);
+    // What the window does not take is for a scroll area around it.
+    wheel->setAccepted(activeWindow() == topLevelWindow(window));
     if (!notches) return !window->control || goesToOwner(controlKind(window), message);
     answer = user::wheel(window, at, notches, stateOf(wheel->modifiers(), wheel->buttons()));
+    wheel->setAccepted(answer == 1);
   } else {
     auto* mouse = static_cast<QMouseEvent*>(event);
     message = mouseMessage(mouse);

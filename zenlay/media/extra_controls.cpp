@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "platform/control.h"
@@ -205,9 +206,10 @@ void showFigure(EffectDefinition* effect, const ExtraControl& row) {
   const char* file = *name == '*' ? fileNameOf(name + 1) : "";
   char title[2 * nameBytes];
   snprintf(title, sizeof title, "%s(%s)", effect->name,
-           *file   ? file
-           : *name ? name
-                   : figureName(fieldAt<int32_t>(effect, row.offset)));
+           *file          ? file
+           : *name == ':' ? effect->services->sceneName(atoi(name + 1))
+           : *name        ? name
+                          : figureName(fieldAt<int32_t>(effect, row.offset)));
   labelCheck(effect, row.check, file);
   setChoice(effect, row.check, chosenFigure(effect, row));
   if (platform::Window* box = controlOf(effect, slotTitle, 0)) platform::setWindowText(box, title);

@@ -96,7 +96,8 @@ int pickScreenColor() {
 int colorPicked(intptr_t color) {
   PendingPick pick = pending;
   pending = {};
-  RowOwner owner = pick.object == currentObject ? checkOwner(pick.row) : RowOwner{-1, 0};
+  bool shown = hasObject() && inUse(pick.object) && headOf(pick.object) == headOf(currentObject);
+  RowOwner owner = shown ? checkOwner(pick.row) : RowOwner{-1, 0};
   if (color == noPick || owner.slot < 0) return 0;
   return callEffect(currentObject, owner.slot, commandTakeColor | owner.index << 16, color);
 }

@@ -189,6 +189,13 @@ void readValues() {
 
 void forgetLayout() { shownLayout = {}; }
 
+void clearLayout() {
+  hideForeignControls(shownLayout);
+  state.trackRows = state.checkRows = state.usedSlots = 0;
+  hideRest();
+  forgetLayout();
+}
+
 void layoutObject() {
   Updating updating;
   LayoutKey before = shownLayout;
@@ -211,6 +218,7 @@ void showObject(int object) {
   if (!state.window) return;
   if (currentObject < 0) {
     platform::showWindow(state.window, false);
+    clearLayout();
     return;
   }
   if (shownLayout == layoutKeyOf(currentObject))
@@ -223,13 +231,8 @@ void relayoutSettings() {
   endSettingsEdit();
   if (!state.window || !hasObject()) return;
   layoutObject();
-  refreshSettings();
   platform::setClientSize(state.window, {windowWidth, state.height});
-}
-
-int reloadSettings() {
-  relayoutSettings();
-  return 0;
+  refreshSettings();
 }
 
 void refreshSettings() {

@@ -74,7 +74,6 @@ enum SettingsChange : intptr_t {
 int applySettings(intptr_t parameter);
 /// The next change begins a new undo step.
 void endSettingsEdit();
-int reloadSettings();                           // 1005
 int trackChanged();                             // 1063
 int pushButton(int row);                        // 1011
 int dropDownChanged(int row);                   // 1022
