@@ -171,6 +171,8 @@ Point cursorPosition();  // screen
 /// Of the keyboard and the mouse as they are now.
 intptr_t mouseState();
 bool keyIsDown(Key);
+/// MouseState bits of the buttons held now, whichever program's window they were pressed in.
+intptr_t screenButtons();
 
 /// messageTimer every `milliseconds` until stopped; the same id again restarts it. Without a desktop no time passes.
 void startTimer(Window*, int id, int milliseconds);

@@ -86,6 +86,7 @@ void setItems(Window*);
 void setIcon(Window*);
 void setTip(Window*);
 void setMuted(Window*);
+void setSwatch(Window*);
 void selectText(Window*);
 void setDropWidth(Window*);
 void setControlText(Window*);

@@ -1,6 +1,7 @@
 // Windows as widgets: creation, place, state, and which widget is whose.
 #include <QApplication>
 #include <QMouseEvent>
+#include <QScrollArea>
 #include <QTimerEvent>
 #include <QWheelEvent>
 
@@ -132,6 +133,13 @@ int notchesOf(const QWheelEvent* event) {
   return notches;
 }
 
+/// Where the window stands inside something that scrolls.
+void bringIntoView(QWidget* widget) {
+  constexpr int margin = 12;
+  for (QWidget* around = widget->parentWidget(); around; around = around->parentWidget())
+    if (auto* area = qobject_cast<QScrollArea*>(around)) return area->ensureWidgetVisible(widget, margin, margin);
+}
+
 /// The widget may be handling an event: it goes when that is over.
 void destroySurface(Window* window) {
   NativeWindow* native = window->native;
@@ -256,6 +264,7 @@ void focus(Window* window) {
   QWidget* widget = window->native->widget;
   if (!widget->window()->isActiveWindow() && widget->isVisible()) widget->activateWindow();
   widget->setFocus(Qt::OtherFocusReason);
+  if (window->control) bringIntoView(widget);
 }
 
 void capture(Window* window) {

@@ -471,9 +471,21 @@ TEST_F(ImageEditing, AClickGivesAWaitingEffectTheColorBelowTheHandles) {
     EXPECT_EQ(send(messageImageMouseDown, at), 1);
     EXPECT_FALSE(colorPickPending());
     EXPECT_FALSE(imageDragging());
-    EXPECT_FALSE(imageAidsHidden);
   }
   EXPECT_EQ(picked, (std::vector<intptr_t>{0x808080, 0x000000, -1}));
+  preferences.grid.grid2d = preferences.grid.out_of_area = 1;  // a line runs through the middle, where the picture is
+  preferences.grid.out_of_scale = 36;
+  imageAidsHidden = true;
+  renderFrame(0);
+  shownScene.value = 36;  // a third of its size
+  for (Point at : {Point{320, 240}, Point{0, 240}}) {
+    beginColorPick(object, 0, true);
+    EXPECT_EQ(send(messageImageMouseDown, at), 1);
+  }
+  imageAidsHidden = false;
+  EXPECT_EQ(picked.size(), 5u);
+  EXPECT_EQ(picked[3], 0x808080);
+  EXPECT_EQ(picked[4], -1);
   platform::destroyWindow(window);
   environment.timelineWindow = nullptr;
 }

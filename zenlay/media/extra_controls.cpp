@@ -8,6 +8,7 @@
 #include "platform/control.h"
 #include "platform/paths.h"
 #include "zenlay/media/figures.h"
+#include "zenlay/render/convert.h"
 
 namespace zenlay {
 
@@ -186,11 +187,17 @@ void setChoice(EffectDefinition* effect, int check, int choice) {
   if (platform::Window* list = controlOf(effect, checkListControl, check)) platform::setControlValue(list, choice);
 }
 
+void showSwatch(EffectDefinition* effect, int check, int color) {
+  if (platform::Window* label = controlOf(effect, checkLabelControl, check)) platform::setControlSwatch(label, color);
+}
+
 void labelColor(EffectDefinition* effect, const ExtraControl& row) {
   const uint8_t* color = &fieldAt<uint8_t>(effect, row.offset);
   char text[32];
   snprintf(text, sizeof text, "#%02X%02X%02X", color[0], color[1], color[2]);
-  labelCheck(effect, row.check, row.kind == extraOptionalColor && color[3] ? "Not Specified" : text);
+  const bool none = row.kind == extraOptionalColor && color[3];
+  labelCheck(effect, row.check, none ? "Not Specified" : text);
+  showSwatch(effect, row.check, none ? -1 : color[0] << 16 | color[1] << 8 | color[2]);
 }
 
 void showKeyColor(EffectDefinition* effect, const ExtraControl& row) {
@@ -198,6 +205,8 @@ void showKeyColor(EffectDefinition* effect, const ExtraControl& row) {
   char text[48] = "Not Specified";
   if (key.status) snprintf(text, sizeof text, "Y %d  Cb %d  Cr %d", key.color[0], key.color[1], key.color[2]);
   labelCheck(effect, row.check, text);
+  const Bgr rgb = toRgb(key.color[0], key.color[1], key.color[2]);
+  showSwatch(effect, row.check, key.status ? rgb.r << 16 | rgb.g << 8 | rgb.b : -1);
 }
 
 /// The list's choice, the file beside it, and "Effect(figure)" as the effect's title.

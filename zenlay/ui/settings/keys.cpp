@@ -119,6 +119,10 @@ enum KeyTarget : uint8_t { keyElsewhere, keyHere, keyToHost };
 KeyTarget pressed[256];
 
 KeyTarget press(Window* focus, int key) {
+  if (key == keyEscape && colorPickPending()) {
+    endColorPick();
+    return keyHere;
+  }
   if (onText(focus)) return isValueBox(focus) && boxKey(focus, key) ? keyHere : keyElsewhere;
   if (onList(focus) && isListKey(key)) return keyElsewhere;
   if (onButton(focus) && (key == keySpace || key == keyEnter)) return keyElsewhere;

@@ -78,6 +78,7 @@ int layChecks(int slot, const EffectDefinition* d, int y, bool folded) {
     Point at{std::max(toggles - 1, 0) * toggleWidth, y - checkHeight};
     showCheckRow(row, folded ? nullptr : d->check_names[c], at);
     setWindowText(row.label, "");
+    setControlSwatch(row.label, -1);
     if (row.kind == checkDropDown) setControlValue(row.list, -1);
   }
   state.checkRows += d->check_count;

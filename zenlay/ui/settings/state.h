@@ -34,6 +34,8 @@ enum ControlId : int {
   idCustomEnd = idCustom + customControls * maxSlots,
 };
 
+enum TimerId { pickTimer = 1 };  // looks for the click that gives a colour
+
 inline constexpr int windowWidth = 496;
 inline constexpr Rect sectionStrip{141, 4, 204, 20};
 

@@ -96,6 +96,9 @@ intptr_t procedure(Window*, uint32_t message, intptr_t first, intptr_t second, v
     case messageActivated:
       if (!first) pickScreenColor();
       return 0;
+    case messageTimer:
+      pickScreenColor();
+      return 0;
     case messageSizing:
     case messageEnterSizeMove:
     case messageExitSizeMove:
