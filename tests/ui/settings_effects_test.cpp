@@ -187,5 +187,30 @@ TEST_F(SettingsEffects, EveryButtonAndListOfEveryEffectCanBeOperated) {
   }
 }
 
+TEST_F(SettingsEffects, ASceneIsChosenWithItsLengthAndDirection) {
+  scenes[4].length = 80;
+  showObject(create(effectScene));
+  ASSERT_EQ(objects[currentObject].end, 59);
+  auto choose = [this](bool matches, bool reverses) {
+    desktop->dialogs.push_back([=](platform::Window* dialog) {
+      platform::setControlValue(platform::controlOf(dialog, 201), matches);
+      platform::setControlValue(platform::controlOf(dialog, 202), reverses);
+      platform::user::choose(platform::controlOf(dialog, 190), 3);
+    });
+    platform::user::click(settings::state.checks[1].button);
+  };
+  choose(false, true);
+  EXPECT_EQ(current().startValues[1], -1000);
+  EXPECT_EQ(current().startValues[0], 1);
+  EXPECT_EQ(current().end, 59);
+  choose(true, false);
+  EXPECT_EQ(current().startValues[1], 1000);
+  EXPECT_EQ(current().end, 10 + 80 - 1);
+  undo();
+  undo();
+  EXPECT_EQ(current().startValues[1], 1000);
+  EXPECT_EQ(current().end, 59);
+}
+
 }  // namespace
 }  // namespace zenlay::test

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
 #include "platform/control.h"
 #include "platform/paths.h"
 #include "zenlay/media/figures.h"
+#include "zenlay/render/convert.h"
 
 namespace zenlay {
 
@@ -77,7 +79,7 @@ int chooseKeyColor(EffectDefinition* effect, size_t offset) {
 
 int chooseScene(EffectDefinition* effect, size_t offset) {
   int32_t& scene = fieldAt<int32_t>(effect, offset);
-  int chosen = effect->services->chooseScene(effect->object_ref, scene);
+  int chosen = effect->services->chooseScene(effect->object_ref, scene, nullptr);
   return chosen < 0 ? 0 : store(effect, [&] { scene = chosen; });
 }
 
@@ -218,11 +220,17 @@ void setChoice(EffectDefinition* effect, int check, int choice) {
   if (platform::Window* list = controlOf(effect, checkListControl, check)) platform::setControlValue(list, choice);
 }
 
+void showSwatch(EffectDefinition* effect, int check, int color) {
+  if (platform::Window* label = controlOf(effect, checkLabelControl, check)) platform::setControlSwatch(label, color);
+}
+
 void labelColor(EffectDefinition* effect, const ExtraControl& row) {
   const uint8_t* color = &fieldAt<uint8_t>(effect, row.offset);
   char text[32];
   snprintf(text, sizeof text, "#%02X%02X%02X", color[0], color[1], color[2]);
-  labelCheck(effect, row.check, row.kind == extraOptionalColor && color[3] ? "Not Specified" : text);
+  const bool none = row.kind == extraOptionalColor && color[3];
+  labelCheck(effect, row.check, none ? "Not Specified" : text);
+  showSwatch(effect, row.check, none ? -1 : color[0] << 16 | color[1] << 8 | color[2]);
 }
 
 void showKeyColor(EffectDefinition* effect, const ExtraControl& row) {
@@ -230,6 +238,8 @@ void showKeyColor(EffectDefinition* effect, const ExtraControl& row) {
   char text[48] = "Not Specified";
   if (key.status) snprintf(text, sizeof text, "Y %d  Cb %d  Cr %d", key.color[0], key.color[1], key.color[2]);
   labelCheck(effect, row.check, text);
+  const Bgr rgb = toRgb(key.color[0], key.color[1], key.color[2]);
+  showSwatch(effect, row.check, key.status ? rgb.r << 16 | rgb.g << 8 | rgb.b : -1);
 }
 
 /// The list's choice, the file beside it, and "Effect(figure)" as the effect's title.
@@ -238,9 +248,10 @@ void showFigure(EffectDefinition* effect, const ExtraControl& row) {
   const char* file = *name == '*' ? fileNameOf(name + 1) : "";
   char title[2 * nameBytes];
   snprintf(title, sizeof title, "%s(%s)", effect->name,
-           *file   ? file
-           : *name ? name
-                   : figureName(fieldAt<int32_t>(effect, row.offset)));
+           *file          ? file
+           : *name == ':' ? effect->services->sceneName(atoi(name + 1))
+           : *name        ? name
+                          : figureName(fieldAt<int32_t>(effect, row.offset)));
   labelCheck(effect, row.check, file);
   setChoice(effect, row.check, chosenFigure(effect, row));
   if (platform::Window* box = controlOf(effect, slotTitle, 0)) platform::setWindowText(box, title);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/window.h"
+#include "zenlay/effects/effect_services.h"
 
 namespace zenlay {
 
@@ -18,9 +19,7 @@ enum TextBoxSize { textBoxWide, textBoxSmall };
 bool askText(const char* title, std::string& text, TextBoxSize);
 /// "Parameter Settings" with a box for each number, at most 16; what is typed is limited to the item's range.
 bool askNumbers(std::span<NumberItem>);
-/// Bits of chooseScene's options.
-enum SceneOption { sceneMatchLength = 0x1, scenePlayReverse = 0x2 };
-/// The scene chosen, or -1. `options` may be null: no check boxes then.
+/// The scene chosen, or -1. `options` (SceneOption) may be null: no check boxes then.
 int chooseScene(platform::Point screen, int current, bool withRoot, int* options);
 /// Name, size and alpha flag of the current scene.
 bool editSceneSettings();
