@@ -67,6 +67,8 @@ class AudioFile : public ::testing::Test {
     stage.setText(0, "a.wav");
   }
 
+  ~AudioFile() override { closeAllMedia(); }
+
   static constexpr ObjectRef videoRef = 77;
   static inline ObjectRef companion = 0;
   static inline ObjectData videoData{};
@@ -219,6 +221,36 @@ TEST_F(AudioFile, TimeControlsChangeTheRate) {
   stage.at(6);
   EXPECT_EQ(stage.run(Samples(4, 9)), 1);
   EXPECT_EQ(stage.own, Samples(4)) << "time stands";
+}
+
+TEST_F(AudioFile, LoopsGoOnUnderTimeControls) {
+  file.length = 10000;
+  stage.checks[0] = 1;
+  stage.block.speed = normalTimeSpeed / 2;  // at twice the rate: laps of 20000 samples
+  for (int frame = 0; frame <= 20; frame++) {
+    stage.at(frame);
+    stage.block.time = frame * 50;
+    stage.info.absoluteFrame = frame / 2;
+    stage.info.subFrame = frame % 2 * 50;
+    EXPECT_EQ(stage.run(Samples(2 * 1471)), 1);
+    // A sample a block more than time has passed.
+    EXPECT_EQ(stage.own[0], frame * 1471 % 20000) << frame;
+  }
+}
+
+TEST_F(AudioFile, BlocksOutOfOrderAreTheSame) {
+  stage.info.rate = 30000;
+  stage.info.scale = 1001;
+  auto firstOf = [](int frame) { return static_cast<int>(int64_t{frame} * 1001 * 44100 / 30000); };
+  for (int speed : {1000, 730, 1370}) {
+    setTracks(150, speed);
+    stage.memory.clear();
+    std::vector<Row> inOrder;
+    for (int frame = 0; frame < 70; frame++) inOrder.push_back(block(frame, firstOf(frame + 1) - firstOf(frame)));
+    // The virtual rate is a whole number, so that other speeds than normal drift by less than a sample.
+    for (int frame : {50, 69, 51, 0, 33})
+      EXPECT_NEAR(block(frame, 1471)[0], inOrder[frame][0], speed != 1000) << speed << " " << frame;
+  }
 }
 
 TEST_F(AudioFile, DividedObjectsGoOnWhereTheyWere) {
