@@ -91,7 +91,7 @@ void selectFrames(zenlay::HostEdit& edit, int32_t first, int32_t last) {
 
 void fillFileInfo(const zenlay::HostEdit& edit, zenlay::HostFileInfo* info) {
   *info = {};
-  info->flags = zenlay::fileHasVideo | zenlay::fileHasAudio;
+  info->flags = zenlay::fileHasVideo | (edit.hasSound ? zenlay::fileHasAudio : 0u);
   info->name = edit.name.c_str();
   info->width = edit.format.width;
   info->height = edit.format.height;

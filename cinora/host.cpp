@@ -89,22 +89,24 @@ Host::~Host() {
 }
 
 bool Host::openEdit(const std::string& name) {
-  std::optional<ClipFormat> format = formatFromName(name);
-  int32_t frameCount = 1;
-  if (!format) format = formatOfMedia(name, &frameCount);
-  if (!format) {
+  zenlay::HostEdit opened;
+  if (std::optional<ClipFormat> format = formatFromName(name))
+    openClip(opened, name, *format);
+  else
+    opened = openMediaClip(name);
+  const ClipFormat& format = opened.format;
+  if (!opened.open) {
     addMessage("\"" + name + "\" names no clip format that can be opened");
     return false;
   }
-  if (format->width > limits.maxWidth || format->height > limits.maxHeight) {
-    addMessage("an image of " + std::to_string(format->width) + "x" + std::to_string(format->height) +
+  if (format.width > limits.maxWidth || format.height > limits.maxHeight) {
+    addMessage("an image of " + std::to_string(format.width) + "x" + std::to_string(format.height) +
                " is larger than the settings allow (" + std::to_string(limits.maxWidth) + "x" +
                std::to_string(limits.maxHeight) + ")");
     return false;
   }
   closeEdit();
-  openClip(edit, name, *format);
-  resizeClip(edit, frameCount);
+  edit = std::move(opened);
   plugins.broadcast(zenlay::messageFileOpen);
   noteChange(true);
   return true;
@@ -114,17 +116,20 @@ void Host::closeEdit() {
   if (!edit.open) return;
   plugins.broadcast(zenlay::messageFileClose);
   edit = {};
-  sound.forget();
   absentFilters.clear();
   noteChange(true);
 }
 
 bool Host::setFrameCount(int32_t count) {
   if (!resizeClip(edit, count)) return false;
-  sound.forget();
   plugins.broadcast(zenlay::messageUpdate);
   noteChange(true);
   return true;
+}
+
+void Host::noteChange(bool content) {
+  if (content) sound.forget();
+  if (desktop.changed) desktop.changed(content);
 }
 
 zenlay::FramePixel* Host::image(int index) {

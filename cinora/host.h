@@ -74,16 +74,15 @@ class Host {
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
-  /// Opens a clip named after its format ("640x480_30fps_44100Hz.zenlay"), or one of the format of the film `name`, and
-  /// tells the filters; an open one is closed first. False, with a message, when there is no such format or the image
+  /// Opens a clip named after its format ("640x480_30fps_44100Hz.zenlay"), or the film `name` itself, and tells the
+  /// filters; an open one is closed first. False, with a message, when there is no such format or the image
   /// would be too large.
   bool openEdit(const std::string& name);
   void closeEdit();
   bool setFrameCount(int32_t count);
   zenlay::EditHandle editHandle() { return &edit; }
-  void noteChange(bool picture) {
-    if (desktop.changed) desktop.changed(picture);
-  }
+  /// The clip, its selection or its current frame changed, or with `content` what it shows and sounds like.
+  void noteChange(bool content);
 
   /// A frame image for `index` 0 and 1 (frames), 2 and 3 (getFrameBeforeFilter).
   zenlay::FramePixel* image(int index);

@@ -247,6 +247,7 @@ std::string askEditor(Host& host, zenlay::PluginQuery query, const char* argumen
 /// The film's own footage is not to be lost to a slip of the hand.
 void keepMediaOf(Host& host, const std::string& output) {
   if (!platform::fileExists(output)) return;
+  if (host.edit.media && sameFile(host.edit.name, output)) throw WrongUsage(output + " is the film being edited");
   std::string folder(platform::folderOf(host.projectFile));
   for (const std::string& name : textsOf(askEditor(host, zenlay::queryTexts, nullptr)))
     if (sameFile(name, output) || sameFile(folder + name, output))

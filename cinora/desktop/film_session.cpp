@@ -67,9 +67,8 @@ void FilmSession::place(const std::string& path) {
 
 void FilmSession::load(const std::string& path) {
   if (isFilmFile(path)) return openProject(host_, readFilmFile(path));
-  int32_t frameCount = 1;
   host_.projectFile.clear();
-  create(formatOfMedia(path, &frameCount).value_or(formatOfSound));
+  create(formatOfMedia(path).value_or(formatOfSound));
   place(path);
 }
 

@@ -73,6 +73,7 @@ int newFromObjectFile(const char* path) {
     return 0;
   }
   extendScene(end);
+  zoomToFit();
   return 1;
 }
 
