@@ -179,7 +179,9 @@ int processWaveform(EffectDefinition* effect, EffectProcessInfo* info) {
   const ShownSound sound = shownSound(info, extraData<WaveformData>(effect), hasSound ? &file : nullptr);
   if (sound.channels < 1 || sound.frameSample(1) > int64_t{maxShownSeconds} * sound.rate) return 0;
 
-  size_t samples = static_cast<size_t>(sound.count) + static_cast<size_t>(sound.frameSamples()) * sound.channels;
+  const int frameSamples = sound.frameSamples();  // blocks differ by one, the memory must not
+  size_t samples =
+      static_cast<size_t>(std::max(sound.count, frameSamples)) + static_cast<size_t>(frameSamples) * sound.channels;
   bool created;
   auto* mono =
       static_cast<int16_t*>(effect->services->workMemory(effect->object_ref, samples * sizeof(int16_t), &created));
