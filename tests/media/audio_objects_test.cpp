@@ -61,7 +61,8 @@ class AudioFile : public ::testing::Test {
     };
     s.trackIntegralOf = [](ObjectRef ref, EffectProcessInfo* info, int track) {
       const int32_t* from = ref == videoRef ? videoData.startValues : SoundStage::current->tracks.data();
-      return (int64_t{info->absoluteFrame} * 100 + info->subFrame) * from[track];
+      int64_t time = int64_t{info->absoluteFrame} * 100 + info->subFrame;
+      return (ref == videoRef ? std::min<int64_t>(time, (videoData.lastFrame + 1) * 100) : time) * from[track];
     };
     companion = 0;
     stage.setText(0, "a.wav");
@@ -195,6 +196,9 @@ TEST_F(AudioFile, FollowsAVideo) {
   EXPECT_EQ(fakeMedia.opened, std::vector<std::string>{"video.mp4"});
   stage.setText(0, "");
   EXPECT_EQ(block(10, 1), Row({22050 + 14700 - 30000})) << "needs no file of its own";
+  videoData.lastFrame = 29;
+  EXPECT_EQ(block(40, 1), Row({22050 + 40 * 1470 - 60000})) << "goes on behind the picture's end";
+  videoData.lastFrame = 9999;
   values[1] = -1000;
   EXPECT_EQ(block(20, 1), Row({0})) << "backward";
   values[1] = 1000;
