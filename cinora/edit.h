@@ -28,7 +28,7 @@ struct ClipFormat {
 /// Sides 1..maxSide, rate and scale 1..maxRate, audio rate 1..maxAudioRate, 1 or 2 channels.
 bool validFormat(const ClipFormat&);
 /// A clip without a file is named after its format: "640x480_30fps_44100Hz.zenlay", or with rate and scale
-/// "640x480_30000-1001fps_44100Hz.zenlay". A folder before the name is passed over.
+/// "640x480_30000-1001fps_44100Hz.zenlay", in mono with "Hz_1ch" at the end. A folder before the name is passed over.
 std::optional<ClipFormat> formatFromName(std::string_view name);
 std::string nameOfFormat(const ClipFormat&);
 

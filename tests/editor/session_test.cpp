@@ -57,6 +57,13 @@ TEST_F(Session, OpeningShowsTheFilmAndItsName) {
   EXPECT_EQ(stage.colourAt(2, 2), QColor(Qt::black));
 }
 
+TEST_F(Session, AnIdleEditorMakesNoPictures) {
+  stage.window().openFile(film("a.zlo"));
+  stage.settle();
+  const qint64 shown = stage.window().preview().picture().cacheKey();
+  EXPECT_FALSE(stage.wait([&] { return stage.window().preview().picture().cacheKey() != shown; }, 300));
+}
+
 TEST_F(Session, UnsavedWorkIsAskedAbout) {
   stage.window().openFile(film("a.zlo"));
   std::string project = stage.folder / "a.cnp";

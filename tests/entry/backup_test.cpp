@@ -105,5 +105,21 @@ TEST_F(Backup, TwoOfOneSecondBothGetAName) {
   EXPECT_TRUE(test::shownMessages().empty());
 }
 
+TEST_F(Backup, BringsMonoBack) {
+  static std::string opened;
+  fakeHost.functions.openEdit = [](EditHandle, const char* name, uint32_t) -> int32_t {
+    opened = name;
+    return 1;
+  };
+  ASSERT_GE(createObject(0, 0, effectGraphic, -1), 0);
+  const std::string path = scratch / "mono.zenlay_backup";
+  for (auto [channels, ending] : {std::pair{1, "Hz_1ch.zenlay"}, {2, "Hz.zenlay"}}) {
+    environment.clip.audioChannels = channels;
+    ASSERT_EQ(writeBackup(path.c_str(), true), nullptr);
+    EXPECT_EQ(restoreBackup(path.c_str()), 1);
+    EXPECT_TRUE(opened.ends_with(ending)) << opened;
+  }
+}
+
 }  // namespace
 }  // namespace zenlay

@@ -51,6 +51,9 @@ enum EffectFlag : uint32_t {
 
 inline constexpr int cameraTargetByDefault = 0x10000;  // bit of EffectDefinition::x
 
+/// Whether a track's mode word makes it move; else its start value holds for the whole section.
+constexpr bool moves(int32_t mode) { return (mode & 0xF) != 0; }
+
 enum CheckDefault : int32_t {
   checkButton = -1,     // push button
   checkDropDown = -2,   // the label is a list of NUL-separated items ended by an empty one

@@ -73,6 +73,7 @@ struct EffectProcessInfo {
   uint32_t state;               // PlacementState
   int32_t rate, scale;          // frames per second of the project
   int32_t frameOffset;          // frames added to the scene frame
+  int32_t hostFrame;            // of the host's film that the picture is for, through all nested scenes
   int32_t subFrame;             // hundredths, 0..99
   int32_t startCorrection;
   int32_t depth;                // nesting of scenes, 0 for the host's frame

@@ -33,8 +33,6 @@
 #include "zenlay/render/pipeline.h"
 #include "zenlay/render/work_memory.h"
 #include "zenlay/ui/settings/window.h"
-#include "zenlay/ui/timeline/drag.h"
-#include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay {
@@ -65,8 +63,7 @@ void onObjectChanged(int object) {
 }
 
 void onObjectDeleted(int object) {
-  forgetDragged(object);
-  forgetSelected(object);
+  forgetObject(object);
   freeWorkMemoryOf(object);
 }
 

@@ -8,7 +8,6 @@ constinit int lastVideoFrame = 0;
 
 namespace {
 
-constexpr int32_t movementMode = 0xF;  // of a mode word; 0 = static
 constexpr int64_t maxPlayed = int64_t{1} << 40;
 
 int64_t wrapInto(int64_t frame, int64_t first, int64_t last) {
@@ -27,7 +26,7 @@ bool beginsBackward(EffectDefinition* effect) {
 PlaybackTime timeOf(EffectDefinition* effect, EffectProcessInfo* info, const HostFileInfo& video, int32_t position,
                     int32_t loop) {
   PlaybackTime time{};
-  time.moving = effect->track_modes[playPosition] & movementMode;
+  time.moving = moves(effect->track_modes[playPosition]);
   time.loop = loop != 0;
   time.position = position;
   time.sectionStart = effect->track_begin_values[playPosition];
@@ -78,7 +77,7 @@ int playbackFrameOf(EffectDefinition* effect, EffectProcessInfo* info, const Hos
 
 void continuePlayback(EffectDefinition* effect, EditHandle edit, const HostFileInfo& video) {
   HostFileInfo clip{};
-  if (effect->track_modes[playPosition] & movementMode || video.rate <= 0 || video.frameCount <= 0) return;
+  if (moves(effect->track_modes[playPosition]) || video.rate <= 0 || video.frameCount <= 0) return;
   if (!effect->host_functions->getFileInfo(edit, &clip)) return;
   EffectProcessInfo info{};
   info.absoluteFrame = effect->frame_begin;

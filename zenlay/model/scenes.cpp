@@ -165,15 +165,15 @@ void switchScene(int scene, HostFilterRecord*, EditHandle edit) {
   timelineView.sceneLength = entered.length;
   host->setFrameCount(edit, entered.length);
   host->setSelection(edit, entered.selectionStart, entered.selectionEnd);
-  int object = entered.currentObject;
-  if (object >= 0 && object < objectCapacity && objects[object].flags && objects[object].scene == scene) {
-    currentObject = object;
-    if (modelHooks.objectChanged) modelHooks.objectChanged(object);
-  }
+  timelineView.cursorFrame = host->setCurrentFrame(edit, entered.currentFrame);
   setZoomLevel(entered.zoomLevel);
   timelineView.topLayer = entered.topLayer;
   timelineView.leftFrame = entered.viewFrame;
-  timelineView.cursorFrame = host->setCurrentFrame(edit, entered.currentFrame);
+  // Last: what the host sends meanwhile moves the cursor, and another object might become current with it.
+  int object = entered.currentObject;
+  if (!inUse(object) || objects[object].scene != scene) return;
+  currentObject = object;
+  if (modelHooks.objectChanged) modelHooks.objectChanged(object);
 }
 
 int freeScene() {

@@ -32,6 +32,7 @@ void resetInfo(EffectProcessInfo* info, const FrameProcessInfo& host, int depth,
   if (frameHasAlpha(info)) info->host.lineBytes = environment.workLineBytes;
   info->depth = depth;
   info->frameOffset = frameOffset;
+  info->hostFrame = depth > 0 ? renderLevels[depth - 1].info.hostFrame : host.frameNumber;
   info->subFrame = subFrame;
   info->zoom = zoomOne;
   info->num = 1;

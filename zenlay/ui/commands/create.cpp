@@ -18,6 +18,7 @@
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/ui/commands/table.h"
 #include "zenlay/ui/menus/menus.h"
+#include "zenlay/ui/timeline/snapping.h"
 #include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay::commands {

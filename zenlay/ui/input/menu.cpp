@@ -19,8 +19,6 @@ namespace zenlay {
 
 using platform::Point;
 
-ClickPosition clickPosition;
-
 namespace {
 
 struct LayerItem {
@@ -42,6 +40,7 @@ constexpr LayerItem layerItems[] = {
 int showAndRun(ContextMenu menu, Point at) {
   platform::Window* window = environment.timelineWindow;
   flushTimeline();
+  keysGoElsewhere();
   int id = showContextMenu(menu, window, platform::clientToScreen(window, at));
   return id > 0 ? runCommand(id, 0) : 0;
 }
@@ -75,31 +74,39 @@ int openObjectMenu(Point at) {
   return showAndRun(menuObject, at);
 }
 
-/// An object that was selected only for its menu is let go of afterwards.
+/// An object that was selected only for its menu is let go of afterwards, unless the command selected more.
 int openAreaMenu(Point at, intptr_t state) {
   int object = objectHolding(at);
-  bool selectedHere = selection().empty();
+  const bool selectedHere = selection().empty();
   if (!(state & platform::mouseCtrl) && object >= 0 && addToSelection(object)) selectGroup(object);
   redrawObjects(selection());
   if (selection().empty()) return showAndRun(menuRow, at);
+  const size_t selected = selection().size();
   int result = openObjectMenu(at);
-  if (selectedHere) {
+  if (selection().size() > selected) {
+    keepSelectionWithoutCtrl();
+  } else if (selectedHere) {
     redrawObjects(selection());
     clearSelection();
   }
   return result;
 }
 
-}  // namespace
-
-int timelineRightPressed(Point at, intptr_t state) {
-  if (timelineView.dragMode != dragNone) endDrag(state & platform::mouseCtrl);
-  if (onTimeline(clickPosition.section)) redrawChain(clickPosition.section);
-  clickPosition = {clampedFrameAtX(at.x), layerAtY(at.y), -1};
+int openMenu(Point at, intptr_t state) {
+  if (at.x < headerWidth && at.y >= rowsBottom()) return 0;
   if (at.x < headerWidth) return at.y < rowsTop ? showAndRun(menuScene, at) : openLayerMenu(at);
   if (timelineView.sceneLength < 1) return showAndRun(menuNoProject, at);
   dropUnselectable();
   return openAreaMenu(at, state);
+}
+
+}  // namespace
+
+int timelineRightPressed(Point at, intptr_t state) {
+  const int ended = endPendingDrag(state);
+  if (onTimeline(clickPosition.section)) redrawChain(clickPosition.section);
+  clickPosition = {clampedFrameAtX(at.x), visibleLayerAtY(at.y), -1};
+  return openMenu(at, state) | ended;
 }
 
 }  // namespace zenlay

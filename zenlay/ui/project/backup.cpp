@@ -37,6 +37,7 @@ struct BackupHeader {
   int32_t dataSize;  // of the project data that follows
 };
 static_assert(sizeof(BackupHeader) == 36);
+constexpr int32_t usualChannels = 2;  // others follow the project data
 
 struct CloseFile {
   void operator()(FILE* file) const { fclose(file); }
@@ -73,6 +74,8 @@ const char* backupBytes(std::vector<char>& bytes) {
   bytes.resize(sizeof header + static_cast<size_t>(size));
   memcpy(bytes.data(), &header, sizeof header);
   saveProject(environment.mainFilter, environment.edit, bytes.data() + sizeof header, &size);
+  const char* channels = reinterpret_cast<const char*>(&clip.audioChannels);
+  if (clip.audioChannels != usualChannels) bytes.insert(bytes.end(), channels, channels + sizeof clip.audioChannels);
   return nullptr;
 }
 
@@ -81,6 +84,14 @@ const char* writeBytes(const char* path, const std::vector<char>& bytes, bool re
   if (!file) return createFailure;
   bool written = fwrite(bytes.data(), bytes.size(), 1, file.get()) == 1;
   return written && fflush(file.get()) == 0 ? nullptr : writeFailure;
+}
+
+int32_t channelsBehind(FILE* file, const BackupHeader& header) {
+  int32_t channels = usualChannels;
+  const bool there = fseek(file, long{header.dataSize} + long{sizeof header}, SEEK_SET) == 0 &&
+                     fread(&channels, sizeof channels, 1, file) == 1;
+  fseek(file, sizeof header, SEEK_SET);
+  return there ? channels : usualChannels;
 }
 
 }  // namespace
@@ -142,7 +153,9 @@ int restoreBackup(const char* path) {
     showMessage("Read buffer is not enough.", boxWarning);
     return 0;
   }
-  if (!createProject({header.width, header.height, header.rate, header.scale, header.audioRate})) return 0;
+  const ClipFormat format{header.width, header.height,    header.rate,
+                          header.scale, header.audioRate, channelsBehind(file.get(), header)};
+  if (!createProject(format)) return 0;
   int length = std::clamp(header.frameCount, 1, environment.maxFrames);
   environment.hostFunctions->setFrameCount(environment.edit, length);
   timelineView.sceneLength = length;

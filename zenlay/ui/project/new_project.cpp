@@ -35,11 +35,13 @@ bool parseFrameRate(const char* text, int32_t* rate, int32_t* scale) {
 
 std::string clipName(const ClipFormat& format) {
   char name[128];
+  const char* channels = format.audioChannels == 1 ? "_1ch" : "";
   if (format.scale == 1) {
-    snprintf(name, sizeof name, "%dx%d_%dfps_%dHz.zenlay", format.width, format.height, format.rate, format.audioRate);
+    snprintf(name, sizeof name, "%dx%d_%dfps_%dHz%s.zenlay", format.width, format.height, format.rate, format.audioRate,
+             channels);
   } else {
-    snprintf(name, sizeof name, "%dx%d_%d-%dfps_%dHz.zenlay", format.width, format.height, format.rate, format.scale,
-             format.audioRate);
+    snprintf(name, sizeof name, "%dx%d_%d-%dfps_%dHz%s.zenlay", format.width, format.height, format.rate, format.scale,
+             format.audioRate, channels);
   }
   return name;
 }
