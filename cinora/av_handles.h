@@ -5,6 +5,7 @@ extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavcodec/bsf.h>
 #include <libavformat/avformat.h>
+#include <libswresample/swresample.h>
 #include <libswscale/swscale.h>
 }
 
@@ -18,6 +19,7 @@ struct FreeAv {
   void operator()(AVFrame* f) const { av_frame_free(&f); }
   void operator()(AVPacket* p) const { av_packet_free(&p); }
   void operator()(AVBSFContext* c) const { av_bsf_free(&c); }
+  void operator()(SwrContext* c) const { swr_free(&c); }
   void operator()(SwsContext* c) const { sws_freeContext(c); }
 };
 using AvInput = std::unique_ptr<AVFormatContext, FreeAv>;
@@ -25,6 +27,7 @@ using AvFilter = std::unique_ptr<AVBSFContext, FreeAv>;
 using AvCodec = std::unique_ptr<AVCodecContext, FreeAv>;
 using AvFrame = std::unique_ptr<AVFrame, FreeAv>;
 using AvPacket = std::unique_ptr<AVPacket, FreeAv>;
+using AvResampler = std::unique_ptr<SwrContext, FreeAv>;
 using AvScaler = std::unique_ptr<SwsContext, FreeAv>;
 
 }  // namespace cinora

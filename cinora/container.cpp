@@ -34,7 +34,11 @@ AVStream* Container::addStream(const AVCodecContext* codec) {
 
 void Container::begin() {
   check(avio_open(&format_->pb, file_.temporaryPath().c_str(), AVIO_FLAG_WRITE), "cannot be written");
-  check(avformat_write_header(format_.get(), nullptr), "cannot be written");
+  AVDictionary* options = nullptr;
+  av_dict_set(&options, "rf64", "auto", 0);  // lengths above 4 GiB in .wav; other containers know nothing of it
+  int result = avformat_write_header(format_.get(), &options);
+  av_dict_free(&options);
+  check(result, "cannot be written");
 }
 
 /// Encoders put samples ahead of the first one, which players leave out. In Matroska the time of a packet of Opus is

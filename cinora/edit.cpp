@@ -9,7 +9,7 @@
 namespace cinora {
 namespace {
 
-constexpr std::string_view clipEnding = "Hz.zenlay";
+constexpr std::string_view clipEnding = "Hz.zenlay", monoEnding = "Hz_1ch.zenlay";
 
 /// Reads a number and the text behind it from the front of `rest`.
 bool take(std::string_view& rest, int32_t& number, std::string_view behind) {
@@ -40,7 +40,13 @@ std::optional<ClipFormat> formatFromName(std::string_view name) {
     rest = both;
     if (!take(rest, f.rate, "-") || !take(rest, f.scale, "fps_")) return {};
   }
-  if (!take(rest, f.audioRate, clipEnding) || !rest.empty() || !validFormat(f)) return {};
+  both = rest;
+  if (!take(rest, f.audioRate, clipEnding)) {
+    rest = both;
+    if (!take(rest, f.audioRate, monoEnding)) return {};
+    f.audioChannels = 1;
+  }
+  if (!rest.empty() || !validFormat(f)) return {};
   return f;
 }
 
@@ -50,7 +56,7 @@ std::string nameOfFormat(const ClipFormat& f) {
     snprintf(name, sizeof name, "%dx%d_%dfps_%d", f.width, f.height, f.rate, f.audioRate);
   else
     snprintf(name, sizeof name, "%dx%d_%d-%dfps_%d", f.width, f.height, f.rate, f.scale, f.audioRate);
-  return name + std::string(clipEnding);
+  return name + std::string(f.audioChannels == 1 ? monoEnding : clipEnding);
 }
 
 bool openClip(zenlay::HostEdit& edit, std::string name, const ClipFormat& format) {
@@ -85,7 +91,7 @@ void selectFrames(zenlay::HostEdit& edit, int32_t first, int32_t last) {
 
 void fillFileInfo(const zenlay::HostEdit& edit, zenlay::HostFileInfo* info) {
   *info = {};
-  info->flags = zenlay::fileHasVideo | zenlay::fileHasAudio;
+  info->flags = zenlay::fileHasVideo | (edit.hasSound ? zenlay::fileHasAudio : 0u);
   info->name = edit.name.c_str();
   info->width = edit.format.width;
   info->height = edit.format.height;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,9 +28,14 @@ struct ClipFormat {
 /// Sides 1..maxSide, rate and scale 1..maxRate, audio rate 1..maxAudioRate, 1 or 2 channels.
 bool validFormat(const ClipFormat&);
 /// A clip without a file is named after its format: "640x480_30fps_44100Hz.zenlay", or with rate and scale
-/// "640x480_30000-1001fps_44100Hz.zenlay". A folder before the name is passed over.
+/// "640x480_30000-1001fps_44100Hz.zenlay", in mono with "Hz_1ch" at the end. A folder before the name is passed over.
 std::optional<ClipFormat> formatFromName(std::string_view name);
 std::string nameOfFormat(const ClipFormat&);
+
+struct CloseMedia {
+  void operator()(zenlay::MediaHandle) const;
+};
+using OwnedMedia = std::unique_ptr<zenlay::HostMedia, CloseMedia>;
 
 }  // namespace cinora
 
@@ -40,6 +46,9 @@ struct HostEdit {
   bool open = false;
   std::string name;  // full path; the file itself need not exist
   cinora::ClipFormat format;
+  cinora::OwnedMedia media;  // the film the clip is; null: it is named after its format, black and silent by itself
+  int32_t mediaFrames = 0;   // of it that can be shown; the clip may be longer
+  bool hasSound = true;      // false: a film without sound that can be read
   int32_t frameCount = 0;
   int32_t currentFrame = 0;
   int32_t selectionFirst = 0, selectionLast = 0;

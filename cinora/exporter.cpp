@@ -1,5 +1,6 @@
 #include "cinora/exporter.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -167,16 +168,18 @@ class FrameSource {
   std::vector<zenlay::ObjectPixel> withAlpha_;
 };
 
-/// What the sound filters make of the film; without one there is nothing to hear.
-SoundShape soundShape(Host& host) {
-  for (const auto& filter : host.plugins.filters())
-    if (filter->active && filter->record->flags & filterAudio)
-      return {host.edit.format.audioRate, host.edit.format.audioChannels};
-  return {};
+/// The clip's own sound and what the sound filters make of it; without either there is nothing to hear.
+SoundShape soundShape(const Host& host) {
+  const auto& filters = host.plugins.filters();
+  bool made = std::any_of(filters.begin(), filters.end(),
+                          [](auto& filter) { return filter->active && filter->record->flags & filterAudio; });
+  if (!host.edit.hasSound || (!host.edit.media && !made)) return {};
+  return {host.edit.format.audioRate, host.edit.format.audioChannels};
 }
 
 void exportSound(Host& host, const ExportRequest& request, const ExportProgress& progress) {
   SoundShape shape{host.edit.format.audioRate, host.edit.format.audioChannels};
+  if (!host.edit.hasSound) throw Failure("the film has no sound");
   std::unique_ptr<SoundWriter> writer = makeSoundWriter(request.output, shape);
   for (int frame = request.first; frame <= request.last; frame++) {
     const SoundBlock& block = host.sound.block(host, frame);

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "cinora/failure.h"
+#include "cinora/media_files.h"
 
 namespace cinora {
 namespace {
@@ -18,6 +19,16 @@ struct ShownBracket {
   explicit ShownBracket(Background background) { shown = background; }
   ~ShownBracket() { shown = blackBackground; }
 };
+
+/// The clip's own picture. A film that gives none is told of once; what it leaves is background.
+bool readClip(Host& host, int frame, FramePixel* rows) {
+  zenlay::HostEdit& edit = host.edit;
+  if (frame >= edit.mediaFrames) return false;
+  if (readMediaFrame(host, *edit.media, frame, rows)) return true;
+  edit.mediaFrames = 0;
+  host.addMessage(edit.name + ": its pictures cannot be read");
+  return false;
+}
 
 void fillFrame(Host& host, FramePixel* rows, Background background) {
   const ClipFormat& format = host.edit.format;
@@ -35,7 +46,7 @@ RenderedFrame runFilters(Host& host, int frame, Background background, int first
                          const zenlay::HostFilterRecord* stop) {
   const ClipFormat& format = host.edit.format;
   FramePixel* images[] = {host.image(firstImage), host.image(firstImage + 1)};
-  fillFrame(host, images[0], background);
+  if (!readClip(host, frame, images[0])) fillFrame(host, images[0], background);
 
   zenlay::FrameProcessInfo info{};
   info.frame = images[0];

@@ -10,7 +10,7 @@ struct RenderedFrame {
   int rowPixels, width, height;
 };
 
-/// Luma of what a clip without a file shows.
+/// Luma of what a clip shows that is no film, or behind the film's end.
 enum Background : int16_t { blackBackground = 0, whiteBackground = zenlay::whiteLuma };
 
 /// Throws Failure when a filter leaves a frame that cannot be.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <list>
 #include <memory>
 
@@ -77,7 +78,7 @@ struct KeptSound {
   struct stat status;
   std::unique_ptr<SoundReader> sound;
 };
-constexpr size_t maxKeptSounds = 64;
+constexpr size_t maxKeptSounds = 256;
 constexpr std::chrono::seconds trustedFor{1};  // a file closed so lately is not looked at again
 std::list<KeptSound> keptSounds;               // the one closed last in front
 
@@ -86,9 +87,11 @@ bool sameFile(const struct stat& a, const struct stat& b) {
          a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
 }
 
+/// Of several readers of a file the one closed first: who opens them by turns gets the one that stands where he left.
 bool takeKept(zenlay::HostMedia& media) {
-  auto kept = std::find_if(keptSounds.begin(), keptSounds.end(), [&](auto& k) { return k.path == media.path; });
-  if (kept == keptSounds.end()) return false;
+  auto behind = std::find_if(keptSounds.rbegin(), keptSounds.rend(), [&](auto& k) { return k.path == media.path; });
+  if (behind == keptSounds.rend()) return false;
+  auto kept = std::prev(behind.base());
   bool trusted = std::chrono::steady_clock::now() - kept->closed < trustedFor;
   struct stat status {};
   if (!trusted) stat(platform::nativePath(media.path).c_str(), &status);
@@ -127,16 +130,29 @@ zenlay::MediaHandle openMedia(const std::string& path, zenlay::HostFileInfo* inf
   return media.release();
 }
 
-std::optional<ClipFormat> formatOfMedia(const std::string& path, int32_t* frameCount) {
-  MediaReader reader;
-  std::string reason;
-  if (!reader.open(findMedia(path), false, reason)) return {};
-  const MediaInfo& media = reader.info();
-  ClipFormat format{media.width, media.height, media.rate, media.scale,
-                    media.hasSound ? media.soundRate : standardAudioRate};
-  if (!media.hasVideo || !validFormat(format)) return {};
-  *frameCount = std::clamp(media.frameCount, 1, maxFrameCount);
-  return format;
+void CloseMedia::operator()(zenlay::MediaHandle media) const { closeMedia(media); }
+
+zenlay::HostEdit openMediaClip(const std::string& path) {
+  zenlay::HostFileInfo info;
+  OwnedMedia media(openMedia(path, &info, zenlay::openVideo));
+  bool sound = media && info.flags & zenlay::fileHasAudio;
+  ClipFormat format{info.width, info.height, info.rate, info.scale, standardAudioRate};
+  if (sound) {
+    format.audioRate = info.audioRate;
+    format.audioChannels = std::min(info.audioChannels, format.audioChannels);
+  }
+  zenlay::HostEdit edit;
+  if (!media || !openClip(edit, path, format)) return {};
+  edit.mediaFrames = std::clamp(info.frameCount, 1, maxFrameCount);
+  resizeClip(edit, edit.mediaFrames);
+  edit.hasSound = sound && setMediaSoundRate(*media, format.audioRate, format.audioChannels) > 0;
+  edit.media = std::move(media);
+  return edit;
+}
+
+std::optional<ClipFormat> formatOfMedia(const std::string& path) {
+  zenlay::HostEdit clip = openMediaClip(path);
+  return clip.open ? std::optional(clip.format) : std::nullopt;
 }
 
 void closeMedia(zenlay::MediaHandle media) {
@@ -162,7 +178,7 @@ int32_t setMediaSoundRate(zenlay::HostMedia& media, int rate, int channels) {
   return openSound(media) ? saturated(media.sound->setOutput(rate, channels)) : 0;
 }
 
-int32_t readMediaSound(zenlay::HostMedia& media, int first, int count, int16_t* samples) {
+int32_t readMediaSound(zenlay::HostMedia& media, int64_t first, int count, int16_t* samples) {
   return openSound(media) ? media.sound->read(first, count, samples) : 0;
 }
 

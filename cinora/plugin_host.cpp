@@ -53,7 +53,7 @@ bool keepsProject(const zenlay::HostFilterRecord& r) { return r.windowProcedure 
 intptr_t forwardMessage(platform::Window* window, uint32_t message, intptr_t first, intptr_t second, void* user) {
   Filter& filter = *static_cast<Filter*>(user);
   int result = filter.record->windowProcedure(window, message, first, second, *filter.edit, filter.record);
-  if (result == 1 && *filter.redraw) (*filter.redraw)();
+  if (result == 1 && message != zenlay::messageQuery && *filter.redraw) (*filter.redraw)();
   return result;
 }
 

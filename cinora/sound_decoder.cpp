@@ -1,21 +1,19 @@
 #include "cinora/sound_decoder.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdlib>
 #include <iterator>
 #include <new>
 #include <string_view>
 
-extern "C" {
-#include <libavutil/opt.h>
-}
-
 namespace cinora {
 namespace {
 
 constexpr int maxChannels = 64;
-constexpr int maxFailures = 1000;  // packets in a row that cannot be decoded
-constexpr int prerollSeconds = 1;  // decoded ahead of what is wanted
+constexpr int maxFailures = 1000;   // packets in a row that cannot be decoded
+constexpr int maxSeekFailures = 3;  // in a row; from then on the file is read from its beginning
+constexpr int prerollSeconds = 1;   // decoded ahead of what is wanted
 constexpr int segmentSeconds = 10;
 constexpr int seekSeconds[] = {0, 5, 30};  // farther back, until the container comes out early enough
 constexpr int forwardSeconds = 2;          // nearer than this is decoded up to, not sought
@@ -35,6 +33,14 @@ bool tellsTimes(const AVFormatContext* container, AVCodecID codec) {
   return !counts || av_get_exact_bits_per_sample(codec) >= 8;
 }
 
+/// Bytes of a sample frame that is stored as 16-bit samples are held; 0 for anything else.
+int plainBytes(const AVFormatContext* container, const AVCodecParameters& codec) {
+  bool plain = std::endian::native == std::endian::little && codec.codec_id == AV_CODEC_ID_PCM_S16LE &&
+               codec.block_align == 2 * codec.ch_layout.nb_channels;
+  std::string_view name = container->iformat->name;
+  return plain && (name == "wav" || name == "w64") ? codec.block_align : 0;
+}
+
 bool isLossless(AVCodecID codec) {
   const AVCodecDescriptor* about = avcodec_descriptor_get(codec);
   return about && about->props & AV_CODEC_PROP_LOSSLESS && !(about->props & AV_CODEC_PROP_LOSSY);
@@ -45,13 +51,6 @@ const AVStream* pictureStream(AVFormatContext* container) {
   int best = av_find_best_stream(container, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
   if (best < 0 || container->streams[best]->disposition & AV_DISPOSITION_ATTACHED_PIC) return nullptr;
   return container->streams[best];
-}
-
-/// To nearest; written so that the compiler makes vectors of it.
-int16_t toSample(float value) {
-  constexpr float scale = 32768.0f, low = -32768.0f, high = 32767.0f;
-  float scaled = std::min(std::max(value * scale, low), high);
-  return static_cast<int16_t>(static_cast<int>(scaled + 32768.5f) - 32768);
 }
 
 int64_t inSamples(int64_t time, AVRational base, int rate) { return av_rescale_q(time, base, AVRational{1, rate}); }
@@ -84,8 +83,20 @@ bool SoundDecoder::open(const std::string& url, std::string& error) {
     facts_.samples = inSamples(container->duration, AVRational{1, AV_TIME_BASE}, facts_.rate);
   findOrigin();
   findGrid();
+  plainBytes_ = timesExact_ && origin_ == 0 ? plainBytes(container, *sound.codecpar) : 0;
   return restart();
 }
+
+/// The packets tell whether samples lie in the file as their numbers say.
+void SoundDecoder::followPlain(const AVPacket& packet) {
+  if (plainBytes_ == 0) return;
+  int64_t sample = inSamples(packet.pts, reader_.selected()->time_base, facts_.rate);
+  int64_t offset = packet.pos - sample * plainBytes_;
+  if (plainOffset_ < 0) plainOffset_ = offset;
+  if (packet.pos < 0 || packet.pts < 0 || offset != plainOffset_) plainBytes_ = 0;
+}
+
+int64_t SoundDecoder::plainOffset() const { return plainBytes_ > 0 && length_ >= 0 ? plainOffset_ : -1; }
 
 bool SoundDecoder::openCodec() {
   const AVCodecParameters* parameters = reader_.parameters();
@@ -140,7 +151,6 @@ bool SoundDecoder::restart() {
 void SoundDecoder::setChannels(int channels) {
   if (channels == channels_) return;
   channels_ = channels;
-  mixer_.reset();
   window_.clear();
   windowFirst_ = INT64_MAX;  // nothing lies in it
 }
@@ -168,6 +178,7 @@ bool SoundDecoder::nextFrame() {
     } else if (result == AVERROR(EAGAIN)) {
       bool more = held_ || reader_.next(packet_.get());
       held_ = false;
+      if (more) followPlain(*packet_);
       avcodec_send_packet(codec_.get(), more ? packet_.get() : nullptr);  // a refused packet is a gap
       if (more) av_packet_unref(packet_.get());
     } else {
@@ -175,48 +186,6 @@ bool SoundDecoder::nextFrame() {
     }
   }
   return false;
-}
-
-bool SoundDecoder::prepareMixer(const AVFrame& frame) {
-  int channels = frame.ch_layout.nb_channels;
-  if (mixer_ && mixerFormat_ == frame.format && mixerChannels_ == channels) return true;
-  AVChannelLayout in{}, out{};
-  av_channel_layout_default(&out, channels_);
-  bool known = frame.ch_layout.order == AV_CHANNEL_ORDER_NATIVE;
-  if (channels == channels_ || !known || av_channel_layout_copy(&in, &frame.ch_layout) < 0)
-    av_channel_layout_default(&in, channels);
-  SwrContext* made = nullptr;
-  auto format = static_cast<AVSampleFormat>(frame.format);
-  int result = swr_alloc_set_opts2(&made, &out, AV_SAMPLE_FMT_FLT, facts_.rate, &in, format, facts_.rate, 0, nullptr);
-  mixer_.reset(made);
-  if (made) av_opt_set_double(made, "rematrix_maxval", 1.0, 0);  // sums of channels do not grow
-  bool placeless = in.order != AV_CHANNEL_ORDER_NATIVE;
-  if (result >= 0 && channels != channels_ && (channels == 1 || placeless)) {
-    // Mono at full level on every side; channels without places are dealt out in turn.
-    std::vector<double> matrix(static_cast<size_t>(channels) * channels_, 0.0);
-    for (int c = 0; c < std::max(channels, channels_); c++)
-      matrix[static_cast<size_t>(c % channels_) * channels + c % channels] = 1.0;
-    for (int o = 0; o < channels_ && channels > 1; o++) {
-      int inputs = (channels - o + channels_ - 1) / channels_;
-      for (int i = 0; i < channels; i++) matrix[static_cast<size_t>(o) * channels + i] /= std::max(inputs, 1);
-    }
-    if (placeless) av_opt_set_chlayout(made, "in_chlayout", &in, 0);
-    swr_set_matrix(made, matrix.data(), channels);
-  }
-  av_channel_layout_uninit(&in);
-  av_channel_layout_uninit(&out);
-  if (result < 0 || swr_init(made) < 0) mixer_.reset();
-  mixerFormat_ = frame.format;
-  mixerChannels_ = channels;
-  return mixer_ != nullptr;
-}
-
-void SoundDecoder::mix(const AVFrame& frame, float* out) {
-  int samples = frame.nb_samples;
-  auto* bytes = reinterpret_cast<uint8_t*>(out);
-  auto** in = const_cast<const uint8_t**>(frame.extended_data);
-  if (!prepareMixer(frame) || swr_convert(mixer_.get(), &bytes, samples, in, samples) != samples)
-    std::fill_n(out, static_cast<size_t>(samples) * channels_, 0.0f);
 }
 
 /// What lies before the window's end is passed over, a gap before it becomes silence.
@@ -240,10 +209,10 @@ bool SoundDecoder::decodeMore() {
   size_t samples = static_cast<size_t>(frame_->nb_samples) * channels_;
   if (at == windowEnd() && next_ <= segmentEnd_) {
     window_.resize(window_.size() + samples);
-    mix(*frame_, window_.data() + window_.size() - samples);
+    mixer_.mix(*frame_, channels_, window_.data() + window_.size() - samples);
   } else if (next_ > windowEnd()) {
     mixed_.resize(samples);
-    mix(*frame_, mixed_.data());
+    mixer_.mix(*frame_, channels_, mixed_.data());
     append(std::min(at, segmentEnd_), mixed_.data(), std::clamp<int64_t>(segmentEnd_ - at, 0, frame_->nb_samples));
   }
   return true;
@@ -270,18 +239,21 @@ bool SoundDecoder::seekBefore(int64_t time) {
   return false;
 }
 
+/// Nearer, the decoder begins with the file.
+bool SoundDecoder::farBehindBeginning(int64_t sample) const {
+  return sample > int64_t{prerollSeconds + 1} * facts_.rate;
+}
+
 /// Starts the decoder anew so far ahead of the sample that it delivers it whole. False when there is no telling where.
 bool SoundDecoder::decodeFrom(int64_t sample) {
+  if (!seekable_ || !farBehindBeginning(sample)) return false;
   int64_t from = sample - int64_t{prerollSeconds} * facts_.rate;
-  if (!seekable_ || from <= facts_.rate) return false;
   if (held_) av_packet_unref(packet_.get());
   held_ = ended_ = placed_ = false;
   sought_ = true;
   AVRational base = reader_.selected()->time_base;
-  if (seekBefore(av_rescale_q(from + origin_, AVRational{1, facts_.rate}, base)) && openCodec())
-    return nextFrame();  // passed over: a new decoder may cut it off as it would the beginning of the file
-  seekable_ = segmented_ = false;
-  return false;
+  // The first frame is passed over: a new decoder may cut it off as it would the beginning of the file.
+  return seekBefore(av_rescale_q(from + origin_, AVRational{1, facts_.rate}, base)) && openCodec() && nextFrame();
 }
 
 /// Gets ready to decode `sample` next. A window that does not end there is begun anew.
@@ -291,19 +263,30 @@ void SoundDecoder::position(int64_t sample) {
     windowFirst_ = sample;
   }
   int64_t segment = int64_t{segmentSeconds} * facts_.rate;
-  bool sought = decodeFrom(segmented_ ? sample / segment * segment : sample);
+  int64_t from = segmented_ ? sample / segment * segment : sample;
+  bool sought = decodeFrom(from);
+  if (sought) seekFailures_ = 0;
+  if (!sought && farBehindBeginning(from)) seekFailures_++;
+  if (seekFailures_ >= maxSeekFailures) seekable_ = segmented_ = false;
   segmentEnd_ = segmented_ ? (sample / segment + 1) * segment : INT64_MAX;
   if (!sought && !restart()) ended_ = true;
 }
 
 int64_t SoundDecoder::length() {
   if (length_ >= 0) return length_;
-  position(std::max<int64_t>(facts_.samples - facts_.rate, 0));
-  while (decodeMore()) {
-    windowFirst_ = windowEnd();
-    window_.clear();
-  }
-  length_ = placed_ ? std::max<int64_t>(next_, 0) : 0;
+  auto decodeAll = [this] {
+    while (nextFrame()) {
+      next_ = placeOf(*frame_) + frame_->nb_samples;
+      placed_ = true;
+    }
+    return placed_;
+  };
+  bool found = false;
+  int64_t from = facts_.samples - facts_.rate;
+  for (int tries = 0; !found && tries < 3; tries++, from /= 2)  // the container may have told too much
+    found = decodeFrom(from) && decodeAll();
+  if (!found && restart()) found = decodeAll();
+  length_ = found ? std::max<int64_t>(next_, 0) : 0;
   windowFirst_ = INT64_MAX;
   return length_;
 }

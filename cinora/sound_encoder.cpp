@@ -4,6 +4,10 @@
 #include <iterator>
 #include <string_view>
 
+extern "C" {
+#include <libavutil/opt.h>
+}
+
 #include "cinora/failure.h"
 
 namespace cinora {

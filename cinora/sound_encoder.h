@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "cinora/container.h"
-#include "cinora/sound_decoder.h"
 
 namespace cinora {
 

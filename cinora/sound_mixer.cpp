@@ -1,12 +1,27 @@
 #include "cinora/sound_mixer.h"
 
+#include <algorithm>
+
 #include "cinora/host.h"
+#include "cinora/media_files.h"
 
 namespace cinora {
 namespace {
 
-constexpr size_t keptBlocks = 16;  // more than a filter looks ahead
-constexpr int maxBlock = 1 << 22;  // samples per channel
+constexpr int maxBlock = 1 << 22;           // samples per channel
+constexpr int64_t maxKeptBlocks = 1 << 14;  // of films with hundreds of frames a second
+
+size_t keptBlocks(const ClipFormat& format) {
+  return static_cast<size_t>(std::min(int64_t{keptSeconds} * format.rate / format.scale + 2, maxKeptBlocks));
+}
+
+/// What the clip itself sounds like; silence where it is no film, or behind its end.
+void readClip(const zenlay::HostEdit& edit, SoundBlock& block) {
+  const ClipFormat& format = edit.format;
+  if (!edit.media || !edit.hasSound || setMediaSoundRate(*edit.media, format.audioRate, format.audioChannels) < 1)
+    return;
+  readMediaSound(*edit.media, soundPosition(format, block.frame), block.count, block.samples.data());
+}
 
 void runSoundFilters(Host& host, SoundBlock& block) {
   zenlay::FrameProcessInfo info{};
@@ -36,23 +51,32 @@ int soundBlockLength(const ClipFormat& format, int64_t frame) {
 }
 
 const SoundBlock& SoundMixer::block(Host& host, int frame) {
-  for (const SoundBlock& made : blocks_)
-    if (made.frame == frame) return made;
+  if (auto made = blocks_.find(frame); made != blocks_.end()) return made->second;
   static const SoundBlock none;
   if (making_) return none;
-  SoundBlock block;
-  if (blocks_.size() >= keptBlocks) {
-    block = std::move(blocks_.front());
-    blocks_.pop_front();
-  }
   const ClipFormat& format = host.edit.format;
+  SoundBlock block;
+  if (order_.size() >= keptBlocks(format)) {
+    block = std::move(blocks_[order_.front()]);  // for its memory
+    blocks_.erase(order_.front());
+    order_.pop_front();
+  }
   block.frame = frame;
   block.count = soundBlockLength(format, frame);
   block.samples.assign(static_cast<size_t>(block.count) * format.audioChannels, 0);
   making_ = true;
-  if (block.count > 0) runSoundFilters(host, block);
+  if (block.count > 0) {
+    readClip(host.edit, block);
+    runSoundFilters(host, block);
+  }
   making_ = false;
-  return blocks_.emplace_back(std::move(block));
+  order_.push_back(frame);
+  return blocks_[frame] = std::move(block);
+}
+
+void SoundMixer::forget() {
+  blocks_.clear();
+  order_.clear();
 }
 
 }  // namespace cinora

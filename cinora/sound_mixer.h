@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <unordered_map>
 #include <vector>
 
 #include "cinora/edit.h"
@@ -13,6 +14,9 @@
 namespace cinora {
 
 class Host;
+
+/// How much sound stays made, counted back from the frame made last: more than a filter looks ahead of its picture.
+inline constexpr int keptSeconds = 11;
 
 /// Samples per channel before `frame` begins: floor(frame * scale * audio rate / rate).
 int64_t soundPosition(const ClipFormat&, int64_t frame);
@@ -31,11 +35,12 @@ class SoundMixer {
   /// The finished block of a frame of the open edit, valid until the next call.
   const SoundBlock& block(Host&, int frame);
   /// The film has changed: blocks are made anew. Before playing or writing, too.
-  void forget() { blocks_.clear(); }
+  void forget();
 
  private:
-  std::deque<SoundBlock> blocks_;  // made last at the back
-  bool making_ = false;            // a filter asks for sound while it makes some: there is none
+  std::unordered_map<int, SoundBlock> blocks_;  // by frame
+  std::deque<int> order_;                       // of their making
+  bool making_ = false;                         // a filter asks for sound while it makes some: there is none
 };
 
 }  // namespace cinora

@@ -1,41 +1,25 @@
 #include "cinora/sound_reader.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
-
-extern "C" {
-#include <libavutil/opt.h>
-}
+#include <utility>
 
 namespace cinora {
 namespace {
 
-constexpr int filterTaps = 64;      // input samples under the filter, more when the rate falls
-constexpr int chunk = 4096;         // input samples per call
-constexpr int maxPhases = 1 << 10;  // of exact ratios; others are interpolated between
-AvResampler makeResampler(int from, int to, int channels, int64_t phases) {
-  AVChannelLayout layout{};
-  av_channel_layout_default(&layout, channels);
-  SwrContext* made = nullptr;
-  int result = swr_alloc_set_opts2(&made, &layout, AV_SAMPLE_FMT_S16, to, &layout, AV_SAMPLE_FMT_FLT, from, 0, nullptr);
-  AvResampler resampler(made);
-  av_channel_layout_uninit(&layout);
-  if (result < 0) return nullptr;
-  av_opt_set_sample_fmt(made, "internal_sample_fmt", AV_SAMPLE_FMT_FLTP, 0);
-  av_opt_set_int(made, "filter_size", filterTaps, 0);
-  av_opt_set_int(made, "phase_shift", 10, 0);
-  av_opt_set_int(made, "exact_rational", 1, 0);
-  av_opt_set_int(made, "linear_interp", phases > maxPhases, 0);
-  av_opt_set_double(made, "cutoff", 0.98, 0);
-  if (swr_init(made) < 0) return nullptr;
-  return resampler;
-}
+/// In samples of the file: `fraction` behind sample `whole`, 0..1.
+struct Place {
+  int64_t whole;
+  double fraction;
+};
 
 }  // namespace
 
 bool SoundReader::open(const std::string& path, std::string& error) {
   av_log_set_level(AV_LOG_QUIET);
   std::string url = mediaUrl(path, error);
+  path_ = path;
   return !url.empty() && decoder_.open(url, error);
 }
 
@@ -44,70 +28,70 @@ int64_t SoundReader::setOutput(int rate, int channels) {
   if (rate < 1 || rate > maxSoundRate || channels < 1) return 0;
   int own = facts().rate;
   int64_t common = std::gcd(own, rate);
+  turned_ = channels == channels_ && readUpTo_ >= 0;
   rate_ = rate;
   channels_ = channels;
   unitIn_ = own / common;
   unitOut_ = rate / common;
   decoder_.setChannels(channels);
-  resampler_.reset();
-  window_.clear();
-  windowFirst_ = INT64_MAX;  // nothing lies in it
+  filter_.reset();
   total_ = av_rescale_rnd(decoder_.length(), rate, own, AV_ROUND_DOWN);
   return total_;
 }
 
-/// Makes the resampler start at a place where both rates meet, so that its phases are always the same, far enough ahead
-/// that its filter has only heard the file.
-bool SoundReader::align(int64_t first) {
-  int own = facts().rate;
-  resampler_ = makeResampler(own, rate_, channels_, unitOut_);
-  if (!resampler_) return false;
-  int64_t heard = 2 * filterTaps * std::max<int64_t>(1, (own + rate_ - 1) / rate_);
-  int64_t ahead = heard * rate_ / own + 2;
-  int64_t unit = std::max<int64_t>((first - ahead) / unitOut_, 0);
-  consumed_ = unit * unitIn_;
-  produced_ = unit * unitOut_;
-  window_.clear();
-  windowFirst_ = first;
-  return true;
+/// At the file's own rate.
+void SoundReader::copy(int64_t first, int count, int16_t* out) {
+  bool plain = channels_ == facts().channels && (plain_.opened() || decoder_.plainOffset() >= 0);
+  if (plain && (plain_.opened() || plain_.open(path_, decoder_.plainOffset(), channels_)))
+    plain_.read(first, count, out);
+  else
+    decoder_.read(first, count, out);
 }
 
-/// Resamples a chunk more; what lies before the window is passed over.
-bool SoundReader::produce() {
-  input_.resize(static_cast<size_t>(chunk) * channels_);
-  decoder_.read(consumed_, chunk, input_.data());
-  consumed_ += chunk;
-  auto* in = reinterpret_cast<const uint8_t*>(input_.data());
-  int room = swr_get_out_samples(resampler_.get(), chunk);
-  output_.resize(static_cast<size_t>(std::max(room, 1)) * channels_);
-  auto* out = reinterpret_cast<uint8_t*>(output_.data());
-  int made = swr_convert(resampler_.get(), &out, room, &in, chunk);
-  if (made < 0) return false;
-  int64_t passed = std::clamp<int64_t>(windowEnd() - produced_, 0, made);
-  window_.insert(window_.end(), output_.begin() + passed * channels_,
-                 output_.begin() + static_cast<int64_t>(made) * channels_);
-  produced_ += made;
-  return true;
+/// `placeOf` gives the place of the n-th sample, ascending.
+template <class PlaceOf>
+void SoundReader::resample(PlaceOf placeOf, int count, int16_t* out) {
+  if (!filter_) filter_ = ResamplingFilter::forRates(unitIn_, unitOut_);
+  int reach = filter_->reach();
+  int64_t begin = placeOf(0).whole - reach + 1;
+  size_t length = static_cast<size_t>(placeOf(count - 1).whole + reach + 1 - begin);
+  input_.resize(length * channels_);
+  planes_.resize(length * channels_);
+  sums_.resize(static_cast<size_t>(channels_));
+  decoder_.read(begin, static_cast<int>(length), input_.data());
+  for (int c = 0; c < channels_; c++)
+    for (size_t i = 0; i < length; i++) planes_[c * length + i] = input_[i * channels_ + c];
+  for (int i = 0; i < count; i++) {
+    Place place = placeOf(i);
+    const float* around = planes_.data() + (place.whole - reach + 1 - begin);
+    weightedSums(around, length, channels_, filter_->weights(place.fraction), 2 * reach, sums_.data());
+    out = std::transform(sums_.begin(), sums_.end(), out, toSample);
+  }
 }
 
 int SoundReader::read(int64_t first, int count, int16_t* out) {
   if (first < 0 || first >= total_ || count < 1) return 0;
   count = static_cast<int>(std::min<int64_t>(count, total_ - first));
-  if (unitIn_ == unitOut_) {
-    decoder_.read(first, count, out);
-    return count;
+  double begin = placeOf(first), end = placeOf(first + count), before = readUpTo_;
+  readUpTo_ = end;
+  if (std::exchange(turned_, false) && before != begin && std::abs(before - begin) <= placeOf(1)) {
+    double step = (end - before) / count;
+    resample(
+        [=](int i) {
+          double place = before + step * i, whole = std::floor(place);
+          return Place{static_cast<int64_t>(whole), place - whole};
+        },
+        count, out);
+  } else if (unitIn_ == unitOut_) {
+    copy(first, count, out);
+  } else {
+    resample(
+        [&](int i) {
+          int64_t place = (first + i) * unitIn_;
+          return Place{place / unitOut_, static_cast<double>(place % unitOut_) / static_cast<double>(unitOut_)};
+        },
+        count, out);
   }
-  int64_t second = rate_;
-  bool near = resampler_ && first >= windowFirst_ && first <= windowEnd() + second;
-  if (!near && !align(first)) return 0;
-  if (first - windowFirst_ > second) {
-    int64_t dropped = std::min(first - second / 4, windowEnd()) - windowFirst_;
-    window_.erase(window_.begin(), window_.begin() + dropped * channels_);
-    windowFirst_ += dropped;
-  }
-  while (windowEnd() < first + count)
-    if (!produce()) return 0;
-  std::copy_n(window_.begin() + (first - windowFirst_) * channels_, static_cast<int64_t>(count) * channels_, out);
   return count;
 }
 

@@ -1,10 +1,16 @@
 // The sound of a file at any rate, as 16-bit samples: what a block holds does not depend on what was read before it.
+//
+// Except where the rate changes while reading goes on: places are then rounded to the new rate's samples, and the first
+// block bends its time by that part of a sample, so that nothing clicks.
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "cinora/plain_samples.h"
+#include "cinora/resampling_filter.h"
 #include "cinora/sound_decoder.h"
 
 namespace cinora {
@@ -21,20 +27,21 @@ class SoundReader {
   int read(int64_t first, int count, int16_t* out);
 
  private:
-  bool align(int64_t first);
-  bool produce();
-  int64_t windowEnd() const { return windowFirst_ + static_cast<int64_t>(window_.size()) / channels_; }
+  void copy(int64_t first, int count, int16_t* out);
+  template <class PlaceOf>
+  void resample(PlaceOf placeOf, int count, int16_t* out);
+  double placeOf(int64_t sample) const { return static_cast<double>(sample) * unitIn_ / unitOut_; }
 
+  std::string path_;
   SoundDecoder decoder_;
+  PlainSamples plain_;  // open: those of the file
   int rate_ = 0, channels_ = 0;
   int64_t total_ = 0;
-  int64_t unitIn_ = 1, unitOut_ = 1;  // samples after which both rates meet
-  AvResampler resampler_;             // null: the file's own rate
-  int64_t consumed_ = 0, produced_ = 0;
-  std::vector<float> input_;
-  std::vector<int16_t> output_;
-  std::vector<int16_t> window_;  // sample frames from windowFirst_ on
-  int64_t windowFirst_ = 0;
+  int64_t unitIn_ = 1, unitOut_ = 1;                // samples after which both rates meet
+  std::shared_ptr<const ResamplingFilter> filter_;  // null: not needed yet
+  double readUpTo_ = -1;                            // place in the file of the sample behind the last one read
+  bool turned_ = false;                             // the rate has changed since
+  std::vector<float> input_, planes_, sums_;
 };
 
 inline constexpr int maxSoundRate = 20000000;

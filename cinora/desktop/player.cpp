@@ -1,6 +1,7 @@
 #include "cinora/desktop/player.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace cinora::desktop {
 namespace {
@@ -10,8 +11,12 @@ constexpr int64_t second = 1000000000;
 }  // namespace
 
 Player::Player(Host& host, const PlaybackFilter& filter, std::function<bool(int)> show,
-               std::function<void(int, bool)> ended)
-    : host_(host), filter_(filter), show_(std::move(show)), ended_(std::move(ended)), sound_(host) {
+               std::function<void(int, bool)> ended, OpenSoundDevice openSound)
+    : host_(host),
+      filter_(filter),
+      show_(std::move(show)),
+      ended_(std::move(ended)),
+      sound_(host, std::move(openSound)) {
   timer_.setSingleShot(true);
   timer_.setTimerType(Qt::PreciseTimer);
   QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { tick(); });
@@ -24,15 +29,11 @@ void Player::play(int first, int last, int from) {
   shown_ = 0;
   playing_ = true;
   filter_.notify(from, playbackStart);
-  begin(std::clamp(from, first, last));
-}
-
-void Player::begin(int from) {
-  start_ = frame_ = from;
-  if (!showFrame(from)) return;
-  sound_.start(from, last_);
+  start_ = std::clamp(from, first, last);
+  passStart_ = clockStart_ = 0;
+  if (!showFrame(start_)) return;
+  sound_.start(first, last, start_, loop_);
   onSound_ = sound_.heard().has_value();
-  clockStart_ = 0;
   clock_.start();
   timer_.start(0);
 }
@@ -46,16 +47,39 @@ int64_t Player::elapsed() {
   return clockStart_ + clock_.nsecsElapsed();
 }
 
+/// May lie behind the last one: the pass is over.
+int Player::frameAt(int64_t now) const {
+  const ClipFormat& format = host_.edit.format;
+  auto passed = static_cast<__int128>(now - passStart_) * format.rate / (format.scale * second);
+  return static_cast<int>(std::min<__int128>(start_ + passed, INT32_MAX));
+}
+
+/// Nanoseconds from the frame the pass began with to its end: of the samples played, if there are any, so that however
+/// many passes picture and sound stay together.
+int64_t Player::passLength() const {
+  const ClipFormat& format = host_.edit.format;
+  int64_t frames = last_ + 1 - start_, samples = soundPosition(format, last_ + 1) - soundPosition(format, start_);
+  auto length = onSound_ ? static_cast<__int128>(samples) * second / format.audioRate
+                         : static_cast<__int128>(frames) * format.scale * second / format.rate;
+  return std::max<int64_t>(static_cast<int64_t>(length), 1);
+}
+
 void Player::tick() {
   if (!playing_) return;
-  sound_.feed();
-  const ClipFormat& format = host_.edit.format;
+  if (!host_.edit.open) return end(false);
+  sound_.feed(loop_);
   int64_t now = elapsed();
-  int64_t due = start_ + static_cast<int64_t>(static_cast<__int128>(now) * format.rate / (format.scale * second));
-  if (due > last_) return loop_ ? begin(first_) : end(true);
-  if (due != frame_ && !showFrame(static_cast<int>(due))) return;
-  int64_t next = static_cast<int64_t>(static_cast<__int128>(due - start_ + 1) * format.scale * second / format.rate);
-  timer_.start(static_cast<int>(std::clamp<int64_t>((next - elapsed()) / 1000000, 0, 20)));
+  int due = frameAt(now);
+  for (; due > last_; due = frameAt(now)) {
+    if (!loop_) return end(true);
+    passStart_ += passLength();
+    start_ = first_;
+  }
+  if (due != frame_ && !showFrame(due)) return;
+  const ClipFormat& format = host_.edit.format;
+  auto next = static_cast<__int128>(due - start_ + 1) * format.scale * second / format.rate;
+  int64_t wait = passStart_ + static_cast<int64_t>(next) - elapsed();
+  timer_.start(static_cast<int>(std::clamp<int64_t>(wait / 1000000, 0, 20)));
 }
 
 /// False when the playback is over.

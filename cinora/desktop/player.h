@@ -16,7 +16,7 @@ class Player {
   /// `show` makes and shows a frame; false ends the playback. `ended` is called after each end, with the frame shown
   /// last and whether it ended by itself.
   Player(Host&, const PlaybackFilter&, std::function<bool(int frame)> show,
-         std::function<void(int frame, bool byItself)> ended);
+         std::function<void(int frame, bool byItself)> ended, OpenSoundDevice = openSystemSound);
 
   /// Frames first..last, from `from` on.
   void play(int first, int last, int from);
@@ -28,8 +28,9 @@ class Player {
   int framesShown() const { return shown_; }
 
  private:
-  void begin(int from);
   void tick();
+  int frameAt(int64_t now) const;
+  int64_t passLength() const;
   bool showFrame(int frame);
   void end(bool byItself);
   int64_t elapsed();
@@ -41,11 +42,12 @@ class Player {
   PlayerSound sound_;
   QTimer timer_;
   QElapsedTimer clock_;
-  int64_t clockStart_ = 0;  // ns of the film at which clock_ began
+  int64_t clockStart_ = 0;  // ns of playback at which clock_ began
   bool onSound_ = false;    // the sound is the clock
   bool playing_ = false, loop_ = false;
   int first_ = 0, last_ = 0;  // of the range
-  int start_ = 0;             // where the clocks stood at 0
+  int start_ = 0;             // frame with which this pass began
+  int64_t passStart_ = 0;     // ns of playback at which it did
   int frame_ = 0, shown_ = 0;
 };
 

@@ -1,84 +1,63 @@
 #include "cinora/desktop/player_sound.h"
 
-#include <QAudioDevice>
-#include <QAudioFormat>
-#include <QAudioSink>
-#include <QMediaDevices>
+#include <algorithm>
 
 namespace cinora::desktop {
 namespace {
 
-constexpr qint64 bufferedMicroseconds = 200000;
-constexpr int patience = 500;  // ms after which a device that plays nothing is done without
+constexpr int64_t second = 1000000000;
+constexpr int64_t patience = second / 2;  // after which a device that plays nothing is done without
+constexpr int starvedParts = 50;          // of a second: a device with less left has run dry
 
 }  // namespace
 
-struct PlayerSound::Output {
-  Output(const QAudioDevice& device, const QAudioFormat& format) : format(format), sink(device, format) {
-    sink.setBufferSize(format.bytesForDuration(bufferedMicroseconds));
-    stream = sink.start();
-  }
-  ~Output() { sink.stop(); }
+PlayerSound::PlayerSound(Host& host, OpenSoundDevice open) : host_(host), open_(std::move(open)) {}
 
-  QAudioFormat format;
-  QAudioSink sink;
-  QIODevice* stream;
-};
-
-PlayerSound::PlayerSound(Host& host) : host_(host) {}
-PlayerSound::~PlayerSound() = default;
-
-bool PlayerSound::makeBlock(int frame) {
-  const ClipFormat& format = host_.edit.format;
-  size_t most = static_cast<size_t>(int64_t{format.audioRate} * format.scale / format.rate + 2) * format.audioChannels;
-  block_.resize(most);
-  int count = hostFunctions.getAudioFiltered(host_.editHandle(), frame, block_.data());
-  blockBytes_ = int64_t{count} * format.audioChannels * 2;
-  written_ = 0;
-  return count > 0;
-}
-
-void PlayerSound::start(int firstFrame, int lastFrame) {
+void PlayerSound::start(int first, int last, int from, bool loop) {
   stop();
-  if (!makeBlock(firstFrame)) return;
-  QAudioDevice device = QMediaDevices::defaultAudioOutput();
-  QAudioFormat format;
-  format.setSampleRate(host_.edit.format.audioRate);
-  format.setChannelCount(host_.edit.format.audioChannels);
-  format.setSampleFormat(QAudioFormat::Int16);
-  if (device.isNull() || !device.isFormatSupported(format)) return;
-  output_ = std::make_unique<Output>(device, format);
-  if (!output_->stream || output_->sink.error() != QAudio::NoError) return stop();
-  next_ = firstFrame + 1;
-  last_ = lastFrame;
-  lastHeard_ = 0;
-  sinceHeard_.start();
-  feed();
+  const ClipFormat& format = host_.edit.format;
+  if (!host_.edit.hasSound || soundBlockLength(format, from) < 1) return;
+  device_ = open_(format.audioRate, format.audioChannels);
+  rate_ = format.audioRate;
+  channels_ = format.audioChannels;
+  first_ = first;
+  last_ = last;
+  next_ = from;
+  block_.clear();
+  written_ = 0;
+  given_ = 0;
+  timer_.start();
+  clock_.start(0);
+  feed(loop);
 }
 
-void PlayerSound::stop() { output_.reset(); }
+bool PlayerSound::nextBlock(bool loop) {
+  allGiven_ = next_ > last_ && !loop;
+  if (allGiven_) return false;
+  if (next_ > last_) next_ = first_;
+  block_ = host_.sound.block(host_, next_++).samples;
+  written_ = 0;
+  return true;
+}
 
-void PlayerSound::feed() {
-  while (output_) {
-    if (written_ == blockBytes_ && (next_ > last_ || !makeBlock(next_++))) return;
-    int64_t room = std::min<int64_t>(output_->sink.bytesFree(), blockBytes_ - written_);
-    const char* waiting = reinterpret_cast<const char*>(block_.data()) + written_;
-    int64_t taken = room > 0 ? output_->stream->write(waiting, room) : 0;
-    if (taken < 1) return;
-    written_ += taken;
+void PlayerSound::feed(bool loop) {
+  if (!device_) return;
+  if (given_ - device_->heard() < rate_ / starvedParts) suppliedAt_ = timer_.nsecsElapsed();
+  while (written_ < block_.size() || nextBlock(loop)) {
+    int64_t count = std::min<int64_t>(device_->room(), static_cast<int64_t>(block_.size() - written_) / channels_);
+    if (count < 1 && written_ < block_.size()) return;
+    device_->write(block_.data() + written_, count);
+    written_ += static_cast<size_t>(count * channels_);
+    given_ += count;
   }
 }
 
 std::optional<int64_t> PlayerSound::heard() {
-  if (!output_) return {};
-  const QAudioSink& sink = output_->sink;
-  int64_t waiting = output_->format.durationForBytes(static_cast<qint32>(sink.bufferSize() - sink.bytesFree()));
-  int64_t now = std::max<int64_t>(0, sink.processedUSecs() - waiting) * 1000;
-  if (now > lastHeard_) {
-    lastHeard_ = now;
-    sinceHeard_.start();
-  }
-  if (sinceHeard_.elapsed() <= patience) return lastHeard_;
+  if (!device_) return {};
+  int64_t now = timer_.nsecsElapsed();
+  int64_t heard = clock_.read(now, device_->heard() * second / rate_, allGiven_);
+  bool ending = allGiven_ && clock_.begun();
+  if (ending || now - std::max(clock_.toldAt(), suppliedAt_) <= patience) return heard;
   stop();
   return {};
 }

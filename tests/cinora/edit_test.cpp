@@ -10,7 +10,8 @@ TEST(EditTest, ClipNamesSayTheirFormat) {
     const char* name;
     ClipFormat format;
   } rows[] = {{"640x480_30fps_44100Hz.zenlay", {640, 480, 30, 1, 44100, 2}},
-              {"1920x1080_30000-1001fps_48000Hz.zenlay", {1920, 1080, 30000, 1001, 48000, 2}}};
+              {"1920x1080_30000-1001fps_48000Hz.zenlay", {1920, 1080, 30000, 1001, 48000, 2}},
+              {"64x48_25fps_8000Hz_1ch.zenlay", {64, 48, 25, 1, 8000, 1}}};
   for (const auto& row : rows) {
     EXPECT_EQ(formatFromName(row.name), row.format);
     EXPECT_EQ(nameOfFormat(row.format), row.name);
@@ -21,7 +22,7 @@ TEST(EditTest, ClipNamesSayTheirFormat) {
        {"", "film.mp4", "640x480_30fps_44100Hz.zenlay2", "640x480_30fps_44100Hz", "0x480_30fps_44100Hz.zenlay",
         "640x-480_30fps_44100Hz.zenlay", "16385x1_1fps_1Hz.zenlay", "640x480_30-0fps_44100Hz.zenlay",
         "640x480_fps_44100Hz.zenlay", "99999999999x480_30fps_44100Hz.zenlay", "640x480_30fps_0Hz.zenlay",
-        " 640x480_30fps_44100Hz.zenlay"})
+        "640x480_30fps_44100Hz_3ch.zenlay", " 640x480_30fps_44100Hz.zenlay"})
     EXPECT_FALSE(formatFromName(name)) << name;
 }
 

@@ -3,9 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <optional>
 
+#include "cinora/exporter.h"
+#include "cinora/failure.h"
+#include "cinora/frame_renderer.h"
 #include "cinora/host.h"
+#include "cinora/sound_reader.h"
+#include "tests/support/scratch_folder.h"
 
 namespace cinora {
 namespace {
@@ -59,7 +66,7 @@ class SoundMixerTest : public ::testing::Test {
 };
 
 TEST_F(SoundMixerTest, ABlockIsMadeOnce) {
-  Host& host = start("64x48_30000-1001fps_44100Hz.zenlay", 100);
+  Host& host = start("64x48_30000-1001fps_44100Hz.zenlay", 400);
   const SoundBlock& block = host.sound.block(host, 7);
   EXPECT_EQ(block.count, 1471);
   ASSERT_EQ(block.samples.size(), 2u * 1471);
@@ -70,11 +77,13 @@ TEST_F(SoundMixerTest, ABlockIsMadeOnce) {
   EXPECT_EQ(asked[0], calls) << "the same block";
   EXPECT_EQ(asked[2 * 1471], 99) << "and no more than that";
   EXPECT_EQ(host.sound.block(host, 8).samples[0], calls + 1);
-  for (int frame = 9; frame < 20; frame++) host.sound.block(host, frame);
-  EXPECT_EQ(host.sound.block(host, 8).samples[0], calls + 1) << "still kept";
-  host.sound.forget();
-  EXPECT_EQ(host.sound.block(host, 7).samples[0], calls + 13);
-  EXPECT_EQ(hostFunctions.getAudioFiltered(host.editHandle(), 100, asked.data()), 0);
+  // Eleven seconds (329.7 frames) and two frames stay: those of 7..337.
+  for (int frame = 9; frame < 338; frame++) host.sound.block(host, frame);
+  EXPECT_EQ(host.sound.block(host, 7).samples[0], calls) << "still kept";
+  host.sound.block(host, 338);
+  EXPECT_EQ(host.sound.block(host, 8).samples[0], static_cast<int16_t>(calls + 1));
+  EXPECT_EQ(host.sound.block(host, 7).samples[0], static_cast<int16_t>(calls + 332)) << "the oldest went";
+  EXPECT_EQ(hostFunctions.getAudioFiltered(host.editHandle(), 400, asked.data()), 0);
   EXPECT_EQ(hostFunctions.getAudioFiltered(host.editHandle(), -1, asked.data()), 0);
   EXPECT_EQ(hostFunctions.getAudioFiltered(nullptr, 0, asked.data()), 0);
 }
@@ -84,8 +93,58 @@ TEST_F(SoundMixerTest, ChangesOfTheFilmForget) {
   int16_t calls = host.sound.block(host, 2).samples[0];
   host.setFrameCount(11);
   EXPECT_EQ(host.sound.block(host, 2).samples[0], calls + 1);
+  host.noteChange(false);
+  EXPECT_EQ(host.sound.block(host, 2).samples[0], calls + 1) << "the cursor moved";
+  host.noteChange(true);
+  EXPECT_EQ(host.sound.block(host, 2).samples[0], calls + 2) << "an object was edited";
   ASSERT_TRUE(host.openEdit("64x48_25fps_8000Hz.zenlay"));
   EXPECT_EQ(host.sound.block(host, 0).count, 320);
+}
+
+/// A film as the clip: 15 grey frames, one second of a value that grows by 3 a sample on the left and is -7 on the
+/// right.
+TEST_F(SoundMixerTest, AFilmIsWhatItsClipShowsAndSoundsLike) {
+  ::test::ScratchFolder folder;
+  std::string film = folder / "film.mkv", mute = folder / "mute.mkv", wav = folder / "out.wav";
+  std::string picture = "ffmpeg -v error -y -f lavfi -i color=gray:s=16x8:r=15:d=1,format=yuv444p ";
+  ASSERT_EQ(
+      std::system((picture + "-f lavfi -i \"aevalsrc='3*n/32768|-7/32768':s=8000:d=1\" -c:v ffv1 -c:a pcm_s16le " +
+                   film + " && " + picture + "-c:v ffv1 " + mute)
+                      .c_str()),
+      0);
+  Host& host = start(film.c_str(), 20);
+  zenlay::HostFileInfo info;
+  ASSERT_EQ(hostFunctions.getFileInfo(host.editHandle(), &info), 1);
+  EXPECT_EQ(info.flags, zenlay::fileHasVideo | zenlay::fileHasAudio);
+  EXPECT_EQ(info.audioRate, 8000);
+  int16_t made = host.sound.block(host, 0).samples[0];  // by the filter alone
+  const SoundBlock& block = host.sound.block(host, 7);
+  ASSERT_EQ(block.count, 533);  // 4266 - 3733
+  for (int i = 1; i + 1 < block.count; i++) {
+    ASSERT_EQ(block.samples[2 * i], 3 * (3733 + i));
+    ASSERT_EQ(block.samples[2 * i + 1], -7);
+  }
+  EXPECT_EQ(block.samples[0], 3 * 3733 + made + 1) << "filters add to it";
+  const SoundBlock& behind = host.sound.block(host, 15);
+  EXPECT_EQ(std::count(behind.samples.begin() + 1, behind.samples.end() - 1, 0), 2 * behind.count - 2);
+
+  auto luma = [&](int frame) {
+    RenderedFrame shown = renderFrame(host, frame);
+    return shown.rows[3 * shown.rowPixels + 15].y;  // where the editor leaves the clip alone
+  };
+  EXPECT_NEAR(luma(0), 4096 * (126 - 16) / 219, 2);
+  EXPECT_NEAR(luma(14), 4096 * (126 - 16) / 219, 2);
+  EXPECT_EQ(luma(15), 0) << "the film is over";
+  exportFilm(host, {.output = {.path = wav}, .last = 19}, [](int, int) { return true; });
+  SoundReader reader;
+  std::string error;
+  ASSERT_TRUE(reader.open(wav, error)) << error;
+  EXPECT_EQ(reader.setOutput(8000, 2), 10666);
+
+  ASSERT_TRUE(host.openEdit(mute));
+  ASSERT_EQ(hostFunctions.getFileInfo(host.editHandle(), &info), 1);
+  EXPECT_EQ(info.flags, zenlay::fileHasVideo);
+  EXPECT_THROW(exportFilm(host, {.output = {.path = wav}}, [](int, int) { return true; }), Failure);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <numbers>
 #include <random>
 
+#include "tests/support/every_target.h"
 #include "tests/support/scratch_folder.h"
 
 namespace cinora {
@@ -221,31 +222,89 @@ TEST_F(SoundReaderTest, CompressedSoundStandsWhereItWas) {
 /// The phase and size of a tone of that frequency in a stretch, against a sine that begins at sample 0.
 struct Tone {
   double amplitude, delay;  // samples
+  double rest;              // RMS of what is not the tone
 };
 Tone toneOf(const Samples& left, double frequency, int rate, int64_t first) {
-  double re = 0, im = 0, step = 2 * std::numbers::pi * frequency / rate;
+  double re = 0, im = 0, power = 0, step = 2 * std::numbers::pi * frequency / rate;
   for (size_t i = 0; i < left.size(); i++) {
+    power += double{1} * left[i] * left[i];
     re += left[i] * std::sin(step * static_cast<double>(first + static_cast<int64_t>(i)));
     im += left[i] * std::cos(step * static_cast<double>(first + static_cast<int64_t>(i)));
   }
-  return {2 * std::hypot(re, im) / static_cast<double>(left.size()), -std::atan2(im, re) / step};
+  double count = static_cast<double>(left.size()), amplitude = 2 * std::hypot(re, im) / count;
+  return {amplitude, -std::atan2(im, re) / step, std::sqrt(std::max(0.0, power / count - amplitude * amplitude / 2))};
+}
+
+Samples sine(double frequency, double amplitude, int count) {
+  Samples samples;
+  for (int i = 0; i < count; i++)
+    samples.push_back(
+        static_cast<int16_t>(std::lround(amplitude * std::sin(2 * std::numbers::pi * frequency * i / 44100.0))));
+  return samples;
 }
 
 TEST_F(SoundReaderTest, ResamplingKeepsLevelAndPlace) {
-  Samples samples;
-  for (int i = 0; i < 44100; i++)
-    samples.push_back(static_cast<int16_t>(std::lround(10000 * std::sin(2 * std::numbers::pi * 1000 * i / 44100.0))));
-  writeWav(folder / "tone.wav", samples, 1, 44100);
-  for (int rate : {48000, 96000, 22050, 44101, 29400}) {
+  struct Row {
+    int rate, frequency;
+    double amplitude;  // of 10000 that went in
+  };
+  const Row rows[] = {{48000, 1000, 10000},   {96000, 1000, 10000}, {22050, 1000, 10000},  {44101, 1000, 10000},
+                      {29400, 1000, 10000},   {4410, 1000, 10000},  {48000, 15000, 10000}, {44099, 15000, 10000},
+                      {441000, 15000, 10000}, {22050, 15000, 0},    {4410, 3000, 0},       {8001, 5000, 0}};
+  for (const Row& row : rows) {
+    writeWav(folder / "tone.wav", sine(row.frequency, 10000, 44100), 1, 44100);
     SoundReader reader;
     std::string error;
     ASSERT_TRUE(reader.open(folder / "tone.wav", error));
-    EXPECT_EQ(reader.setOutput(rate, 1), rate);
-    int from = rate / 4, count = rate / 100 * 50;  // whole periods
-    Tone tone = toneOf(readStretch(reader, from, count, 1), 1000, rate, from);
-    EXPECT_NEAR(tone.amplitude, 10000, 5) << rate;
-    EXPECT_NEAR(tone.delay, 0, 0.01) << rate;
+    EXPECT_EQ(reader.setOutput(row.rate, 1), row.rate);
+    int from = row.rate / 4, count = row.rate / 2;  // whole periods, or nearly
+    Tone tone = toneOf(readStretch(reader, from, count, 1), row.frequency, row.rate, from);
+    EXPECT_NEAR(tone.amplitude, row.amplitude, 5) << row.rate << " " << row.frequency;
+    EXPECT_NEAR(row.amplitude > 0 ? tone.delay : 0, 0, 0.01) << row.rate;
+    EXPECT_LT(tone.rest, 2) << row.rate << " " << row.frequency;
   }
+}
+
+TEST(WeightedSums, AreTheSameOnEveryProcessor) {
+  std::mt19937 random(3);
+  std::vector<float> samples(200), before(96), behind(96);
+  for (auto* values : {&samples, &before, &behind})
+    for (float& value : *values) value = static_cast<float>(random()) / 4294967296.0f - 0.5f;
+  std::vector<std::vector<float>> results;
+  zenlay::test::onEveryTarget([&] {
+    std::vector<float> sums(2);
+    weightedSums(samples.data(), 100, 2, {before.data(), behind.data(), 0.3f}, 96, sums.data());
+    results.push_back(sums);
+  });
+  double exact = 0;
+  for (int i = 0; i < 96; i++) exact += samples[100 + i] * (0.7 * before[i] + 0.3 * behind[i]);
+  EXPECT_NEAR(results[0][1], exact, 1e-5);
+  for (const auto& sums : results) EXPECT_EQ(sums, results[0]);
+}
+
+/// A speed that moves: every block at another rate, beginning at the sample nearest to where the last one ended.
+TEST_F(SoundReaderTest, ChangingRatesDoNotClick) {
+  writeWav(folder / "tone.wav", sine(1000, 10000, 6 * 44100), 1, 44100);
+  SoundReader reader;
+  std::string error;
+  ASSERT_TRUE(reader.open(folder / "tone.wav", error));
+  Samples played;
+  int64_t next = 0, before = 44100;
+  for (int block = 0; block < 90; block++) {
+    int rate = 44100 * 1000 / (1000 + 10 * block);  // 100 to 190 percent
+    ASSERT_GT(reader.setOutput(rate, 1), 0);
+    next = (next * rate + before / 2) / before;
+    before = rate;
+    Samples samples = readStretch(reader, next, 1471 + block % 2, 1);
+    next += static_cast<int64_t>(samples.size());
+    played.insert(played.end(), samples.begin(), samples.end());
+  }
+  ASSERT_EQ(played.size(), 90u * 1471 + 45);
+  int sharpest = 0;  // turn of the curve
+  for (size_t i = 2; i < played.size(); i++)
+    sharpest = std::max(sharpest, std::abs(played[i] - 2 * played[i - 1] + played[i - 2]));
+  double steepest = 2 * std::numbers::pi * 1900 / 44100;
+  EXPECT_LT(sharpest, 10000 * steepest * steepest * 1.02);
 }
 
 TEST_F(SoundReaderTest, SoundBeginsWithTheFirstPicture) {

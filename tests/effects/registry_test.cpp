@@ -208,38 +208,6 @@ TEST_F(Registry, ChecksAreConsistent) {
       EXPECT_GT(d->exdata_size, 0) << "nowhere to keep the choice";
     }
   }
-  const struct {
-    const EffectDefinition& effect;
-    int check, items;
-    const char* last;
-  } lists[] = {
-      {glowEffect, 0, 6, "Line-V"},
-      {glowObject, 0, 6, "Line-V"},
-      {flashEffect, 0, 3, "Only light"},
-      {luminanceKeyEffect, 0, 4, "Through Contrast(No Blur)"},
-      {wipeEffect, 2, 5, "Wipe(V)"},
-      {mirrorEffect, 0, 4, "Right"},
-      {noiseEffect, 0, 2, "Multiply with luminance"},
-      {noiseEffect, 1, 6, "Type6"},
-      {colorShiftEffect, 0, 6, "Green-Blue B"},
-      {colorShiftObject, 0, 3, "Green-Blue A"},
-      {gradientEffect, 1, 4, "Convex"},
-      {deInterlacingEffect, 0, 3, "BOB"},
-      {sceneChangeObject, 2, 22, "Random line"},
-      {audioWaveformDisplayMedia, 0, 5, "Type5"},
-      {maskEffect, 0, 8, "(Select from file)"},
-      {displacementMapEffect, 1, 3, "Spin transform"},
-      {animationEffect, 0, 0, ""},
-      {gradientEffect, 0, 13, "Difference"},
-      {particleOutputDrawing, 3, 13, "Difference"},
-      {standardDrawing, 0, 13, "Difference"},
-  };
-  for (auto& row : lists) {
-    const char* item = row.effect.check_names[row.check];
-    ASSERT_EQ(listItems(item), row.items) << row.effect.name;
-    for (int i = 1; i < row.items; i++) item += strlen(item) + 1;
-    EXPECT_STREQ(item, row.last);
-  }
 }
 
 TEST(RegistryCommands, AListStoresItsChoiceAfterOneUndoStep) {
@@ -328,65 +296,6 @@ TEST_F(Registry, ExtraDataFieldsFillTheirBytes) {
     }
     EXPECT_EQ(bytes, d->exdata_size);
   }
-  const struct {
-    const EffectDefinition& effect;
-    int bytes;
-    const char* first;
-  } sizes[] = {
-      {videoFileMedia, 284, "file"},
-      {imageFileMedia, 260, "mode"},
-      {audioFileMedia, 280, "file"},
-      {textMedia, 2096, "type"},
-      {graphicMedia, 264, "type"},
-      {audioWaveformDisplayMedia, 304, "file"},
-      {sceneMedia, 4, "scene"},
-      {sceneAudioMedia, 4, "scene"},
-      {standardDrawing, 4, "blend"},
-      {particleOutputDrawing, 4, "blend"},
-      {sceneChangeObject, 516, "type"},
-      {glowEffect, 8, "color"},
-      {emissionEffect, 4, "color"},
-      {chromaKeyEffect, 12, "color_yc"},
-      {colorKeyEffect, 12, "color_yc"},
-      {shadowEffect, 260, "color"},
-      {addBorderEffect, 260, "color"},
-      {maskEffect, 264, "type"},
-      {noiseEffect, 16, "type"},
-      {gradientEffect, 16, "blend"},
-      {monochromaticEffect, 4, "color"},
-      {animationEffect, 516, "type"},
-      {customObjectMedia, 516, "type"},
-      {cameraEffectControl, 516, "type"},
-      {scriptControlEffect, 2048, "text"},
-      {scriptCameraControl, 2048, "text"},
-      {timeControl, 20, "range"},
-      {groupControl, 20, "range"},
-      {cameraControl, 20, "range"},
-      {cameraControlAdvanced, 4, "target"},
-  };
-  for (auto& row : sizes) {
-    ASSERT_EQ(row.effect.exdata_size, row.bytes) << row.effect.name;
-    EXPECT_STREQ(row.effect.exdata_fields[0].name, row.first) << row.effect.name;
-  }
-}
-
-TEST_F(Registry, DefaultExtraData) {
-  auto bytes = [](const EffectDefinition& effect, int at) {
-    return static_cast<const uint8_t*>(effect.exdata_default)[at];
-  };
-  const uint8_t text[] = {0, 0, 1, 0, 0, 0, 0, 1, 255, 255, 255, 0, 0, 0, 0, 0, 'M', 'S', ' ', 'U', 'I'};
-  EXPECT_EQ(memcmp(textMedia.exdata_default, text, sizeof text), 0);
-  EXPECT_STREQ(static_cast<const char*>(textMedia.exdata_default) + 16, "MS UI Gothic");
-  EXPECT_EQ(bytes(sceneMedia, 0), 1);
-  for (const EffectDefinition* effect : {&glowEffect, &emissionObject}) {
-    EXPECT_EQ(bytes(*effect, 0), 255);
-    EXPECT_EQ(bytes(*effect, 3), 1) << "own colour until one is chosen";
-  }
-  EXPECT_EQ(bytes(gradientEffect, 4), 255);
-  EXPECT_EQ(bytes(gradientEffect, 7), 0);
-  EXPECT_EQ(bytes(gradientEffect, 8), 0);
-  EXPECT_EQ(bytes(monochromaticObject, 2), 255);
-  EXPECT_EQ(shadowEffect.exdata_default, nullptr);  // black, no file
 }
 
 TEST_F(Registry, TwinsShareTheirTables) {
@@ -454,97 +363,6 @@ TEST_F(Registry, TheSameUnitLooksTheSameEverywhere) {
       }
     }
   }
-}
-
-struct TrackValue {
-  const EffectDefinition& effect;
-  int track;
-  TrackRow row;
-};
-
-TEST_F(Registry, TrackValues) {
-  const TrackValue values[] = {
-      {videoFileMedia, 0, {"Playback position", 1, 1, 800000, 0, 1, 800000}},
-      {videoFileMedia, 1, {"vPlay", 1000, -20000, 20000, 10, -8000, 8000}},
-      {audioFileMedia, 1, {"vPlay", 1000, 100, 20000, 10, 100, 8000}},
-      {textMedia, 0, {"Size", 34, 1, 1000, 0, 1, 256}},
-      {textMedia, 1, {"vDisplay", 0, 0, 8000, 10, 0, 1000}},
-      {sceneMedia, 1, {"vPlay", 1000, -20000, 20000, 10, -8000, 8000}},
-      {standardDrawing, 2, {"Z", 0, -999999, 999999, 10, -20000, 20000, -2}},
-      {standardDrawing, 3, {"Zoom%", 10000, 0, 500000, 100, 0, 80000}},
-      {advancedDrawing, 9, {"Center X", 0, -20000, 20000, 10, -10000, 10000, -1000}},
-      {standardPlayback, 0, {"Volume", 1000, 0, 5000, 10, 0, 5000}},
-      {particleOutputDrawing, 3, {"fOutput", 200, 0, 5000, 10, 0, 1000}},
-      {particleOutputDrawing, 6, {"Output>>", 0, -36000, 36000, 10, -3600, 3600}},
-      {particleOutputDrawing, 12, {"<Rotate", 0, -360000, 360000, 100, -36000, 36000}},
-      {colorCompensationObject, 2, {"Hue", 0, -36000, 36000, 10, -3600, 3600}},
-      {blurEffect, 0, {"Range", 5, 0, 1000, 1, 0, 300}},
-      {emissionEffect, 1, {"Diffusion", 250, 10, 2000, 1, 10, 500}},
-      {glowObject, 0, {"Strength", 400, 0, 4000, 10, 0, 2000}},
-      {shadowEffect, 0, {"X", -40, -1000, 1000, 1, -200, 200, 1}},
-      {shadowEffect, 3, {"Diffusion", 10, 0, 500, 1, 0, 200}},
-      {sharpenEffect, 0, {"Strength", 500, 0, 8000, 10, 0, 2000}},
-      {lensBlurObject, 0, {"Range", 5, 0, 1000, 1, 0, 300}},
-      {synthesisImageFileEffect, 2, {"Zoom%", 1000, 0, 8000, 10, 0, 8000}},
-      {particleOutputDrawing, 13, {"vRotation", 0, -1000, 1000, 100, -1000, 1000}},
-      {maskEffect, 1, {"Y", 0, -40000, 40000, 10, -20000, 20000, -1}},
-      {radialBlurEffect, 0, {"Range", 200, 0, 750, 10, 0, 750}},
-      {radialBlurObject, 0, {"Range", 200, 0, 1000, 10, 0, 1000}},
-      {noiseEffect, 4, {"Cycle X", 100, 0, 10000, 100, 0, 2000}},
-      {timeControl, 0, {"Position", 0, 0, 10000, 100, 0, 10000}},
-      {cameraControl, 2, {"Z", -10240, -999999, 999999, 10, -20000, 20000, -2}},
-      {cameraControl, 9, {"<View", 0, 0, 12000, 100, 100, 9000}},
-      {cameraControlAdvanced, 5, {"LoS Z", 0, -200000, 200000, 10, -20000, 20000, -2}},
-      {shadowCameraControl, 4, {"Accuracy", 50, 20, 100, 1, 20, 100}},
-      {animationEffect, 3, {"track3", 0, 0, 0, 100, 0, 0}},
-  };
-  constexpr int anyLink = -1000;
-  for (auto& [effect, track, row] : values) {
-    SCOPED_TRACE(std::string(effect.name) + " / " + row.name);
-    ASSERT_LT(track, effect.track_count);
-    EXPECT_STREQ(effect.track_names[track], row.name);
-    EXPECT_EQ(effect.track_defaults[track], row.value);
-    EXPECT_EQ(effect.track_min[track], row.min);
-    EXPECT_EQ(effect.track_max[track], row.max);
-    EXPECT_EQ(trackScale(&effect, track), std::max(row.scale, 1));
-    EXPECT_EQ(effect.track_bar_min[track], row.barMin);
-    EXPECT_EQ(effect.track_bar_max[track], row.barMax);
-    if (row.link != anyLink) {
-      EXPECT_EQ(effect.track_link[track], row.link);
-    }
-  }
-}
-
-TEST_F(Registry, CheckDefaults) {
-  const struct {
-    const EffectDefinition& effect;
-    int check;
-    const char* name;
-    int value;
-  } rows[] = {
-      {textMedia, 3, "B", checkToggle},
-      {textMedia, 4, "I", checkToggle},
-      {audioFileMedia, 1, "Sync with video files", 1},
-      {audioFileMedia, 2, "Reference file", checkButton},
-      {sceneAudioMedia, 1, "Sync with the scene", 1},
-      {audioWaveformDisplayMedia, 3, "Restore original sound", 1},
-      {particleOutputDrawing, 4, "Adjusted to fully disappear at end point", 1},
-      {lensBlurEffect, 0, "Fixed Size", 1},
-      {monochromaticEffect, 1, "Keep luminance", 1},
-      {cameraControl, 0, "Enable Z-buffer / shadow map", 1},
-      {cameraControlAdvanced, 0, "Coordinate of origin", checkDropDown},
-      {groupControl, 1, "Apply to objects in the same group", 1},
-      {blurEffect, 0, "Fixed Size", 0},
-      {extendedColorSettingObject, 0, "RGB\xE2\x87\x94HSV", 0},
-  };
-  for (auto& row : rows) {
-    ASSERT_LT(row.check, row.effect.check_count) << row.effect.name;
-    EXPECT_STREQ(row.effect.check_names[row.check], row.name);
-    EXPECT_EQ(row.effect.check_defaults[row.check], row.value) << row.effect.name << " / " << row.name;
-  }
-  EXPECT_EQ(blurObject.check_count, 0);
-  EXPECT_EQ(imageTilingObject.check_count, 0);
-  EXPECT_EQ(glowObject.check_count, 2);
 }
 
 TEST_F(Registry, NamesAreFoundByKind) {

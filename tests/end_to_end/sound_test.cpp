@@ -5,6 +5,7 @@
 #include <cstring>
 #include <numbers>
 
+#include "cinora/media_reader.h"
 #include "cinora/sound_reader.h"
 #include "tests/end_to_end/run_program.h"
 #include "tests/support/scratch_folder.h"
@@ -143,6 +144,7 @@ TEST_F(SoundFilm, PlainSamplesAreTheFilesOwn) {
   ASSERT_EQ(film.size(), 2u * 3 * rate);
   EXPECT_EQ(Samples(film.begin() + 2 * rate, film.end()), expected);
   EXPECT_EQ(Samples(film.begin(), film.begin() + 2 * rate), Samples(2 * rate));
+  EXPECT_EQ(contentsOf(folder / "a.wav").substr(12, 4), "JUNK") << "room for lengths above 4 GiB";
 }
 
 TEST_F(SoundFilm, RangesBeginWithTheirFirstFrame) {
@@ -160,6 +162,45 @@ TEST_F(SoundFilm, RangesBeginWithTheirFirstFrame) {
   ASSERT_EQ(render(film, {"film.mp4", "--frames", "21-40"}).status, 0);
   Tone tone = toneOf(heard("film.mp4"), 0, 10000, 10000);
   EXPECT_GT(tone.amplitude, 8000);
+}
+
+// 107892 frames of 1001/30000 s are 3599.9964 s. In the last three seconds the picture turns white, and a tone begins.
+TEST_F(SoundFilm, PictureAndSoundAreTogetherAfterAnHour) {
+  constexpr int frames = 107892, turning = 107800;
+  constexpr int64_t turningSample = int64_t{turning} * 1001 * rate / 30000;
+  std::string shown = "start=" + std::to_string(turning + 1) + "\r\nend=" + std::to_string(frames);
+  std::string film = header("30000\r\nscale=1001", frames) + sound(turning + 1, frames) + "[1]\r\n" + shown +
+                     "\r\nlayer=2\r\noverlay=1\r\ncamera=0\r\n[1.0]\r\n_name=Graphic\r\nSize=200\r\ntype=2\r\n"
+                     "color=ffffff\r\n[1.1]\r\n_name=Standard drawing\r\n";
+  film.replace(film.find("width=64"), 8, "width=16").replace(film.find("height=48"), 9, "height=16");
+  Outcome outcome = render(film, {"hour.mp4", "--codec", "mpeg4", "--audio-codec", "flac"});
+  ASSERT_EQ(outcome.status, 0) << outcome.errors;
+
+  SoundReader heard;
+  MediaReader seen;
+  std::string error;
+  ASSERT_TRUE(heard.open(folder / "hour.mp4", error)) << error;
+  ASSERT_TRUE(seen.open(folder / "hour.mp4", false, error)) << error;
+  EXPECT_EQ(seen.info().frameCount, frames);
+  int64_t total = heard.setOutput(rate, 2);
+  EXPECT_EQ(total, int64_t{frames} * 1001 * rate / 30000);
+  zenlay::FramePixel pixels[16 * 16];
+  ASSERT_TRUE(seen.readVideo(turning - 1, pixels, 16));
+  EXPECT_LT(pixels[100].y, 200);
+  ASSERT_TRUE(seen.readVideo(turning, pixels, 16));
+  EXPECT_GT(pixels[100].y, 3800);
+  Samples end(static_cast<size_t>(total - turningSample + 100) * 2);
+  ASSERT_EQ(heard.read(turningSample - 100, static_cast<int>(end.size() / 2), end.data()), end.size() / 2);
+  EXPECT_EQ(Samples(end.begin(), end.begin() + 202), Samples(202)) << "the tone begins with 0";
+  for (int i = 1; i < 10; i++)
+    EXPECT_EQ(end[2 * (100 + i)], std::lround(8000 * std::sin(turn * frequency * i / rate))) << i;
+  auto lastTime = [&](const char* stream) {
+    Outcome probed = runProgram({"ffprobe", "-v", "error", "-select_streams", stream, "-show_entries",
+                                 "stream=duration", "-of", "csv=p=0", folder / "hour.mp4"});
+    return std::stod(probed.output);
+  };
+  EXPECT_NEAR(lastTime("v"), 3599.9964, 0.0001);
+  EXPECT_NEAR(lastTime("a"), 3599.9964, 0.0001);
 }
 
 TEST_F(SoundFilm, LevelsEffectsAndSpeed) {

@@ -14,10 +14,20 @@ TEST(NewProject, FrameRateTexts) {
     int rate, scale;
   };
   constexpr Case cases[] = {
-      {"30", true, 30, 1},          {"  29.97", true, 2997, 100}, {"30000/1001", true, 30000, 1001},
-      {"25.", true, 25, 1},         {"24fps", true, 24, 1},       {"", false, 0, 0},
-      {".5", false, 0, 0},          {"0", false, 0, 0},           {"30/0", false, 0, 0},
+      {"30", true, 30, 1},
+      {"  29.97", true, 2997, 100},
+      {"30000/1001", true, 30000, 1001},
+      {"25.", true, 25, 1},
+      {"24fps", true, 24, 1},
+      {"", false, 0, 0},
+      {".5", false, 0, 0},
+      {"0", false, 0, 0},
+      {"30/0", false, 0, 0},
       {"99999999999", false, 0, 0},
+      {"29.97002997002997", true, 299700299, 10000000},
+      {"23.9760000000000", true, 239760000, 10000000},
+      {"2147483647.5", true, 2147483647, 1},
+      {"0.00000000001", false, 0, 0},
   };
   for (const Case& c : cases) {
     int rate = 0, scale = 0;
@@ -30,6 +40,7 @@ TEST(NewProject, FrameRateTexts) {
 TEST(NewProject, ClipNames) {
   EXPECT_EQ(clipName({640, 480, 30, 1, 44100}), "640x480_30fps_44100Hz.zenlay");
   EXPECT_EQ(clipName({1920, 1080, 30000, 1001, 48000}), "1920x1080_30000-1001fps_48000Hz.zenlay");
+  EXPECT_EQ(clipName({64, 48, 25, 1, 8000, 1}), "64x48_25fps_8000Hz_1ch.zenlay");
   EXPECT_TRUE(isProjectClip("640x480_30fps_44100Hz.zenlay"));
   EXPECT_FALSE(isProjectClip("film.avi"));
   EXPECT_FALSE(isProjectClip("film.zenlay_backup"));

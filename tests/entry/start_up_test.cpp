@@ -90,6 +90,7 @@ TEST_F(StartUp, HandsThePlaybackWindowItsCallback) {
   platform::runPostedMessages();
   EXPECT_EQ(posted.code, 900);
   ASSERT_NE(posted.callback, 0);
+  timelineView.sceneLength = 100;
   auto notify = reinterpret_cast<int (*)(int32_t, int32_t)>(posted.callback);
   notify(12, 4 | 2);
   EXPECT_TRUE(environment.playing);

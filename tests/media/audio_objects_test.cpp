@@ -1,7 +1,9 @@
 // "Audio file" and "Scene (audio)": which samples of the source a block holds.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <map>
+#include <numbers>
 
 #include "tests/media/fake_media.h"
 #include "tests/media/sound_stage.h"
@@ -59,11 +61,14 @@ class AudioFile : public ::testing::Test {
     };
     s.trackIntegralOf = [](ObjectRef ref, EffectProcessInfo* info, int track) {
       const int32_t* from = ref == videoRef ? videoData.startValues : SoundStage::current->tracks.data();
-      return (int64_t{info->absoluteFrame} * 100 + info->subFrame) * from[track];
+      int64_t time = int64_t{info->absoluteFrame} * 100 + info->subFrame;
+      return (ref == videoRef ? std::min<int64_t>(time, (videoData.lastFrame + 1) * 100) : time) * from[track];
     };
     companion = 0;
     stage.setText(0, "a.wav");
   }
+
+  ~AudioFile() override { closeAllMedia(); }
 
   static constexpr ObjectRef videoRef = 77;
   static inline ObjectRef companion = 0;
@@ -191,6 +196,9 @@ TEST_F(AudioFile, FollowsAVideo) {
   EXPECT_EQ(fakeMedia.opened, std::vector<std::string>{"video.mp4"});
   stage.setText(0, "");
   EXPECT_EQ(block(10, 1), Row({22050 + 14700 - 30000})) << "needs no file of its own";
+  videoData.lastFrame = 29;
+  EXPECT_EQ(block(40, 1), Row({22050 + 40 * 1470 - 60000})) << "goes on behind the picture's end";
+  videoData.lastFrame = 9999;
   values[1] = -1000;
   EXPECT_EQ(block(20, 1), Row({0})) << "backward";
   values[1] = 1000;
@@ -219,6 +227,36 @@ TEST_F(AudioFile, TimeControlsChangeTheRate) {
   EXPECT_EQ(stage.own, Samples(4)) << "time stands";
 }
 
+TEST_F(AudioFile, LoopsGoOnUnderTimeControls) {
+  file.length = 10000;
+  stage.checks[0] = 1;
+  stage.block.speed = normalTimeSpeed / 2;  // at twice the rate: laps of 20000 samples
+  for (int frame = 0; frame <= 20; frame++) {
+    stage.at(frame);
+    stage.block.time = frame * 50;
+    stage.info.absoluteFrame = frame / 2;
+    stage.info.subFrame = frame % 2 * 50;
+    EXPECT_EQ(stage.run(Samples(2 * 1471)), 1);
+    // A sample a block more than time has passed.
+    EXPECT_EQ(stage.own[0], frame * 1471 % 20000) << frame;
+  }
+}
+
+TEST_F(AudioFile, BlocksOutOfOrderAreTheSame) {
+  stage.info.rate = 30000;
+  stage.info.scale = 1001;
+  auto firstOf = [](int frame) { return static_cast<int>(int64_t{frame} * 1001 * 44100 / 30000); };
+  for (int speed : {1000, 730, 1370}) {
+    setTracks(150, speed);
+    stage.memory.clear();
+    std::vector<Row> inOrder;
+    for (int frame = 0; frame < 70; frame++) inOrder.push_back(block(frame, firstOf(frame + 1) - firstOf(frame)));
+    // The virtual rate is a whole number, so that other speeds than normal drift by less than a sample.
+    for (int frame : {50, 69, 51, 0, 33})
+      EXPECT_NEAR(block(frame, 1471)[0], inOrder[frame][0], speed != 1000) << speed << " " << frame;
+  }
+}
+
 TEST_F(AudioFile, DividedObjectsGoOnWhereTheyWere) {
   setTracks(50, 2000);
   stage.effect.frame_begin = 20;
@@ -234,12 +272,13 @@ TEST_F(AudioFile, DividedObjectsGoOnWhereTheyWere) {
   EXPECT_EQ(stage.beginValues[0], 100) << "a moving position was divided already";
 }
 
-/// Scenes whose sample n is n; frames of 3 and 4 samples (10 a second at 35).
+/// Scene 3, of whose samples `sampleAt` tells the left channel; the right one is its negative.
 class SceneAudio : public ::testing::Test {
  protected:
   SceneAudio() : stage(sceneAudioMedia) {
-    stage.block.rate = 35;
-    stage.info.rate = 10;
+    setFormat(35, 10, 1);
+    length = 20;
+    sampleAt = [](int n) { return 100 * n; };
     mixed.clear();
     EffectServiceTable& s = stage.services;
     s.companion = [](ObjectRef, const char*) { return ObjectRef{0}; };
@@ -256,30 +295,51 @@ class SceneAudio : public ::testing::Test {
     s.trackIntegralOf = [](ObjectRef, EffectProcessInfo* info, int track) {
       return int64_t{info->absoluteFrame} * 100 * SoundStage::current->tracks[track];
     };
-    s.sceneLength = [](int scene) { return scene == 3 ? 20 : 0; };
+    s.sceneLength = [](int scene) { return scene == 3 ? length : 0; };
     s.mixScene = [](EffectProcessInfo*, int scene, int frame, int16_t* samples, int count) {
       EXPECT_EQ(scene, 3);
+      EXPECT_LT(frame, length);
       mixed.push_back(frame);
-      for (int i = 0; i < count * 2; i++) {
-        EXPECT_EQ(samples[i], 0);
-        samples[i] = static_cast<int16_t>(100 * (frame * 35 / 10 + i / 2));
+      EXPECT_EQ(count, firstOf(frame + 1) - firstOf(frame));
+      for (int i = 0; i < count; i++) {
+        EXPECT_EQ(samples[2 * i], 0);
+        samples[2 * i] = static_cast<int16_t>(sampleAt(firstOf(frame) + i));
+        samples[2 * i + 1] = static_cast<int16_t>(-samples[2 * i]);
       }
-      EXPECT_EQ(count, frame % 2 ? 4 : 3);
       return 1;
     };
     int32_t scene = 3;
     stage.setData(0, &scene, 4);
   }
+  void setFormat(int audioRate, int rate, int scale) {
+    stage.block.rate = audioRate;
+    stage.info.rate = rate;
+    stage.info.scale = scale;
+  }
+  static int firstOf(int frame) {
+    const SoundStage& s = *SoundStage::current;
+    return static_cast<int>(int64_t{frame} * s.info.scale * s.block.rate / s.info.rate);
+  }
+  void setTracks(int position, int speed) { stage.tracks = stage.beginValues = stage.endValues = {position, speed}; }
   Row block(int frame, int count) {
     stage.at(frame);
-    if (stage.run(Samples(static_cast<size_t>(count) * 2, 5)) != 1) return {};
+    EXPECT_EQ(stage.run(Samples(static_cast<size_t>(count) * 2, 5)), 1);
     Row left;
-    for (int i = 0; i < count; i++) left.push_back(stage.own[2 * i]);
+    for (int i = 0; i < count; i++) {
+      left.push_back(stage.own[2 * i]);
+      EXPECT_NEAR(stage.own[2 * i + 1], -left.back(), 1);
+    }
     return left;
   }
+  Row hostBlock(int frame) { return block(frame, firstOf(frame + 1) - firstOf(frame)); }
   SoundStage stage;
   static inline std::vector<int> mixed;
+  static inline int length;
+  static inline int (*sampleAt)(int);
 };
+
+/// A whole number of cycles in ten frames of 44100 / 30 samples: 1470 Hz.
+int smoothTone(int n) { return static_cast<int>(std::lround(12000 * std::sin(2 * std::numbers::pi * n / 30))); }
 
 TEST_F(SceneAudio, EveryFrameIsMixedOnce) {
   EXPECT_EQ(block(0, 4), Row({0, 100, 200, 300})) << "the host's blocks may be cut elsewhere";
@@ -288,29 +348,90 @@ TEST_F(SceneAudio, EveryFrameIsMixedOnce) {
   EXPECT_EQ(mixed, std::vector<int>({0, 1, 2, 3}));
   mixed.clear();
   EXPECT_EQ(block(10, 2), Row({3500, 3600})) << "elsewhere";
-  EXPECT_EQ(mixed.front(), 10);
+  EXPECT_EQ(mixed, std::vector<int>({10}));
 }
 
-TEST_F(SceneAudio, PositionSpeedAndEnd) {
-  stage.tracks = stage.beginValues = {5, 1000};
+TEST_F(SceneAudio, PositionLoopAndEnd) {
+  setTracks(5, 1000);
   EXPECT_EQ(block(0, 2), Row({1400, 1500})) << "frame 5, counted from 1";
-  stage.tracks = stage.beginValues = {1, 500};
-  EXPECT_EQ(block(10, 4), Row({1700, 1750, 1800, 1850})) << "17.5 truncated to a sample, then half a sample a step";
-  stage.tracks = stage.beginValues = {1, 2000};
-  EXPECT_EQ(block(20, 3), Row({0, 0, 0})) << "behind the end";
-  EXPECT_EQ(block(9, 5), Row({6300, 6500, 6700, 6900, 0}));
-  EXPECT_EQ(block(10, 2), Row({0, 0}));
+  EXPECT_EQ(block(15, 4), Row({6600, 6700, 6800, 6900})) << "52.5 truncated to a sample";
+  EXPECT_EQ(block(16, 2), Row({0, 0}));
   stage.checks[0] = 1;
-  EXPECT_EQ(block(9, 6), Row({6300, 6500, 6700, 6900, 100, 300}));
-  EXPECT_EQ(block(10, 2), Row({500, 700}));
+  EXPECT_EQ(block(15, 6), Row({6600, 6700, 6800, 6900, 0, 100}));
+  EXPECT_EQ(block(16, 2), Row({200, 300})) << "goes on behind the wrap";
+  EXPECT_EQ(block(36, 1), Row({(14 + 126 - 2 * 70) * 100}));
+  // From frame 5 to 9: samples 14 to 27, of which frame 8 is the last.
+  setTracks(5, 1000);
+  stage.endValues[0] = 9;
+  stage.modes[0] = 1;
+  mixed.clear();
+  Row laps = block(0, 30);
+  for (int i = 0; i < 30; i++) EXPECT_EQ(laps[i], 100 * (14 + i % 14)) << i;
+  EXPECT_EQ(mixed, std::vector<int>({4, 5, 6, 7, 4, 5, 6, 7, 4}));
 }
 
-TEST_F(SceneAudio, NoScene) {
+TEST_F(SceneAudio, OtherSpeedsKeepTheTone) {
+  setFormat(44100, 30, 1);
+  sampleAt = smoothTone;
+  length = 40;
+  for (int speed : {500, 730, 1500, 3000}) {
+    for (int loop : {0, 1}) {
+      setTracks(11, speed);
+      stage.checks[0] = loop;
+      int frames = loop ? 60 : 30 * 1000 / speed - 2, wrong = 0;
+      for (int frame = 3; frame < frames; frame++) {
+        Row heard = hostBlock(frame);
+        for (size_t i = 0; i < heard.size(); i++) {
+          double place = static_cast<double>(firstOf(frame) + static_cast<int>(i)) * speed / 1000;
+          double expected = 12000 * std::sin(2 * std::numbers::pi * place / 30);
+          wrong += std::abs(heard[i] - expected) > 3;
+        }
+      }
+      EXPECT_EQ(wrong, 0) << speed << (loop ? " over the wrap too" : "");
+    }
+  }
+}
+
+TEST_F(SceneAudio, WhatIsTooHighForTheSpeedGoes) {
+  setFormat(44100, 30, 1);
+  sampleAt = [](int n) { return static_cast<int>(std::lround(20000 * std::sin(2 * std::numbers::pi * 0.3 * n))); };
+  length = 400;
+  for (int speed : {2000, 20000}) {
+    setTracks(11, speed);
+    for (int frame = 0; frame < 4; frame++)
+      for (int sample : hostBlock(frame)) EXPECT_NEAR(sample, 0, 8) << "0.3 of the rate, twice or more as high";
+  }
+}
+
+TEST_F(SceneAudio, BlocksOutOfOrderAreTheSame) {
+  setFormat(44100, 30000, 1001);  // 1471 or 1472 samples
+  sampleAt = smoothTone;
+  length = 40;
+  stage.checks[0] = 1;
+  for (int speed : {1000, 730, 1370}) {
+    setTracks(3, speed);
+    std::vector<Row> inOrder;
+    stage.memory.clear();
+    for (int frame = 0; frame < 70; frame++) inOrder.push_back(hostBlock(frame));
+    for (int frame : {50, 69, 51, 0, 33}) EXPECT_EQ(hostBlock(frame), inOrder[frame]) << speed << " " << frame;
+  }
+}
+
+TEST_F(SceneAudio, SilenceKeepsTheObjectGoing) {
   for (int32_t scene : {0, 50, 51, -1, 4}) {
     stage.setData(0, &scene, 4);
-    EXPECT_TRUE(block(0, 2).empty()) << scene;
+    EXPECT_EQ(block(0, 2), Row({0, 0})) << scene;
   }
+  int32_t scene = 3;
+  stage.setData(0, &scene, 4);
+  setTracks(1, 99);
+  EXPECT_EQ(block(0, 2), Row({0, 0})) << "below 10 %";
+  setTracks(7, 1000);
+  stage.checks[0] = stage.modes[0] = 1;
+  EXPECT_EQ(block(1, 2), Row({0, 0})) << "an empty range";
   EXPECT_TRUE(mixed.empty());
+  stage.modes[0] = 0;
+  EXPECT_EQ(block(2, 2), Row({100 * (21 + 7), 100 * (21 + 8)})) << "heard again from where the time stands";
 }
 
 }  // namespace

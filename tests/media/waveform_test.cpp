@@ -55,11 +55,11 @@ TEST(WaveLine, ConnectsItsPointsAndStaysInside) {
   Canvas canvas(8, 16);
   Samples square{32767, -32768};
   drawWaveLine(canvas.image, square.data(), 2, {});
-  for (int x = 0; x < 8; x++) {
+  for (int x = 1; x < 7; x++) {
     Column column = canvas.column(x);
     int sum = 0;
     for (int a : column) sum += a;
-    EXPECT_NEAR(sum / 4096.0, 1.5 + 14.5 / 8, 0.01) << "a column's part of the way and the thickness";
+    EXPECT_NEAR(sum / 4096.0, 1.5 * std::hypot(1, 14.5 / 8), 0.05) << "as thick where it is steep";
   }
   EXPECT_GT(canvas.column(0)[0], 0);
   EXPECT_GT(canvas.column(7)[15], 0);
@@ -141,10 +141,6 @@ class WaveformDisplay : public ::testing::Test {
   WaveformDisplay() : stage(audioWaveformDisplayMedia) {
     stage.info.audio = nullptr;
     stage.tracks = {16, 16, 1000, 0};
-    stage.services.convertRgb = [](ObjectPixel* to, const void* from, int, int, int) {
-      const uint8_t* bgr = static_cast<const uint8_t*>(from);
-      *to = {bgr[0], bgr[1], bgr[2], fullAlpha};
-    };
     stage.services.recordUndo = [](ObjectRef) {};
     stage.services.objectChanged = [](ObjectRef) {};
     fakeHost.functions.getAudioFiltered = [](EditHandle, int32_t frame, int16_t* samples) -> int32_t {
@@ -169,23 +165,79 @@ class WaveformDisplay : public ::testing::Test {
 };
 
 TEST_F(WaveformDisplay, ShowsTheSoundOfTheFrame) {
-  stage.info.absoluteFrame = 10;
+  stage.info.hostFrame = 10;
+  stage.info.absoluteFrame = 3;  // of a scene inside
   ASSERT_EQ(stage.EffectStage::run(), 1);
   EXPECT_EQ(stage.info.objectWidth, 16);
   EXPECT_EQ(stage.info.objectHeight, 16);
-  EXPECT_EQ(parts(stage.pixel(0, 0)), std::vector<int>({255, 255, 255, 0}));
+  EXPECT_EQ(parts(stage.pixel(0, 0)), std::vector<int>({4095, 0, 0, 0}));
   // (10000 + 0) / 2 = 5000 of 32768, of the 7.25 rows above the middle.
-  EXPECT_NEAR(heightAt(5), 8 - 7.25 * 5000 / 32768, 0.1);
+  for (int x : {0, 5, 15}) EXPECT_NEAR(heightAt(x), 8 - 7.25 * 5000 / 32768, 0.1) << x;
   stage.tracks[2] = 5000;
   stage.EffectStage::run();
   EXPECT_NEAR(heightAt(5), 8 - 7.25 * 25000 / 32768, 0.1);
-  stage.info.absoluteFrame = 20;
+  stage.info.hostFrame = 20;
   stage.EffectStage::run();
   EXPECT_NEAR(heightAt(5), 8, 0.01) << "no sound there";
   fakeHost.clip.flags = fileHasVideo;
-  stage.info.absoluteFrame = 10;
+  stage.info.hostFrame = 10;
   stage.EffectStage::run();
   EXPECT_NEAR(heightAt(5), 8, 0.01) << "a clip without sound";
+}
+
+TEST_F(WaveformDisplay, MoreSamplesThanAFrameLieAroundItsMiddle) {
+  // Three frames of 1470 samples and 30 more on each side: over 16 columns the frames are 5.3 columns wide.
+  int32_t samples = 3 * 1470 + 60;
+  stage.setData(296, &samples, sizeof samples);
+  stage.tracks[2] = 3000;
+  auto framesAt = [&](int frame) {
+    stage.info.hostFrame = frame;
+    EXPECT_EQ(stage.EffectStage::run(), 1);
+    Column frames;
+    for (int x : {1, 4, 6, 8, 12, 14})
+      frames.push_back(static_cast<int>(std::lround((8 - heightAt(x)) / (7.25 * 1500 / 32768))));
+    return frames;
+  };
+  EXPECT_EQ(framesAt(10), Column({9, 9, 10, 10, 11, 11}));
+  EXPECT_EQ(framesAt(0), Column({0, 0, 0, 0, 1, 1})) << "nothing before the film";
+  EXPECT_EQ(framesAt(19), Column({18, 18, 19, 19, 0, 0})) << "and behind it";
+}
+
+/// Where in its file, of `fileLength` samples, the display reads.
+TEST_F(WaveformDisplay, ReadsItsFileWhereTheTimeIs) {
+  static std::vector<std::pair<int, int>> reads;  // first, count
+  constexpr int fileLength = 44100;
+  stage.checks[3] = 0;
+  stage.services.openMedia = [](MediaReference*, uint32_t, HostFileInfo*) { return reinterpret_cast<MediaHandle>(1); };
+  fakeHost.functions.setAudioSampleRate = [](MediaHandle, int32_t, int32_t) -> int32_t { return fileLength; };
+  fakeHost.functions.readAudioSamples = [](MediaHandle, int32_t first, int32_t count, int16_t* out) -> int32_t {
+    reads.push_back({first, count});
+    std::fill_n(out, 2 * count, int16_t{16384});
+    return count;
+  };
+  auto readAt = [&](int frame, int start, int end, int mode, int32_t samples) {
+    stage.info.absoluteFrame = frame + 40;
+    stage.info.host.frameNumber = frame;
+    stage.effect.frame_begin = 40;
+    stage.effect.frame_end = 50;
+    stage.beginValues[3] = start;
+    stage.endValues[3] = end;
+    stage.modes[3] = mode;
+    stage.setData(296, &samples, sizeof samples);
+    reads.clear();
+    EXPECT_EQ(stage.EffectStage::run(), 1);
+    return reads.empty() ? std::pair(-1, 0) : reads[0];
+  };
+  using Read = std::pair<int, int>;
+  EXPECT_EQ(readAt(0, 0, 0, 0, 0), Read(0, 1470));
+  EXPECT_EQ(readAt(7, 10, 10, 0, 0), Read(4410 + 7 * 1470, 1470)) << "a still position goes on with the film";
+  EXPECT_EQ(readAt(7, 10, 60, 1, 0), Read(4410 + 7 * 2205, 1470)) << "a moving one through its values";
+  EXPECT_EQ(readAt(7, 10, 10, 0, 470), Read(4410 + 7 * 1470 + 500, 470));
+  EXPECT_EQ(readAt(0, 0, 0, 0, 2470), Read(0, 1471)) << "500 samples before the file are silence";
+  EXPECT_EQ(heightAt(0), 8);
+  EXPECT_LT(heightAt(8), 5);
+  EXPECT_EQ(readAt(0, 99, 99, 0, 0), Read(43659, 441)) << "the file ends";
+  EXPECT_EQ(readAt(31, 0, 0, 0, 0), Read(-1, 0));
 }
 
 TEST_F(WaveformDisplay, SizesAreLimited) {
@@ -196,32 +248,16 @@ TEST_F(WaveformDisplay, SizesAreLimited) {
   EXPECT_EQ(stage.info.objectHeight, 48);
 }
 
-TEST_F(WaveformDisplay, PresetsFillTheSettings) {
+TEST_F(WaveformDisplay, EveryPresetIsAnotherPicture) {
   auto choose = [&](int item) {
     return stage.effect.window_proc(nullptr, messageEffectCommand, commandDropDown, item, nullptr, &stage.effect);
   };
-  auto number = [&](int offset) {
-    int16_t value;
-    memcpy(&value, stage.data + offset, sizeof value);
-    return value;
-  };
-  constexpr int type = 280, mode = 282, columns = 284, gap = 288;
-  EXPECT_EQ(choose(3), 1);
-  EXPECT_EQ(number(type), 3);
-  EXPECT_EQ(number(mode), 1);
-  EXPECT_EQ(number(columns), 32);
-  EXPECT_EQ(number(gap), 25);
-  EXPECT_EQ(choose(0), 1);
-  EXPECT_EQ(number(mode), 0);
-  EXPECT_EQ(number(columns), 0);
-  EXPECT_EQ(choose(5), 0);
-  EXPECT_EQ(choose(-1), 0);
-  EXPECT_EQ(number(type), 0);
+  for (int none : {-1, 5}) EXPECT_EQ(choose(none), 0);
   stage.tracks = {64, 48, 1000, 0};
   std::vector<std::vector<int>> pictures;
   for (int item = 0; item < 5; item++) {
-    choose(item);
-    stage.info.absoluteFrame = 10;
+    EXPECT_EQ(choose(item), 1);
+    stage.info.hostFrame = 10;
     ASSERT_EQ(stage.EffectStage::run(), 1);
     std::vector<int> picture;
     for (int y = 0; y < 48; y++)

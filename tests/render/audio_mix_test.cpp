@@ -231,6 +231,35 @@ TEST_F(AudioMix, ASceneThatPlaysItselfEnds) {
   for (int frame = 0; frame < 6; frame++) EXPECT_EQ(mixFrame(frame, 1470), Samples(2 * 1470, 3)) << frame;
 }
 
+TEST_F(AudioMix, ASceneHeardTwiceSoundsOnTwice) {
+  // Scene 2 is a ramp with an echo; it is played from its beginning, from later on, and through another scene.
+  setSceneLength(2, 90);
+  setSceneLength(3, 90);
+  int ramp = add(0, 0, {delay}, 0, 99, 2);
+  moveTrack(ramp, 0, 0, 0, 990);
+  addScene(0, 2, 3);
+  std::vector<int> players = {addScene(0, 2), addScene(1, 2), addScene(2, 3), addScene(3, 2)};
+  setTrack(players[1], 0, 0, 31);
+  setTrack(players[3], 1, 0, 2000);
+  auto play = [] {
+    std::vector<Samples> blocks;
+    for (int frame = 0; frame < 20; frame++) blocks.push_back(mixFrame(frame, 1470));
+    return blocks;
+  };
+  std::vector<Samples> sum(20, Samples(2 * 1470));
+  for (int alone : players) {
+    freeWorkMemory();
+    for (int other : players) layers[objects[other].layer].flags = other == alone ? 0u : layerHidden;
+    std::vector<Samples> blocks = play();
+    EXPECT_NE(blocks[19][0], 0);
+    for (int frame = 0; frame < 20; frame++)
+      for (int i = 0; i < 2 * 1470; i++) sum[frame][i] = static_cast<int16_t>(sum[frame][i] + blocks[frame][i]);
+  }
+  for (int player : players) layers[objects[player].layer].flags = 0;
+  freeWorkMemory();
+  EXPECT_EQ(play(), sum);
+}
+
 TEST_F(AudioMix, TimeControlsMoveTheSoundBelow) {
   int control = addObject({.layer = 2, .start = 0, .end = 100, .effects = {effectTimeControl}});
   moveTrack(control, 0, 0, 0, 5000);  // half the length: half the speed
@@ -254,8 +283,7 @@ TEST_F(AudioMix, TimeControlsMoveTheSoundBelow) {
   setTrack(control, 0, 1, 2);  // twice, each twice as fast
   heard.clear();
   for (int frame : {20, 49, 51, 80}) mixFrame(frame);
-  for (const Heard& h : heard)
-    EXPECT_EQ(h.speed, h.object == below ? 2 * normalTimeSpeed : normalTimeSpeed) << h.frame;
+  for (const Heard& h : heard) EXPECT_EQ(h.speed, h.object == below ? 2 * normalTimeSpeed : normalTimeSpeed) << h.frame;
 }
 
 TEST_F(AudioMix, CompanionsStartTogether) {

@@ -352,7 +352,7 @@ TEST_F(ViewCommands, NewProjectsOnlyWithoutOne) {
   };
   folder.write("new.zlo",
                "[zenlay]\r\nwidth=320\r\nheight=200\r\nrate=25\r\nscale=1\r\nlength=50\r\naudio_rate=48000\r\n"
-               "audio_ch=2\r\n[0]\r\nstart=1\r\nend=20\r\nlayer=1\r\n[0.0]\r\n_name=Blur\r\n");
+               "audio_ch=1\r\n[0]\r\nstart=1\r\nend=20\r\nlayer=1\r\n[0.0]\r\n_name=Blur\r\n");
   const std::string path = folder / "new.zlo";
   const intptr_t parameter = reinterpret_cast<intptr_t>(path.c_str());
   expectRefused(commandNewFromObjectFile, parameter);
@@ -370,7 +370,7 @@ TEST_F(ViewCommands, NewProjectsOnlyWithoutOne) {
   timelineView.sceneLength = 0;
   environment.projectOpen = false;
   EXPECT_EQ(runCommand(commandNewFromObjectFile, parameter), 1);
-  EXPECT_THAT(opened, ElementsAre("320x200_25fps_48000Hz.zenlay"));
+  EXPECT_THAT(opened, ElementsAre("320x200_25fps_48000Hz_1ch.zenlay"));
   EXPECT_EQ(timelineView.sceneLength, 50);
   EXPECT_THAT(places(), ElementsAre(Place{0, 19, 0}));
 }

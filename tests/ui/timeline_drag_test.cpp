@@ -1,7 +1,8 @@
 // Objects and edges dragged with the mouse and nudged with the keys. One pixel is one frame; frame 0 stands at x 64.
 #include "tests/ui/timeline_stage.h"
 #include "zenlay/model/groups.h"
-#include "zenlay/ui/timeline/redraw.h"
+#include "zenlay/ui/settings/state.h"
+#include "zenlay/ui/timeline/snapping.h"
 
 namespace zenlay::test {
 namespace {
@@ -353,6 +354,63 @@ TEST_F(TimelineDrag, ScrollsWhenTheMouseLeavesTheView) {
   release(200, 10);
 }
 
+TEST_F(TimelineDrag, GoesOnScrollingWhileTheMouseRestsOutside) {
+  int object = create(300, 339, 1);
+  press(xOf(320), rowOf(1));
+  moveTo(64 + 573, rowOf(1));  // 10 frames behind the right frame
+  EXPECT_EQ(timelineView.leftFrame, 10);
+  platform::user::timer(window, dragTimer);
+  EXPECT_EQ(timelineView.leftFrame, 20);
+  EXPECT_EQ(objects[object].start, 573);
+  moveTo(64 + 500, rowOf(1));
+  platform::user::timer(window, dragTimer);
+  EXPECT_EQ(timelineView.leftFrame, 20) << "inside";
+  release(64 + 500, rowOf(1));
+  platform::user::timer(window, dragTimer);
+  EXPECT_EQ(timelineView.leftFrame, 20);
+}
+
+TEST_F(TimelineDrag, EscapeTakesItBack) {
+  preferences.pair_move = 0;
+  int object = create(300, 399, 1);
+  beginUndoStep();
+  recordUndo(object, undoPosition);
+  const int steps = undoSteps();
+  for (int frame : {350, 303, 395}) {
+    SCOPED_TRACE(frame);
+    press(xOf(frame), rowOf(1));
+    moveTo(64 + 573, rowOf(2));
+    EXPECT_NE(placeOf(object), (Place{300, 399, 1}));
+    platform::user::press(platform::keyEscape);
+    EXPECT_EQ(placeOf(object), (Place{300, 399, 1}));
+    EXPECT_EQ(timelineView.dragMode, dragNone);
+    EXPECT_EQ(undoSteps(), steps);
+    EXPECT_EQ(timelineView.leftFrame, 0);
+    EXPECT_EQ(currentObject, -1);
+    EXPECT_TRUE(selected().empty());
+    release(64 + 573, rowOf(2));
+    EXPECT_EQ(placeOf(object), (Place{300, 399, 1}));
+  }
+  moveCursor(100);
+  press(xOf(200), 30);
+  platform::user::press(platform::keyEscape);
+  EXPECT_EQ(fakeHost.currentFrame, 100);
+  click(xOf(350), rowOf(1), ctrl);
+  int other = create(450, 499, 1);
+  press(xOf(420), rowOf(0), ctrl);
+  moveTo(xOf(470), rowOf(2), ctrl);
+  EXPECT_TRUE(isSelected(other));
+  platform::user::key(platform::keyEscape, true);
+  EXPECT_EQ(selected(), std::vector<int>{object});
+}
+
+TEST_F(TimelineDrag, EndsTheStepOfASetting) {
+  create(300, 399, 1);
+  currentObject = settings::state.lastObject = create(0, 99, 0);  // whose setting was changed just now
+  drag(350, 1, 360, 1);
+  EXPECT_EQ(settings::state.lastObject, -1);
+}
+
 TEST_F(TimelineDrag, TheSceneGrowsAtTheRelease) {
   create(940, 989, 1);
   setLeftFrame(900);
@@ -412,13 +470,28 @@ TEST_F(TimelineDrag, WhatHappensMeanwhileLeavesTheModelWhole) {
   const Row rows[] = {
       {"the object goes", [](int object, int) { deleteObjects(std::vector<int>{object}); }},
       {"the neighbour goes", [](int, int other) { deleteObjects(std::vector<int>{other}); }},
-      {"the scene changes", [](int, int) { switchScene(3, nullptr, nullptr); }},
-      {"the scene is changed by the timeline", [](int, int) { enterScene(3); }},
+      {"the scene changes", [](int, int) { enterScene(3); }},
       {"undo", [](int, int) { undo(); }},
       {"the capture is lost", [](int, int) { platform::releaseMouse(); }},
       {"the project closes", [this](int, int) { send(messageFileClose); }},
       {"another opens", [this](int, int) { send(messageFileOpen); }},
+      {"the release is lost",
+       [this](int, int) {
+         platform::user::mouse(window, platform::messageMouseMove, {9, 9}, 0);
+       }},
+      {"a double click",
+       [this](int, int) {
+         platform::user::mouse(window, platform::messageLeftDoubleClick, {9, 9}, platform::mouseLeft);
+       }},
       {"a second press", [this](int, int) { press(xOf(205), rowOf(1)); }},
+      {"a right press",
+       [this](int, int) {
+         platform::user::mouse(window, platform::messageRightDown, {9, 99}, platform::mouseLeft);
+       }},
+      {"a drop",
+       [this](int, int) {
+         drop("/a.txt", {300, 100});
+       }},
       {"a command", [this](int, int) { send(messageCommand, 1001); }},
       {"the window goes and comes", [this](int, int) { send(messageWindowClose), send(messageWindowSetUp); }},
   };

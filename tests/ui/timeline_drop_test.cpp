@@ -1,11 +1,8 @@
 // Files dropped on the timeline, with and without a project.
-#include <cstring>
-
 #include "platform/paths.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/ui/timeline_stage.h"
 #include "zenlay/files/object_file.h"
-#include "zenlay/host/module_files.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/ui/input/file_drop.h"
 
@@ -16,27 +13,10 @@ class TimelineDrop : public Timeline {
  protected:
   void SetUp() override {
     Timeline::SetUp();
-    // Two entries for .mov, one of them sound.
-    constexpr char table[] = ".avi\0Video file\0.mov\0Video file\0.MOV\0Audio file\0.wav\0Audio file\0.odd\0Nothing\0";
-    memcpy(extensionTable, table, sizeof table);
-    fakeHost.functions.openMediaFile = [](const char* path, HostFileInfo*, uint32_t) {
-      static int anyMedia;
-      return strstr(path, "silent") ? nullptr : reinterpret_cast<MediaHandle>(&anyMedia);
-    };
-    fakeHost.functions.closeMediaFile = [](MediaHandle) -> int32_t { return 1; };
+    acceptMedia();
   }
-  int drop(const std::string& path, int frame, int layer) {
-    DroppedFilesOf files{path};
-    platform::DroppedFiles dropped{{xOf(frame), rowOf(layer)}, files.paths, 2};
-    return send(platform::messageFilesDropped, 0, reinterpret_cast<intptr_t>(&dropped));
-  }
+  int drop(const std::string& path, int frame, int layer) { return Timeline::drop(path, {xOf(frame), rowOf(layer)}); }
   static std::string fileOf(int object) { return reinterpret_cast<const char*>(extraDataOf(object, 0)); }
-
- private:
-  struct DroppedFilesOf {
-    explicit DroppedFilesOf(const std::string& path) : paths{path, "second.avi"} {}
-    std::string paths[2];  // only the first counts
-  };
 };
 
 struct DropRow {
@@ -96,6 +76,19 @@ TEST_F(TimelineDrop, FurtherObjectsJoinTheFirst) {
   EXPECT_EQ(objects[objectAt(500, 1)].group, 0);
 }
 
+TEST_F(TimelineDrop, FilmAndSoundStayTogether) {
+  create(90, 149, 1);
+  drop("/films/a.mov", 100, 1);  // the film finds room behind the object only
+  ASSERT_GE(objectAt(150, 2), 0);
+  EXPECT_EQ(objects[objectAt(150, 2)].start, 150);
+  EXPECT_EQ(objectAt(149, 2), -1);
+  setTopLayer(95);
+  drop("/films/a.mov", 990, 99);  // no layer below the last
+  EXPECT_EQ(objects[objectAt(990, 99)].slots[0].effect, testVideo);
+  EXPECT_EQ(objects[objectAt(990, 98)].slots[0].effect, testAudioFile);
+  EXPECT_EQ(timelineView.sceneLength, 1041);
+}
+
 TEST_F(TimelineDrop, ANameThatIsTooLongIsNotCutOff) {
   std::string path = "/" + std::string(260, 'x') + ".avi";
   int object = create(100, 150, 0, testVideo);
@@ -106,18 +99,7 @@ TEST_F(TimelineDrop, ANameThatIsTooLongIsNotCutOff) {
   EXPECT_FALSE(setSourceFile(create(100, 150, 1), 0, "/a.avi")) << "a filter takes no file";
 }
 
-TEST_F(TimelineDrop, TheSceneGrowsAndTheViewFollows) {
-  setLeftFrame(533);
-  drop("/films/a.avi", 990, 0);
-  int object = objectAt(990, 0);
-  EXPECT_EQ(objects[object].end, 1040);
-  EXPECT_EQ(timelineView.sceneLength, 1041);
-  create(600, 1040, 1);
-  drop("/films/a.avi", 700, 1);  // behind what is there: no room within the scene
-  EXPECT_EQ(sceneObjectCount, 2);
-}
-
-TEST_F(TimelineDrop, ObjectFilesAreInsertedSnapped) {
+TEST_F(TimelineDrop, EverythingIsInsertedSnapped) {
   ::test::ScratchFolder folder;
   std::string path = folder / "one.zlo";
   int object = create(0, 40, 0);
@@ -129,6 +111,22 @@ TEST_F(TimelineDrop, ObjectFilesAreInsertedSnapped) {
   EXPECT_EQ(placeOf(objectAt(200, 2)), (Place{200, 240, 2}));
   undo();
   EXPECT_EQ(objectCount, 0);
+  drop("/films/a.avi", 207, 2);
+  EXPECT_EQ(placeOf(objectAt(200, 2)), (Place{200, 250, 2}));
+}
+
+TEST_F(TimelineDrop, WhatBeginsASceneIsShownWhole) {
+  timelineView.sceneLength = fakeHost.frameCount = 1;
+  drop("/films/a.avi", 0, 0);
+  EXPECT_EQ(timelineView.sceneLength, 51);
+  EXPECT_EQ(timelineView.zoom, 75000) << "382 of 467 pixels; the next level would take 510";
+  drop("/films/a.avi", 400, 1);
+  EXPECT_EQ(timelineView.zoom, 75000);
+}
+
+TEST_F(TimelineDrop, BelowTheRowsMeansTheLastOne) {
+  Timeline::drop("/films/a.avi", {xOf(100), rowsBottom() + 5});
+  EXPECT_GE(objectAt(100, 4), 0);
 }
 
 TEST_F(TimelineDrop, WithoutFramesFilesAreOpened) {
@@ -142,19 +140,13 @@ TEST_F(TimelineDrop, WithoutFramesFilesAreOpened) {
   EXPECT_EQ(drop("/films/old.cnp", 10, 0), 1);
   EXPECT_EQ(drop("/films/film.avi", 10, 0), 0);  // the dialog is cancelled
   EXPECT_EQ(opened, (std::vector<std::string>{"/films/old.cnp", "/films/film.avi"}));
+  EXPECT_TRUE(shownMessages().empty());
+  EXPECT_EQ(drop("/films/one.zla", 10, 0), 0);
+  fakeHost.functions.openEdit = [](EditHandle, const char*, uint32_t) -> int32_t { return 0; };
+  EXPECT_EQ(drop("/films/notes.txt", 10, 0), 0);
+  EXPECT_EQ(shownMessages(),
+            (std::vector<std::string>{"There is no project to insert the alias into", "Failed to read the file"}));
   EXPECT_EQ(objectCount, 0);
-}
-
-TEST_F(TimelineDrop, EndsADragFirst) {
-  int object = create(100, 199, 0);
-  press(xOf(150), rowOf(0));
-  moveTo(xOf(170), rowOf(0));
-  drop("/films/a.avi", 400, 0);
-  EXPECT_EQ(timelineView.dragMode, dragNone);
-  EXPECT_EQ(placeOf(object), (Place{120, 219, 0}));
-  environment.saving = true;
-  EXPECT_EQ(drop("/films/a.avi", 400, 3), 0);
-  EXPECT_EQ(sceneObjectCount, 2);
 }
 
 }  // namespace

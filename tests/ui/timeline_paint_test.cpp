@@ -127,9 +127,12 @@ TEST_F(TimelinePicture, ShortAndClippedObjects) {
   EXPECT_EQ(desktop->at(65, 42 + 8), face);
   EXPECT_EQ(desktop->at(67, 42 + 8), face);
   setLeftFrame(100000);
-  EXPECT_EQ(desktop->at(63, 42 + 31 + 8), platform::systemColor(platform::colorDarkEdge)) << "clipped at x 64";
+  EXPECT_EQ(desktop->at(63, 42 + 31 + 8), platform::systemColor(platform::colorLightEdge)) << "clipped at x 64";
+  EXPECT_EQ(desktop->at(64, 42 + 31 + 8), rgb(20, 150, 20)) << "200 of 399 on the way from dark to normal";
   EXPECT_EQ(desktop->at(64 + 199, 42 + 31 + 8), rgb(24, 192, 24)) << "its last pixel";
   EXPECT_EQ(desktop->at(64 + 200, 42 + 31 + 8), face);
+  setLeftFrame(1050);  // the first one ended a tenth of a pixel before
+  EXPECT_EQ(desktop->at(64, 42 + 8), rgb(16, 108, 16));
 }
 
 TEST_F(TimelinePicture, HiddenLayersAndFlags) {
@@ -216,6 +219,10 @@ TEST_F(TimelinePicture, RulerAndGauge) {
   EXPECT_EQ(desktop->at(165, 29), face);
   EXPECT_EQ(desktop->at(213, 30), colors.selectionEdge);
   EXPECT_EQ(desktop->at(214, 31), face);
+  fakeHost.selectionLast = 100;
+  setTimelineZoom(14);
+  paint();
+  EXPECT_EQ(desktop->at(xOf(100), 31), colors.selectionEdge) << "less than a pixel";
 }
 
 TEST_F(TimelinePicture, LinesInvertAndComeBack) {
@@ -238,6 +245,24 @@ TEST_F(TimelinePicture, LinesInvertAndComeBack) {
   EXPECT_EQ(desktop->at(x + 9, 40), (desktop->at(x + 19, 40)) ^ 0x00FFFF);
   EXPECT_EQ(desktop->at(x + 5, 39), face);
   EXPECT_EQ(desktop->at(x + 5, 45), face);
+}
+
+TEST_F(TimelinePicture, TheMarkerMovesWhileAMenuIsOpen) {
+  desktop.reset();
+  platform::test::ScriptedDesktop menus;
+  desktop = std::make_unique<PixelDesktop>(window, platform::Size{width, height});
+  paint();
+  preferences.sync_play_cursor = 0;
+  playbackNotification(100, 4 | 2);
+  menus.menus.push_back([&](const platform::Menu*) {
+    playbackNotification(200, 2);
+    EXPECT_EQ(desktop->at(164, 60), face);
+    EXPECT_EQ(desktop->at(264, 60), face ^ 0xFF40FF);
+    return 0;
+  });
+  platform::user::mouse(window, platform::messageRightDown, {300, rowOf(1)}, 0);
+  EXPECT_TRUE(menus.menus.empty());
+  desktop.reset();
 }
 
 TEST_F(TimelinePicture, BeatLinesStandInGapsOnly) {

@@ -122,6 +122,68 @@ TEST_F(TimelineSelection, TheRubberBandOnlyAdds) {
   EXPECT_TRUE(selected().empty());
 }
 
+TEST_F(TimelineSelection, TheRubberBandStaysWhereItBeganInTheProject) {
+  int a = create(100, 110, 0), b = create(600, 610, 1), below = create(300, 310, 7);
+  press(xOf(90), rowOf(0), ctrl);
+  moveTo(xOf(95), rowOf(0), ctrl);
+  EXPECT_TRUE(selected().empty());
+  setLeftFrame(400);
+  moveTo(xOf(620), rowOf(1), ctrl);
+  EXPECT_EQ(sorted(selected()), sorted({a, b}));
+  // A mouse that rests below the rows: one more row each time, and none when it is back inside.
+  moveTo(xOf(620), rowsBottom() + 31, ctrl);
+  platform::user::timer(window, dragTimer);
+  platform::user::timer(window, dragTimer);
+  platform::user::timer(window, dragTimer);
+  EXPECT_EQ(timelineView.topLayer, 3);
+  EXPECT_TRUE(isSelected(below));
+  moveTo(xOf(620), rowOf(5), ctrl);
+  platform::user::timer(window, dragTimer);
+  EXPECT_EQ(timelineView.topLayer, 3);
+  release(xOf(620), rowOf(5), ctrl);
+}
+
+TEST_F(TimelineSelection, AReleaseOfCtrlIsNotMissed) {
+  int object = create(100, 199, 0);
+  auto select = [&] {
+    click(xOf(150), rowOf(0), ctrl);
+    EXPECT_TRUE(isSelected(object));
+  };
+  auto moveFreely = [&](intptr_t state) {
+    platform::user::mouse(window, platform::messageMouseMove, {300, 60}, state);
+  };
+  select();
+  environment.saving = true;
+  platform::user::key(platform::keyCtrl, true);
+  platform::user::key(platform::keyCtrl, false);
+  EXPECT_TRUE(selected().empty()) << "while the host saves";
+  environment.saving = false;
+  select();
+  platform::user::holdModifiers(ctrl);
+  send(platform::messageActivated, 0);
+  moveFreely(ctrl);
+  EXPECT_TRUE(isSelected(object));
+  platform::user::holdModifiers(0);
+  moveFreely(0);
+  EXPECT_TRUE(selected().empty()) << "while another window had the keys";
+}
+
+TEST_F(TimelineSelection, IndicesDoNotOutliveTheirObjects) {
+  std::vector<int> chain = createChain(100, 199, 0, {150});
+  int other = create(300, 399, 3), between = create(200, 250, 1);
+  platform::user::mouse(window, platform::messageRightDown, {xOf(150), rowOf(0)}, 0);
+  ASSERT_EQ(clickPosition.section, chain[1]);
+  click(xOf(120), rowOf(0), ctrl);
+  clearSelection();
+  deleteObjects(chain);
+  EXPECT_EQ(clickPosition.section, -1);
+  EXPECT_EQ(create(600, 699, 0), chain[0]) << "the record is in use again";
+  click(xOf(220), rowOf(1), ctrl);
+  press(xOf(350), rowOf(3), ctrl | shift);  // from the object clicked last, not from where the deleted one was
+  EXPECT_EQ(selected(), (std::vector<int>{between, other}));
+  release(xOf(350), rowOf(3), ctrl);
+}
+
 TEST_F(TimelineSelection, TheCurrentObjectFollowsClicks) {
   int a = create(100, 199, 0), b = create(300, 399, 0);
   click(xOf(150), rowOf(0));
@@ -228,6 +290,16 @@ TEST_F(TimelineSelection, RightPressesOpenTheirMenu) {
   }
 }
 
+TEST_F(TimelineSelection, PiecesThatAMenuCutsStaySelected) {
+  int object = create(100, 199, 0);
+  fakeHost.selectionFirst = 130, fakeHost.selectionLast = 159;
+  platform::test::ScriptedDesktop desktop;
+  desktop.menus.push_back([](const platform::Menu*) { return static_cast<int>(commandCut); });
+  platform::user::mouse(window, platform::messageRightDown, {xOf(150), rowOf(0)}, 0);
+  EXPECT_EQ(sorted(selected()), sorted({object, objectAt(150, 0), objectAt(190, 0)}));
+  EXPECT_EQ(selected().size(), 3u);
+}
+
 TEST_F(TimelineSelection, TheBoundaryNearThePressIsRemembered) {
   std::vector<int> chain = createChain(100, 299, 0, {150, 250});
   struct Row {
@@ -238,16 +310,6 @@ TEST_F(TimelineSelection, TheBoundaryNearThePressIsRemembered) {
     platform::user::mouse(window, platform::messageRightDown, {xOf(row.frame), rowOf(0)}, 0);
     EXPECT_EQ(clickPosition.section, row.section < 0 ? -1 : chain[static_cast<size_t>(row.section)]);
   }
-}
-
-TEST_F(TimelineSelection, ARightPressEndsADragFirst) {
-  int object = create(100, 199, 0);
-  press(xOf(150), rowOf(0));
-  moveTo(xOf(170), rowOf(0));
-  platform::user::mouse(window, platform::messageRightDown, {xOf(170), rowOf(0)}, platform::mouseLeft);
-  EXPECT_EQ(timelineView.dragMode, dragNone);
-  moveTo(xOf(190), rowOf(0));
-  EXPECT_EQ(placeOf(object), (Place{120, 219, 0}));
 }
 
 TEST_F(TimelineSelection, TargetsAreTheSelectionOrTheCurrentObject) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "tests/support/scripted_desktop.h"
 #include "tests/support/test_effects.h"
 #include "zenlay/effects/evaluation.h"
+#include "zenlay/host/module_files.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/checker.h"
 #include "zenlay/model/objects.h"
@@ -47,12 +49,7 @@ class Timeline : public testing::Test {
     fakeHost.frameCount = 1000;
     fakeHost.selectionLast = 999;
     fakeHost.intSettings = {{"zoom", 19}, {"object_snap", 0}};
-    modelHooks = {.objectDeleted =
-                      [](int object) {
-                        forgetDragged(object);
-                        forgetSelected(object);
-                      },
-                  .trackValues = evaluateSlot};
+    modelHooks = {.objectDeleted = forgetObject, .trackValues = evaluateSlot};
     mainWindow = platform::createWindow(nullptr, noteMessage, this, {.style = platform::windowVisible});
     window = platform::createWindow(mainWindow, forward, nullptr, {.style = platform::windowVisible});
     environment.timelineWindow = window;
@@ -99,6 +96,22 @@ class Timeline : public testing::Test {
     press(xOf(frame), rowOf(layer), state);
     moveTo(xOf(toFrame), rowOf(toLayer), state);
     release(xOf(toFrame), rowOf(toLayer), state);
+  }
+
+  /// .avi is a film, .mov one with sound unless its name says "silent", .wav a sound.
+  static void acceptMedia() {
+    constexpr char table[] = ".avi\0Video file\0.mov\0Video file\0.MOV\0Audio file\0.wav\0Audio file\0.odd\0Nothing\0";
+    memcpy(extensionTable, table, sizeof table);
+    fakeHost.functions.openMediaFile = [](const char* path, HostFileInfo*, uint32_t) {
+      static int anyMedia;
+      return strstr(path, "silent") ? nullptr : reinterpret_cast<MediaHandle>(&anyMedia);
+    };
+    fakeHost.functions.closeMediaFile = [](MediaHandle) -> int32_t { return 1; };
+  }
+  int drop(const std::string& path, platform::Point at) {
+    const std::string paths[] = {path, "second.avi"};  // only the first counts
+    platform::DroppedFiles dropped{at, paths, 2};
+    return send(platform::messageFilesDropped, 0, reinterpret_cast<intptr_t>(&dropped));
   }
 
   /// An object over exactly these frames.

@@ -123,6 +123,33 @@ TEST_F(TimelineWindow, WheelAndPan) {
   EXPECT_EQ(timelineView.topLayer, 2);
   release(310, 100);
   EXPECT_EQ(timelineView.dragMode, dragNone);
+  auto middle = [&](uint32_t message, int x, intptr_t state) {
+    platform::user::mouse(window, message, {x, 100}, state);
+  };
+  middle(platform::messageMiddleDown, 300, platform::mouseMiddle);
+  middle(platform::messageMouseMove, 280, platform::mouseMiddle);
+  EXPECT_EQ(timelineView.leftFrame, 210);
+  middle(platform::messageMiddleUp, 280, 0);
+  middle(platform::messageMouseMove, 200, 0);
+  EXPECT_EQ(timelineView.leftFrame, 210);
+}
+
+TEST_F(TimelineWindow, WhatIsMadeComesIntoView) {
+  struct Row {
+    const char* what;
+    int layer, left, top;  // of an object over 400..450 in a view of 563 frames and 5 rows from 500 and layer 10 on
+  };
+  for (const Row& row :
+       {Row{"left and above", 3, 400, 3}, Row{"left and below", 20, 400, 16}, Row{"in view", 12, 0, 10}}) {
+    SCOPED_TRACE(row.what);
+    setLeftFrame(row.left ? 500 : 0);
+    setTopLayer(10);
+    revealObject(create(400, 450, row.layer));
+    EXPECT_EQ(timelineView.leftFrame, row.left);
+    EXPECT_EQ(timelineView.topLayer, row.top);
+  }
+  zoomToFit();  // 467 pixels for 1000 frames: 0.4 a frame
+  EXPECT_EQ(timelineView.zoom, 4000);
 }
 
 TEST_F(TimelineWindow, ZoomKeepsTheCursorInPlace) {
@@ -215,9 +242,47 @@ TEST_F(TimelineWindow, PlaybackMovesItsMarkerAndComesBack) {
   EXPECT_FALSE(imageAidsHidden);
 }
 
+TEST_F(TimelineWindow, PlaybackLeavesTheViewToADrag) {
+  int object = create(100, 199, 1);
+  preferences.sync_play_cursor = 0;
+  playbackNotification(120, 4 | 2);
+  press(xOf(150), rowOf(1));
+  moveTo(xOf(160), rowOf(1));
+  playbackNotification(700, 2);
+  EXPECT_EQ(timelineView.playbackFrame, 700);
+  EXPECT_EQ(timelineView.leftFrame, 0);
+  moveTo(xOf(161), rowOf(1));
+  EXPECT_EQ(objects[object].start, 111);
+  release(xOf(161), rowOf(1));
+  playbackNotification(700, 2);
+  EXPECT_EQ(timelineView.leftFrame, 533);
+}
+
+TEST_F(TimelineWindow, PlaybackGoesOnInAnotherScene) {
+  preferences.sync_play_cursor = 0;
+  setCursorFrame(120);
+  setLeftFrame(100);
+  playbackNotification(120, 4 | 2);
+  playbackNotification(700, 2);
+  enterScene(3);
+  EXPECT_EQ(scenes[0].viewFrame, 100) << "where it was before the playback";
+  extendScene(5000);
+  setLeftFrame(2000);
+  playbackNotification(300, 2);
+  playbackNotification(300, 8);
+  EXPECT_EQ(timelineView.leftFrame, 0);
+  timelineView.sceneLength = 0;
+  playbackNotification(300, 2);
+  EXPECT_EQ(timelineView.playbackFrame, -1) << "nothing is open any more";
+  timelineView.sceneLength = 5001;
+  enterScene(0);
+}
+
 TEST_F(TimelineWindow, PlaybackMayMoveTheCursor) {
-  preferences.sync_play_cursor = 1;
-  playbackNotification(10, 4 | 2);
+  preferences.sync_play_cursor = 0;
+  playbackNotification(5, 4 | 2);
+  preferences.sync_play_cursor = 1;  // meanwhile
+  playbackNotification(10, 2);
   EXPECT_EQ(timelineView.cursorFrame, 10);
   EXPECT_EQ(timelineView.playbackFrame, -1);
   int a = create(0, 50, 0), b = create(51, 99, 0);
@@ -231,14 +296,20 @@ TEST_F(TimelineWindow, PlaybackMayMoveTheCursor) {
 
 TEST_F(TimelineWindow, EveryScenesViewIsItsOwn) {
   int object = create(100, 199, 2);
-  currentObject = object;
-  moveCursor(150);
+  create(200, 299, 2);
   setTimelineZoom(20);
-  setLeftFrame(90);
-  setTopLayer(2);
   fakeHost.selectionFirst = 10, fakeHost.selectionLast = 20;
   preferences.grid.grid_tempo = 1200000;
-  preferences.config_move = 0;
+  // As the host does, which tells of every frame it shows; an object under the cursor is not the current one.
+  fakeHost.functions.setCurrentFrame = [](EditHandle, int32_t frame) -> int32_t {
+    fakeHost.currentFrame = frame;
+    platform::sendMessage(environment.timelineWindow, messageUpdate, 0, 0);
+    return frame;
+  };
+  moveCursor(250);
+  setLeftFrame(90);
+  setTopLayer(2);
+  currentObject = object;
   addToSelection(object);
   enterScene(4);
   EXPECT_EQ(timelineView.sceneLength, 1);
@@ -258,7 +329,7 @@ TEST_F(TimelineWindow, EveryScenesViewIsItsOwn) {
   EXPECT_EQ(timelineView.zoomLevel, 20);
   EXPECT_EQ(timelineView.leftFrame, 90);
   EXPECT_EQ(timelineView.topLayer, 2);
-  EXPECT_EQ(timelineView.cursorFrame, 150);
+  EXPECT_EQ(timelineView.cursorFrame, 250);
   EXPECT_EQ(fakeHost.selectionLast, 20);
   EXPECT_EQ(preferences.grid.grid_tempo, 1200000);
 }

@@ -17,11 +17,12 @@ constexpr int width = 640, height = 197;
 
 class TimelineWalk : public Timeline {
  protected:
+  platform::test::ScriptedDesktop scripted;
   std::mt19937 random{20260711};
   platform::Point mouse{300, 100};
   intptr_t held = 0;  // modifiers and buttons
 
-  int pick(int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); }
+  int pick(size_t n) { return static_cast<int>(random() % n); }
   int anyObject() { return sceneObjectCount ? indexOf(layerOrder[pick(sceneObjectCount)]) : -1; }
   platform::Point anyPoint() {
     if (pick(3) == 0) return {pick(width + 100) - 50, pick(height + 60) - 30};
@@ -42,71 +43,115 @@ class TimelineWalk : public Timeline {
       if (anyObject() >= 0) groupSelection(std::vector<int>{anyObject(), anyObject()});
   }
 
+  int anyCommand() {
+    const int commands[] = {commandSplit,
+                            commandCut,
+                            commandAddMidpoint,
+                            commandRemoveMidpoint,
+                            commandGroup,
+                            commandInsertLayer,
+                            commandDeleteLayer,
+                            commandDuplicate,
+                            commandLockLayer,
+                            commandNextObject,
+                            commandShowOtherLayers,
+                            commandZoomIn,
+                            commandUndo,
+                            commandCursorIsLastFrame,
+                            commandToggleObjectRange,
+                            commandToggleSnap,
+                            commandToggleBeatGrid,
+                            commandToggleTrackSelected};
+    return commands[pick(std::size(commands))];
+  }
+
+  void pressKey() {
+    struct Stroke {
+      int key;
+      intptr_t modifiers;
+    };
+    const Stroke strokes[] = {
+        {platform::keyLeft},   {platform::keyRight},  {platform::keyUp}, {platform::keyDown}, {'S'},
+        {platform::keyDelete}, {platform::keyEscape}, {'C', ctrl},       {'V', ctrl},         {'Z', ctrl}};
+    const Stroke& stroke = strokes[pick(std::size(strokes))];
+    platform::user::press(stroke.key, stroke.modifiers);
+  }
+
+  void press(intptr_t button, uint32_t message) {
+    held |= button;
+    mouse = anyPoint();
+    mouseEvent(message);
+  }
+  void release(intptr_t button, uint32_t message) {
+    held &= ~button;
+    if (pick(8)) mouseEvent(message);  // some are lost
+  }
+
+  /// While the menu is open a playback goes on.
+  void openMenu() {
+    scripted.menus = {[this](const platform::Menu*) {
+      if (pick(2)) play();
+      return pick(3) ? anyCommand() : 0;
+    }};
+    mouse = anyPoint();
+    mouseEvent(platform::messageRightDown);
+    scripted.menus.clear();
+  }
+
   void userStep() {
-    switch (pick(12)) {
+    switch (pick(16)) {
       case 0:
-        held |= platform::mouseLeft;
-        mouse = anyPoint();
-        return mouseEvent(platform::messageLeftDown);
+        return press(platform::mouseLeft, platform::messageLeftDown);
       case 1:
-        held &= ~intptr_t{platform::mouseLeft};
-        return mouseEvent(platform::messageLeftUp);
+        return release(platform::mouseLeft, platform::messageLeftUp);
       case 2:
         return mouseEvent(platform::messageLeftDoubleClick);
       case 3:
-        mouse = anyPoint();
-        return pick(4) ? void() : mouseEvent(platform::messageRightDown);
-      case 4: {
-        struct Stroke {
-          int key;
-          intptr_t modifiers;
-        };
-        const Stroke strokes[] = {
-            {platform::keyLeft},   {platform::keyRight}, {platform::keyUp}, {platform::keyDown}, {'S'},
-            {platform::keyDelete}, {'C', ctrl},          {'V', ctrl},       {'Z', ctrl}};
-        const Stroke& stroke = strokes[pick(9)];
-        platform::user::press(stroke.key, stroke.modifiers);
-        return;
-      }
+        return openMenu();
+      case 4:
+        return pressKey();
       case 5: {
         const intptr_t modifiers[] = {0, 0, ctrl, shift, ctrl | shift, alt};
-        held = (held & platform::mouseLeft) | modifiers[pick(6)];
+        held = (held & (platform::mouseLeft | platform::mouseMiddle)) | modifiers[pick(6)];
         if (!(held & ctrl)) platform::user::key(platform::keyCtrl, false);
         return;
       }
       case 6:
         platform::user::wheel(window, mouse, pick(3) - 1, held);
         return;
+      case 7:
+        return pick(4) ? release(platform::mouseMiddle, platform::messageMiddleUp)
+                       : press(platform::mouseMiddle, platform::messageMiddleDown);
+      case 8:
+        return platform::user::timer(window, dragTimer);
       default:
         mouse = {mouse.x + pick(60) - 30, mouse.y + pick(40) - 20};
         return mouseEvent(platform::messageMouseMove);
     }
   }
 
-  /// Edits that arrive by other ways than the mouse.
+  void play() {
+    const uint32_t notes[] = {2, 2, 2, 1, 0, 4 | 2, 8, 2 | 8};
+    playbackNotification(pick(1200) - 50, notes[pick(std::size(notes))]);
+  }
+
+  void changePreference() {
+    int32_t* const toggles[] = {&preferences.sync_play_cursor, &preferences.auto_scroll, &preferences.config_move,
+                                &preferences.pair_move,        &preferences.group_open,  &preferences.edit_time_type};
+    int32_t& toggle = *toggles[pick(std::size(toggles))];
+    toggle = !toggle;
+    if (pick(4)) return;
+    preferences.small_layer = pick(3);
+    applyLayerHeight();
+  }
+
+  /// What arrives by other ways than the mouse.
   void foreignStep() {
     int object = anyObject();
     std::vector<int> list = object < 0 ? std::vector<int>{} : std::vector<int>{object};
+    const char* const files[] = {"/a.avi", "/a.mov", "/silent.mov", "/a.wav", "/a.txt"};
     beginUndoStep();
-    switch (pick(9)) {
-      case 8: {
-        const int commands[] = {commandSplit,
-                                commandAddMidpoint,
-                                commandRemoveMidpoint,
-                                commandGroup,
-                                commandInsertLayer,
-                                commandDeleteLayer,
-                                commandDuplicate,
-                                commandLockLayer,
-                                commandNextObject,
-                                commandShowOtherLayers,
-                                commandZoomIn,
-                                commandUndo,
-                                commandCursorIsLastFrame,
-                                commandToggleObjectRange};
-        send(messageCommand, commands[pick(14)]);
-        break;
-      }
+    switch (pick(12)) {
       case 0:
         deleteObjects(list);
         break;
@@ -131,6 +176,18 @@ class TimelineWalk : public Timeline {
       case 7:
         if (pick(4) == 0) environment.saving = false, timelineView.sceneLength = fakeHost.frameCount = 1000, fill();
         break;
+      case 8:
+        send(messageCommand, anyCommand());
+        break;
+      case 9:
+        play();
+        break;
+      case 10:
+        changePreference();
+        break;
+      case 11:
+        drop(files[pick(std::size(files))], anyPoint());
+        break;
     }
     redrawTimeline();
   }
@@ -145,6 +202,7 @@ class TimelineWalk : public Timeline {
 TEST_F(TimelineWalk, StaysSoundAndShowsWhatThereIs) {
   preferences.object_snap = 1;
   preferences.grid.grid = 1;
+  acceptMedia();
   auto desktop = std::make_unique<PixelDesktop>(window, platform::Size{width, height});
   fill();
   send(platform::messagePaint);

@@ -51,6 +51,9 @@ enum EffectFlag : uint32_t {
 
 inline constexpr int cameraTargetByDefault = 0x10000;  // bit of EffectDefinition::x
 
+/// Whether a track's mode word makes it move; else its start value holds for the whole section.
+constexpr bool moves(int32_t mode) { return (mode & 0xF) != 0; }
+
 enum CheckDefault : int32_t {
   checkButton = -1,     // push button
   checkDropDown = -2,   // the label is a list of NUL-separated items ended by an empty one
@@ -115,7 +118,7 @@ enum ObjectEvent : intptr_t {
 /// once, as children of that window, and `hide_controls` hides them.
 enum ShowControls : uint32_t {
   controlsPlace = 1,  // wparam: id of the first custom control, lparam: y to place them at; the height they take
-  controlsFill = 2,   // show what the extra data holds
+  controlsFill = 2,   // show what the extra data holds; also of a folded slot, for its title
 };
 
 /// Coordinate slots of `coordinate_map`.

@@ -20,6 +20,8 @@ enum ProcessFlag : uint32_t {
   processPreparatory = 0x400,
   processNested = 0x800,
 };
+/// Of the host's record: the scene alone, without what is shown over it while it is edited.
+inline constexpr uint32_t processWithoutOverlay = 0x1000;
 
 /// Bits of `EffectProcessInfo::state`.
 enum PlacementState : uint32_t {
@@ -73,6 +75,7 @@ struct EffectProcessInfo {
   uint32_t state;               // PlacementState
   int32_t rate, scale;          // frames per second of the project
   int32_t frameOffset;          // frames added to the scene frame
+  int32_t hostFrame;            // of the host's film that the picture is for, through all nested scenes
   int32_t subFrame;             // hundredths, 0..99
   int32_t startCorrection;
   int32_t depth;                // nesting of scenes, 0 for the host's frame

@@ -33,18 +33,14 @@
 #include "zenlay/render/pipeline.h"
 #include "zenlay/render/work_memory.h"
 #include "zenlay/ui/settings/window.h"
-#include "zenlay/ui/timeline/drag.h"
-#include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay {
 namespace {
 
 constexpr int minHostBuild = 9933;
-constexpr int defaultShadowMax = 2048;
 constexpr int maxShadow = 0x10000;
 constexpr int shadowAlignment = 16;
-constexpr int defaultMediaHandles = 8;
 constexpr int cameraViewWidth = 640, cameraViewHeight = 480;
 constexpr int playbackLink = 900;  // code of the command that hands our callback to the playback window
 constexpr char playbackName[] = "Playback window";
@@ -65,8 +61,7 @@ void onObjectChanged(int object) {
 }
 
 void onObjectDeleted(int object) {
-  forgetDragged(object);
-  forgetSelected(object);
+  forgetObject(object);
   freeWorkMemoryOf(object);
 }
 

@@ -99,12 +99,11 @@ int32_t virtualRate(int rate, int speed) {
 }
 
 /// The sample at which the block begins: the one behind the last block where playback went on, else as the time says.
-int64_t firstSample(AudioFileState* state, bool follows, int64_t timed, int32_t rate, const AudioBlock& block) {
+int64_t firstSample(AudioFileState* state, bool follows, int64_t timed, const Range& range, int32_t rate,
+                    const AudioBlock& block) {
   if (!follows || state->rate <= 0) return timed;
   int64_t next = state->rate == rate ? state->next : (state->next * rate + state->rate / 2) / state->rate;
-  // A time control's flow is an average, so what was played may stray from what is shown.
-  bool strayed = block.speed != normalTimeSpeed && std::abs(next - timed) > rate / 10;
-  return strayed ? timed : next;
+  return hasStrayed(block, next, timed, rate, range.loop ? range.last - range.first : 0) ? timed : next;
 }
 
 int play(EffectDefinition* effect, EffectProcessInfo* info, AudioFileState* state, const Source& source,
@@ -127,7 +126,7 @@ int play(EffectDefinition* effect, EffectProcessInfo* info, AudioFileState* stat
     std::fill_n(block.samples, samples, int16_t{0});
     return 1;
   }
-  int64_t at = firstSample(state, follows, soundSample(time, info, source.unit, rate), rate, block);
+  int64_t at = firstSample(state, follows, soundSample(time, info, source.unit, rate), range, rate, block);
   if (range.loop) at = wrapSample(at, range.first, range.last);
   state->next = readRange(effect, source.handle, range, at, block.samples, host.sampleCount, host.channelCount);
   state->rate = rate;

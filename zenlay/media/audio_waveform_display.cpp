@@ -9,6 +9,7 @@
 #include "zenlay/media/sound_samples.h"
 #include "zenlay/media/spectrum.h"
 #include "zenlay/media/waveform_drawing.h"
+#include "zenlay/render/convert.h"
 
 namespace zenlay {
 
@@ -45,62 +46,82 @@ constexpr char presetList[] =
 
 /// What a preset puts into the settings.
 struct Preset {
-  int16_t mode, res_w, res_h, pad_w, pad_h;
+  int16_t shape[5];
   uint8_t mirror;
 };
+constexpr int16_t WaveformData::*shapeFields[] = {&WaveformData::mode, &WaveformData::res_w, &WaveformData::res_h,
+                                                  &WaveformData::pad_w, &WaveformData::pad_h};
 constexpr Preset presets[] = {
-    {modeLine, 0, 0, 0, 0, 0},      // every sample
-    {modeLine, 64, 0, 0, 0, 1},     // few points and their mirror image
-    {modeBars, 32, 0, 25, 0, 0},    // bars
-    {modeBars, 32, 24, 25, 40, 0},  // bars of steps
-    {modeBars, 64, 0, 40, 0, 1},    // bars around the middle line
+    {{modeLine, 0, 0, 0, 0}, 0},      // every sample
+    {{modeLine, 64, 0, 0, 0}, 1},     // few points and their mirror image
+    {{modeBars, 32, 0, 25, 0}, 0},    // bars
+    {{modeBars, 32, 24, 25, 40}, 0},  // bars of steps
+    {{modeBars, 64, 0, 40, 0}, 1},    // bars around the middle line
 };
 
 constexpr int maxShownSeconds = 10;
-constexpr double quietest = 60.0;  // dB below full scale, where bars begin
+constexpr int maxResolution = 2000;  // of a picture's sides, too
+constexpr double quietest = 60.0;    // dB below full scale, where bars begin
 
-struct ClipSound {
+/// The sound around the frame, and which of it is shown.
+struct ShownSound {
   int rate, channels;
-  int64_t frameSamples;  // per channel, at most
+  int rateOfFilm, scaleOfFilm;  // frames per second = rate / scale
+  int64_t from;                 // samples behind the first of the frame
+  int count;
+
+  int64_t frameSample(int64_t frame) const { return frame * scaleOfFilm * rate / rateOfFilm; }
+  int frameSamples() const { return static_cast<int>(frameSample(1)) + 1; }  // at most
 };
 
 /// (L + R) / 2 of the first two channels.
-void toMono(int16_t* mono, const int16_t* samples, int count, int channels) {
-  for (int i = 0; i < count; i++, samples += channels)
+void toMono(int16_t* mono, const int16_t* samples, int64_t count, int channels) {
+  for (int64_t i = 0; i < count; i++, samples += channels)
     mono[i] = channels == 1 ? samples[0] : static_cast<int16_t>((samples[0] + samples[1]) / 2);
 }
 
-/// The edit's own sound from the current frame on. `block` holds a frame of it.
-void readOriginal(const EffectDefinition* effect, const EffectProcessInfo* info, const ClipSound& clip, int16_t* mono,
-                  int count, int16_t* block) {
-  int frame = info->absoluteFrame;
-  for (int done = 0; done < count; frame++) {
-    int got = effect->host_functions->getAudioFiltered(info->host.edit, frame, block);
-    if (got <= 0) return;
-    int taken = std::min(got, count - done);
-    toMono(mono + done, block, taken, clip.channels);
-    done += taken;
+/// The edit's own sound around the host's frame. `block` holds a frame of it.
+void readOriginal(const EffectDefinition* effect, const EffectProcessInfo* info, const ShownSound& sound, int16_t* mono,
+                  int16_t* block) {
+  const int64_t from = sound.frameSample(info->hostFrame) + sound.from, to = from + sound.count;
+  int frame = info->hostFrame;
+  while (frame > 0 && sound.frameSample(frame) > from) frame--;
+  for (int64_t first = sound.frameSample(frame), length; first < to; frame++, first += length) {
+    const int got = effect->host_functions->getAudioFiltered(info->host.edit, frame, block);
+    length = got > 0 ? got : sound.frameSample(int64_t{frame} + 1) - first;
+    const int64_t begin = std::max(first, from), end = std::min(first + got, to);
+    if (begin < end)
+      toMono(mono + (begin - from), block + (begin - first) * sound.channels, end - begin, sound.channels);
   }
 }
 
-/// The object's file at its position: with a static one the file goes on with the film.
-void readFile(EffectDefinition* effect, const EffectProcessInfo* info, const ClipSound& clip, int16_t* mono, int count,
+/// The sample that the frame begins with. A still position goes on with the film, a moving one from its first value to
+/// its last.
+int64_t filePosition(const EffectDefinition* effect, const EffectProcessInfo* info, int rate) {
+  const int64_t start = effect->track_begin_values[trackPosition];
+  const int64_t position = start * rate / 100;
+  if (!moves(effect->track_modes[trackPosition])) {
+    const int64_t elapsed = int64_t{info->host.frameNumber} * 100 + info->subFrame;
+    return position + static_cast<int64_t>(__int128{elapsed} * info->scale * rate / (100 * int64_t{info->rate}));
+  }
+  const int64_t frames = std::max(effect->frame_end - effect->frame_begin, 1);
+  const int64_t elapsed = (int64_t{info->absoluteFrame} - effect->frame_begin) * 100 + info->subFrame;
+  const __int128 way = effect->track_end_values[trackPosition] - start;
+  return position + static_cast<int64_t>(way * elapsed * rate / (frames * 10000));
+}
+
+/// The object's file around its position.
+void readFile(EffectDefinition* effect, const EffectProcessInfo* info, const ShownSound& sound, int16_t* mono,
               int16_t* block) {
-  constexpr int32_t movementMode = 0xF;
   MediaHandle handle = effect->services->openMedia(&extraData<WaveformData>(effect).media, openAudio, nullptr);
   if (!handle) return;
-  int total = effect->host_functions->setAudioSampleRate(handle, clip.rate, clip.channels);
-  int64_t at = int64_t{effect->track[trackPosition]} * clip.rate / 100;
-  if (!(effect->track_modes[trackPosition] & movementMode)) {
-    int64_t elapsed = int64_t{info->host.frameNumber} * 100 + info->subFrame;
-    at += static_cast<int64_t>(__int128{elapsed} * info->scale * clip.rate / (100 * int64_t{info->rate}));
-  }
-  for (int done = 0; done < count && at >= 0 && at < total;) {
-    int wanted = static_cast<int>(std::min<int64_t>({count - done, clip.frameSamples, total - at}));
-    int got = effect->host_functions->readAudioSamples(handle, static_cast<int32_t>(at), wanted, block);
+  const int64_t total = effect->host_functions->setAudioSampleRate(handle, sound.rate, sound.channels);
+  const int64_t from = filePosition(effect, info, sound.rate) + sound.from, to = std::min(from + sound.count, total);
+  for (int64_t at = std::max<int64_t>(from, 0); at < to;) {
+    const int wanted = static_cast<int>(std::min<int64_t>(to - at, sound.frameSamples()));
+    const int got = effect->host_functions->readAudioSamples(handle, static_cast<int32_t>(at), wanted, block);
     if (got <= 0) return;
-    toMono(mono + done, block, got, clip.channels);
-    done += got;
+    toMono(mono + (at - from), block, got, sound.channels);
     at += got;
   }
 }
@@ -118,9 +139,7 @@ void draw(EffectDefinition* effect, EffectProcessInfo* info, const int16_t* mono
   info->objectWidth = std::clamp(effect->track[trackWidth], 1, info->maxWidth);
   info->objectHeight = std::clamp(effect->track[trackHeight], 1, info->maxHeight);
   info->opaqueImage = 0;
-  const uint8_t bitmap[4] = {data.color[2], data.color[1], data.color[0], 0};
-  effect->services->convertRgb(info->objectImage, bitmap, 1, 1, 24);
-  ObjectPixel colour = *info->objectImage;
+  ObjectPixel colour = toYcbcr(data.color[0], data.color[1], data.color[2]);
   colour.a = 0;
   for (int y = 0; y < info->objectHeight; y++)
     std::fill_n(info->objectImage + static_cast<ptrdiff_t>(y) * info->bufferLine, info->objectWidth, colour);
@@ -134,33 +153,47 @@ void draw(EffectDefinition* effect, EffectProcessInfo* info, const int16_t* mono
   drawLevelBars(image, levels, spectrumLevels, shape);
 }
 
+/// A frame's samples, or more or fewer of them around its middle.
+ShownSound shownSound(const EffectProcessInfo* info, const WaveformData& data, const HostFileInfo* clip) {
+  constexpr int fallbackRate = 44100, fallbackChannels = 2;
+  ShownSound sound{clip ? clip->audioRate : fallbackRate,
+                   clip ? clip->audioChannels : fallbackChannels,
+                   info->rate,
+                   info->scale,
+                   0,
+                   0};
+  const int64_t ofFrame = sound.frameSample(int64_t{info->hostFrame} + 1) - sound.frameSample(info->hostFrame);
+  const int64_t wanted = data.sample_n > 0 ? int64_t{data.sample_n} : ofFrame;
+  const int64_t fewest = data.mode == modeBars ? spectrumBlock : 2;
+  sound.count = static_cast<int>(std::clamp<int64_t>(wanted, fewest, int64_t{maxShownSeconds} * sound.rate));
+  sound.from = (ofFrame - sound.count) / 2;
+  return sound;
+}
+
 int processWaveform(EffectDefinition* effect, EffectProcessInfo* info) {
   const HostFunctionTable* host = effect->host_functions;
-  const WaveformData& data = extraData<WaveformData>(effect);
+  if (info->rate <= 0 || info->scale <= 0) return 0;
   HostFileInfo file{};
-  bool hasSound = host->getFileInfo(info->host.edit, &file) && file.flags & fileHasAudio && info->rate > 0;
-  constexpr int fallbackRate = 44100, fallbackChannels = 2;
-  ClipSound clip{hasSound ? file.audioRate : fallbackRate, hasSound ? file.audioChannels : fallbackChannels, 0};
-  int64_t most = int64_t{maxShownSeconds} * clip.rate;
-  clip.frameSamples = info->rate > 0 ? int64_t{clip.rate} * info->scale / info->rate + 1 : most;
-  if (clip.frameSamples > most || clip.channels < 1) return 0;
-  int64_t wanted = data.sample_n > 0 ? int64_t{data.sample_n} : clip.frameSamples;
-  int count = static_cast<int>(std::clamp<int64_t>(wanted, data.mode == modeBars ? spectrumBlock : 2, most));
+  bool hasSound = host->getFileInfo(info->host.edit, &file) && file.flags & fileHasAudio && file.audioRate > 0;
+  const ShownSound sound = shownSound(info, extraData<WaveformData>(effect), hasSound ? &file : nullptr);
+  if (sound.channels < 1 || sound.frameSample(1) > int64_t{maxShownSeconds} * sound.rate) return 0;
 
-  size_t samples = static_cast<size_t>(count) + static_cast<size_t>(clip.frameSamples) * clip.channels;
+  const int frameSamples = sound.frameSamples();  // blocks differ by one, the memory must not
+  size_t samples =
+      static_cast<size_t>(std::max(sound.count, frameSamples)) + static_cast<size_t>(frameSamples) * sound.channels;
   bool created;
   auto* mono =
       static_cast<int16_t*>(effect->services->workMemory(effect->object_ref, samples * sizeof(int16_t), &created));
   if (!mono) return 0;
-  std::fill_n(mono, count, int16_t{0});
-  if (effect->check[checkOriginal]) {
-    if (hasSound) readOriginal(effect, info, clip, mono, count, mono + count);
-  } else {
-    readFile(effect, info, clip, mono, count, mono + count);
-  }
+  int16_t* block = mono + sound.count;
+  std::fill_n(mono, sound.count, int16_t{0});
+  if (!effect->check[checkOriginal])
+    readFile(effect, info, sound, mono, block);
+  else if (hasSound)
+    readOriginal(effect, info, sound, mono, block);
   int gain = effect->track[trackVolume] * soundOne / 1000;
-  if (gain != soundOne) amplifySamples(mono, count, gain);
-  draw(effect, info, mono, count);
+  if (gain != soundOne) amplifySamples(mono, sound.count, gain);
+  draw(effect, info, mono, sound.count);
   return 1;
 }
 
@@ -168,30 +201,32 @@ constexpr ExtraControl controls[] = {
     {checkPreset, extraShortList, offsetof(WaveformData, type)},
     {checkColor, extraColor, offsetof(WaveformData, color)},
     {checkReference, extraSound, offsetof(WaveformData, media)},
+    {checkSetting, extraNumber, offsetof(WaveformData, mode), 0, {"Waveform type (0/1)", 2, 0, 1}},
+    {checkSetting, extraNumber, offsetof(WaveformData, res_w), 0, {"Hx resolution", 2, 0, maxResolution}},
+    {checkSetting, extraNumber, offsetof(WaveformData, res_h), 0, {"Vy resolution", 2, 0, maxResolution}},
+    {checkSetting, extraNumber, offsetof(WaveformData, pad_w), 0, {"Hx space (%)", 2, 0, 100}},
+    {checkSetting, extraNumber, offsetof(WaveformData, pad_h), 0, {"Vy space (%)", 2, 0, 100}},
+    {checkSetting, extraNumber, offsetof(WaveformData, mirror), 0, {"Mirror", 1, 0, 1}},
 };
 
 /// A preset of the list brings its other values along.
-int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
-  WaveformData& data = extraData<WaveformData>(effect);
-  if (asksForFileCheck(message, wparam, lparam)) {
-    constexpr uint32_t flags = uint32_t{openAudio} | mediaQuiet | mediaExistence;
-    return effect->services->openMedia(&data.media, flags, nullptr) != nullptr;
-  }
-  bool known = lparam >= 0 && lparam < static_cast<intptr_t>(std::size(presets));
-  if (!isCommand(message, wparam, commandDropDown))
-    return operateControls(effect, controls, std::size(controls), message, wparam, lparam);
-  if (!known) return 0;
+int choosePreset(EffectDefinition* effect, intptr_t index) {
+  if (index < 0 || index >= static_cast<intptr_t>(std::size(presets))) return 0;
   effect->services->recordUndo(effect->object_ref);
-  const Preset& preset = presets[lparam];
-  data.type = static_cast<int16_t>(lparam);
-  data.mode = preset.mode;
-  data.res_w = preset.res_w;
-  data.res_h = preset.res_h;
-  data.pad_w = preset.pad_w;
-  data.pad_h = preset.pad_h;
-  data.mirror = preset.mirror;
+  WaveformData& data = extraData<WaveformData>(effect);
+  data.type = static_cast<int16_t>(index);
+  for (size_t i = 0; i < std::size(shapeFields); i++) data.*shapeFields[i] = presets[index].shape[i];
+  data.mirror = presets[index].mirror;
   effect->services->objectChanged(effect->object_ref);
   return 1;
+}
+
+int handleMessage(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
+  if (isCommand(message, wparam, commandDropDown)) return choosePreset(effect, lparam);
+  if (!asksForFileCheck(message, wparam, lparam))
+    return operateControls(effect, controls, std::size(controls), message, wparam, lparam);
+  constexpr uint32_t flags = uint32_t{openAudio} | mediaQuiet | mediaExistence;
+  return effect->services->openMedia(&extraData<WaveformData>(effect).media, flags, nullptr) != nullptr;
 }
 
 // The position in hundredths of a second.
@@ -223,21 +258,19 @@ constexpr ExdataField fields[] = {
     {exdataInteger, sizeof(WaveformData::mirror), "mirror"},
     {exdataReserved, sizeof(WaveformData::reserved3), nullptr},
 };
-constexpr WaveformData defaults = {
-    .media = {},
-    .reserved = {},
-    .type = 0,
-    .mode = 0,
-    .res_w = 0,
-    .res_h = 0,
-    .pad_w = 0,
-    .pad_h = 0,
-    .color = {255, 255, 255},
-    .reserved2 = 0,
-    .sample_n = 0,
-    .mirror = 0,
-    .reserved3 = {},
-};
+constexpr WaveformData defaults = {.media = {},
+                                   .reserved = {},
+                                   .type = 0,
+                                   .mode = modeLine,
+                                   .res_w = 0,
+                                   .res_h = 0,
+                                   .pad_w = 0,
+                                   .pad_h = 0,
+                                   .color = {255, 255, 255},
+                                   .reserved2 = 0,
+                                   .sample_n = 0,
+                                   .mirror = 0,
+                                   .reserved3 = {}};
 
 }  // namespace
 

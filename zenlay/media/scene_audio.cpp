@@ -1,10 +1,11 @@
-// "Scene (audio)": the sound of another scene of the project. Its sound is made frame by frame at the project's rate;
-// at another speed than its own the samples between are interpolated.
+// "Scene (audio)": the sound of another scene of the project, mixed frame by frame at the project's rate and resampled
+// when it is played at another speed than its own.
 #include <algorithm>
 #include <cstring>
 
 #include "zenlay/effects/definitions.h"
 #include "zenlay/media/extra_controls.h"
+#include "zenlay/media/sound_resampling.h"
 #include "zenlay/media/sound_time.h"
 
 namespace zenlay {
@@ -19,115 +20,123 @@ struct SceneAudioData {
 };
 static_assert(sizeof(SceneAudioData) == 4);
 
-constexpr int64_t stepOne = normalTimeSpeed;  // places within a sample
 constexpr int64_t maxFrameSamples = 1 << 22;
-constexpr int nestings = 4;  // a scene may play itself
+constexpr int history = 2 * maxKernelReach;  // samples kept when the next frame is mixed
 
-/// A stretch of the scene's sound: whole frames, behind them what the next frame is interpolated from.
-struct SceneWindow {
-  BlockSequence sequence;
-  int64_t next;   // place behind the last block, in steps
-  int64_t first;  // sample of the scene that stands at the front
-  int32_t count;  // samples there are
-  int32_t frame;  // the next frame to be mixed
-  int32_t scene;  // that the samples are of; 0 = none
-  int32_t channels;
+/// What a stream is of. Frames of the scene, `last` exclusive; without `loop` they are the whole scene.
+struct StreamSource {
+  int32_t scene, channels, first, last;
+  bool loop;
+  bool operator==(const StreamSource&) const = default;
 };
 
-/// Of the frame's first sample, at the project's rate.
+/// The scene's sound in the order it is played, as far as the next block may need it. Samples are counted onward from
+/// lap to lap. They stand behind the record: the history and one frame.
+struct SceneStream {
+  BlockSequence sequence;
+  StreamSource source;  // scene 0: none
+  int64_t place;        // behind the last block, in soundSteps
+  int64_t first;        // the sample at the front
+  int32_t count;        // samples there are
+  int32_t frame;        // the next to be mixed
+};
+
+/// The frame's first sample, at the project's rate.
 int64_t frameSample(const EffectProcessInfo* info, int64_t frame) {
   return frame * info->scale * info->audio->rate / info->rate;
 }
 int64_t frameAt(const EffectProcessInfo* info, int64_t sample) {
   int64_t frame = sample * info->rate / (int64_t{info->scale} * info->audio->rate);
   while (frameSample(info, frame + 1) <= sample) frame++;
+  while (frameSample(info, frame) > sample) frame--;
   return frame;
 }
 
-/// What reads the scene; `samples` stands behind the window and holds a frame and two sample frames more.
 struct SceneReader {
   EffectDefinition* effect;
   EffectProcessInfo* info;
-  SceneWindow* window;
+  SceneStream* stream;
   int16_t* samples;
-  int scene, channels;
-  int64_t length;  // samples of the whole scene
+  int32_t length;  // frames of the scene
+  SoundKernel kernel = {};
 
-  bool mixNext() {
-    int64_t first = frameSample(info, window->frame);
-    int count = static_cast<int>(frameSample(info, int64_t{window->frame} + 1) - first);
-    int kept = std::min(window->count, 1);
-    memmove(samples, samples + static_cast<ptrdiff_t>(window->count - kept) * channels,
-            static_cast<size_t>(kept * channels) * sizeof(int16_t));
-    int16_t* place = samples + static_cast<ptrdiff_t>(kept) * channels;
-    std::fill_n(place, static_cast<size_t>(count) * channels, int16_t{0});
-    window->first = first - kept;
-    window->count = kept + count;
-    return effect->services->mixScene(info, scene, window->frame++, place, count) != 0;
+  int16_t* at(int64_t sample) const { return samples + (sample - stream->first) * stream->source.channels; }
+
+  /// Behind both ends of the scene there is silence.
+  void mixNext() {
+    const StreamSource& source = stream->source;
+    int count = static_cast<int>(frameSample(info, int64_t{stream->frame} + 1) - frameSample(info, stream->frame));
+    int kept = std::min(stream->count, history);
+    memmove(samples, samples + static_cast<ptrdiff_t>(stream->count - kept) * source.channels,
+            static_cast<size_t>(kept) * source.channels * sizeof(int16_t));
+    stream->first += stream->count - kept;
+    stream->count = kept + count;
+    int16_t* place = samples + static_cast<ptrdiff_t>(kept) * source.channels;
+    std::fill_n(place, static_cast<size_t>(count) * source.channels, int16_t{0});
+    if (stream->frame >= 0 && stream->frame < length)
+      effect->services->mixScene(info, source.scene, stream->frame, place, count);
+    stream->frame++;
+    if (source.loop && stream->frame >= source.last) stream->frame = source.first;
   }
 
-  /// Brings the sample and the one behind it into the window; the end of the scene counts as silence.
-  bool reach(int64_t sample) {
-    if (sample < window->first || sample > window->first + window->count) {
-      window->count = 0;
-      window->frame = static_cast<int32_t>(frameAt(info, sample));
-      if (!mixNext()) return false;
-    }
-    int64_t needed = std::min(sample + 1, length - 1);
-    while (window->first + window->count <= needed)
-      if (!mixNext()) return false;
-    return true;
+  /// The frame that holds the sample is the next to be mixed.
+  void seek(int64_t sample) {
+    const StreamSource& source = stream->source;
+    int64_t inScene = sample;
+    if (source.loop) inScene = wrapSample(sample, frameSample(info, source.first), frameSample(info, source.last));
+    int64_t frame = frameAt(info, inScene);
+    stream->frame = static_cast<int32_t>(frame);
+    stream->first = sample - (inScene - frameSample(info, frame));
+    stream->count = 0;
   }
 
-  int at(int64_t sample, int channel) const {
-    return sample < length ? samples[(sample - window->first) * channels + channel] : 0;
+  /// Brings the samples from..to into the stream; no more than a kernel takes.
+  void reach(int64_t from, int64_t to) {
+    bool behind = from > stream->first + stream->count;
+    if (stream->count == 0 || from < stream->first || behind) seek(from);
+    while (stream->first + stream->count <= to) mixNext();
   }
 
-  /// One sample frame at a place between samples.
-  void interpolate(int64_t place, int16_t* to) const {
-    int64_t sample = place / stepOne, part = place % stepOne;
-    for (int c = 0; c < channels; c++) {
-      int64_t here = at(sample, c), step = at(sample + 1, c) - here;
-      to[c] = static_cast<int16_t>(here + step * part / stepOne);
+  /// The next sample frames at that speed, made to measure or copied as they stand.
+  void read(int64_t step, int16_t* to, int count) {
+    const int channels = stream->source.channels, taken = kernelReach(step);
+    for (int done = 0, run; done < count; done += run, stream->place += run * step) {
+      int64_t sample = stream->place / soundStep, part = stream->place % soundStep;
+      int16_t* out = to + static_cast<ptrdiff_t>(done) * channels;
+      if (step == soundStep && part == 0) {
+        reach(sample, sample);
+        run = static_cast<int>(std::min<int64_t>(stream->first + stream->count - sample, count - done));
+        memcpy(out, at(sample), static_cast<size_t>(run) * channels * sizeof(int16_t));
+      } else {
+        reach(sample - taken + 1, sample + taken);
+        run = 1;
+        aimKernel(&kernel, part, step);
+        interpolateSound(kernel, at(sample), channels, out);
+      }
     }
   }
 };
 
-struct PlaceRange {
-  int64_t first, last;  // steps, `last` exclusive
-  bool loop;
-};
-
-/// The sample frames from `place` on that can be copied as they stand, at most `count`; 0 when they have to be made.
-int copyRun(SceneReader& reader, int64_t place, int64_t step, const PlaceRange& range, int count, int16_t* to) {
-  if (step != stepOne || place % stepOne != 0) return 0;
-  const SceneWindow& window = *reader.window;
-  int64_t sample = place / stepOne;
-  int64_t end = std::min({window.first + window.count, range.last / stepOne, reader.length});
-  int run = static_cast<int>(std::clamp<int64_t>(end - sample, 0, count));
-  memcpy(to, reader.samples + (sample - window.first) * reader.channels,
-         static_cast<size_t>(run) * reader.channels * sizeof(int16_t));
-  return run;
+/// The place at which the block begins as the time says. What was played before is a whole number of steps, as it is
+/// when the blocks follow each other.
+int64_t timedPlace(const SoundTime& time, const EffectProcessInfo* info, const PositionUnit& unit) {
+  SoundTime played = time;
+  played.position = unit.origin;
+  int64_t way = soundSample(played, info, unit, info->audio->rate * soundStep);
+  return positionSample(time.position, unit, info->audio->rate) * soundStep + way / time.speed * time.speed;
 }
 
-/// The place behind the block.
-int64_t readScene(SceneReader& reader, int64_t place, int64_t step, const PlaceRange& range) {
-  int count = reader.info->host.sampleCount;
-  int16_t* to = reader.info->audio->samples;
-  for (int done = 0, run; done < count; done += run, place += run * step) {
-    if (range.loop) place = wrapSample(place, range.first, range.last);
-    int16_t* at = to + static_cast<ptrdiff_t>(done) * reader.channels;
-    int64_t sample = place / stepOne;
-    run = 1;
-    if (place < range.first || place >= range.last || sample >= reader.length || !reader.reach(sample)) {
-      std::fill_n(at, reader.channels, int16_t{0});
-    } else if (int copied = copyRun(reader, place, step, range, count - done, at)) {
-      run = copied;
-    } else {
-      reader.interpolate(place, at);
-    }
-  }
-  return place;
+int silence(const EffectProcessInfo* info) {
+  std::fill_n(info->audio->samples, static_cast<size_t>(info->host.sampleCount) * info->host.channelCount, int16_t{0});
+  return 1;
+}
+
+/// Work memory for the stream and its samples; null when there is none.
+SceneStream* streamOf(EffectDefinition* effect, const EffectProcessInfo* info) {
+  size_t samples = static_cast<size_t>(history + frameSample(info, 1) + 1) * info->host.channelCount;
+  bool created = false;
+  return static_cast<SceneStream*>(
+      effect->services->workMemory(effect->object_ref, sizeof(SceneStream) + samples * sizeof(int16_t), &created));
 }
 
 int processSceneAudio(EffectDefinition* effect, EffectProcessInfo* info) {
@@ -138,42 +147,29 @@ int processSceneAudio(EffectDefinition* effect, EffectProcessInfo* info) {
   ObjectData data{};
   if (!followed || !services->getObjectData(followed, &data) || !data.extraData) followed = 0;
   int scene = followed ? *static_cast<const int32_t*>(data.extraData) : extraData<SceneAudioData>(effect).scene;
-  if (scene < 1 || services->sceneLength(scene) <= 0 || info->rate <= 0 || info->scale <= 0) return 0;
+  if (scene < 1 || info->rate <= 0 || info->scale <= 0 || frameSample(info, 1) > maxFrameSamples) return silence(info);
 
   PositionUnit unit{1, info->scale, info->rate};
   SoundTime time = soundTimeOf(effect, info, followed ? followed : effect->object_ref, unit);
-  int64_t capacity = frameSample(info, 1) + 3;
-  if (time.speed < minSoundSpeed || capacity > maxFrameSamples) return 0;
-  int channels = info->host.channelCount;
-  size_t size = sizeof(SceneWindow) + static_cast<size_t>(capacity) * channels * sizeof(int16_t);
-  size = (size + alignof(SceneWindow) - 1) / alignof(SceneWindow) * alignof(SceneWindow);
-  bool created = false;
-  auto* memory = static_cast<uint8_t*>(services->workMemory(effect->object_ref, size * nestings, &created));
-  if (!memory) return 0;
-  auto* window = reinterpret_cast<SceneWindow*>(memory + size * (info->depth % nestings));
-  SceneReader reader{effect,
-                     info,
-                     window,
-                     reinterpret_cast<int16_t*>(window + 1),
-                     scene,
-                     channels,
-                     frameSample(info, services->sceneLength(scene))};
-
-  PlaceRange range{0, reader.length * stepOne, time.loop};
+  const int32_t length = services->sceneLength(scene);
+  StreamSource source{scene, info->host.channelCount, 0, length, time.loop};
   if (time.ranged) {
-    range.first = positionSample(time.rangeFirst, unit, block.rate) * stepOne;
-    range.last = positionSample(time.rangeLast, unit, block.rate) * stepOne;
+    source.first = time.rangeFirst - unit.origin;
+    source.last = time.rangeLast - unit.origin;
   }
-  if (range.last <= range.first) return 0;
-  bool follows = continues(&window->sequence, block) && window->scene == scene && window->channels == channels;
-  if (!follows) {
-    window->next = soundSample(time, info, unit, block.rate) * stepOne;
-    window->count = 0;
-    window->first = -1;
-    window->scene = scene;
-    window->channels = channels;
+  int64_t lap = frameSample(info, source.last) - frameSample(info, source.first);
+  if (time.speed < minSoundSpeed || lap <= 0) return silence(info);
+  SceneStream* stream = streamOf(effect, info);
+  if (!stream) return 0;
+  int64_t timed = timedPlace(time, info, unit);
+  bool follows = continues(&stream->sequence, block) && stream->source == source;
+  if (!follows || hasStrayed(block, stream->place, timed, block.rate * soundStep, time.loop ? lap * soundStep : 0)) {
+    stream->source = source;
+    stream->place = timed;
+    stream->count = 0;
   }
-  window->next = readScene(reader, window->next, time.speed, range);
+  SceneReader{effect, info, stream, reinterpret_cast<int16_t*>(stream + 1), length}.read(time.speed, block.samples,
+                                                                                         info->host.sampleCount);
   return 1;
 }
 

@@ -1,6 +1,7 @@
 #include "zenlay/media/sound_time.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "zenlay/media/playback_time.h"
 
@@ -8,7 +9,6 @@ namespace zenlay {
 
 namespace {
 
-constexpr int32_t movementMode = 0xF;  // of a mode word; 0 = static
 constexpr int64_t speedPerTrack = normalTimeSpeed / normalSpeed;
 constexpr int64_t maxSample = int64_t{1} << 52;
 
@@ -42,7 +42,7 @@ SoundTime soundTimeOf(EffectDefinition* effect, EffectProcessInfo* info, ObjectR
   ObjectData section = sectionOf(services, info, player);
   SoundTime time{};
   if (!section.startValues || info->rate <= 0 || info->scale <= 0) return time;
-  bool moving = section.modes[playPosition] & movementMode;
+  bool moving = moves(section.modes[playPosition]);
   time.loop = section.checks[playLoop] != 0;
   time.ranged = time.loop && moving;
   time.rangeFirst = time.position = section.startValues[playPosition];
@@ -53,9 +53,11 @@ SoundTime soundTimeOf(EffectDefinition* effect, EffectProcessInfo* info, ObjectR
     time.played = elapsed * time.speed;
   } else {
     int32_t values[2] = {time.position, normalSpeed};
-    services->getTrackValues(player, info->absoluteFrame, info->subFrame, values, 0);
+    services->getTrackValues(player, std::min(info->absoluteFrame, section.lastFrame), info->subFrame, values, 0);
     time.speed = static_cast<int32_t>(values[playSpeed] * speedPerTrack);
-    time.played = services->trackIntegralOf(player, info, playSpeed) * speedPerTrack;
+    int64_t beyond = (int64_t{info->absoluteFrame} - section.lastFrame - 1) * 100 + info->subFrame;
+    int64_t ended = std::max<int64_t>(beyond, 0);  // since the followed object's end, where its speed stays
+    time.played = (services->trackIntegralOf(player, info, playSpeed) + ended * values[playSpeed]) * speedPerTrack;
   }
   int64_t flowing = int64_t{time.speed} * info->audio->speed / normalTimeSpeed;
   time.speed = static_cast<int32_t>(std::clamp<int64_t>(flowing, 0, INT32_MAX));
@@ -75,7 +77,7 @@ int64_t positionSample(int32_t value, const PositionUnit& unit, int64_t rate) {
 
 void continueSound(EffectDefinition* effect, EditHandle edit, bool framesOfFilm) {
   HostFileInfo clip{};
-  bool moving = effect->track_modes[playPosition] & movementMode;
+  bool moving = moves(effect->track_modes[playPosition]);
   if (moving || !effect->host_functions->getFileInfo(edit, &clip) || clip.rate <= 0 || clip.scale <= 0) return;
   EffectProcessInfo info{};
   AudioBlock block{};
@@ -90,6 +92,13 @@ void continueSound(EffectDefinition* effect, EditHandle edit, bool framesOfFilm)
   int32_t position = static_cast<int32_t>(unit.origin + (halves + 1) / 2);
   position = std::clamp(position, effect->track_min[playPosition], effect->track_max[playPosition]);
   effect->track_begin_values[playPosition] = effect->track_end_values[playPosition] = position;
+}
+
+bool hasStrayed(const AudioBlock& block, int64_t next, int64_t timed, int64_t second, int64_t lap) {
+  if (block.speed == normalTimeSpeed) return false;
+  int64_t off = std::abs(next - timed);
+  if (lap > 0) off = std::min(off % lap, lap - off % lap);
+  return off > second / 10;
 }
 
 int64_t wrapSample(int64_t sample, int64_t first, int64_t last) {

@@ -35,6 +35,9 @@ int64_t positionSample(int32_t value, const PositionUnit&, int64_t rate);
 /// object goes on where the old one ended. `framesOfFilm`: the position counts frames of the film, not hundredths of a
 /// second.
 void continueSound(EffectDefinition*, EditHandle, bool framesOfFilm);
+/// Whether playback that went on to `next` is more than a tenth of a second off the place `timed` that the time asks
+/// for: a time control's flow is an average. `lap`: length of what is looped, or 0.
+bool hasStrayed(const AudioBlock&, int64_t next, int64_t timed, int64_t second, int64_t lap);
 /// The place inside first..last - 1 by whole lengths; the range is not empty.
 int64_t wrapSample(int64_t sample, int64_t first, int64_t last);
 

@@ -2,24 +2,27 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace zenlay {
 
 namespace {
 
-constexpr double halfLine = 0.75;  // of the line's thickness, pixels
+constexpr double halfLine = 0.75;                                 // of the line's thickness, pixels
+constexpr int strips = 8;                                         // of a column, for the edges of steep lines
+constexpr int reach = static_cast<int>(halfLine * strips - 0.5);  // of the pen, strips
 constexpr double sampleRange = 32768.0;
 
 int chosen(int wanted, int most) { return wanted <= 0 || wanted > most ? most : wanted; }
 
-/// Covers part of a column: rows top..bottom, fractions at both ends.
-void coverColumn(const WaveformImage& image, int x, double top, double bottom) {
+/// A strip of a column is covered from top to bottom, with fractions at both ends.
+void coverStrip(const WaveformImage& image, int x, double top, double bottom) {
   int first = std::max(static_cast<int>(std::floor(top)), 0);
   int last = std::min(static_cast<int>(std::ceil(bottom)), image.height);
   for (int y = first; y < last; y++) {
     double covered = std::min(bottom, y + 1.0) - std::max(top, static_cast<double>(y));
     int16_t& alpha = image.pixels[static_cast<ptrdiff_t>(y) * image.line + x].a;
-    alpha = std::max(alpha, static_cast<int16_t>(std::lround(covered * fullAlpha)));
+    alpha = static_cast<int16_t>(alpha + std::lround(covered * (fullAlpha / strips)));
   }
 }
 
@@ -54,6 +57,27 @@ Extent extentOf(const Polyline& line, double from, double to) {
   return extent;
 }
 
+/// What a pen with a round tip covers in the middle of a strip, `tip` being its height where a strip next to it ends.
+/// The line is connected, so this is one extent.
+Extent penOver(const Extent (&heights)[2 * reach + 1], const double (&tip)[2 * reach + 1]) {
+  const double middle = (heights[reach].low + heights[reach].high) / 2;
+  Extent pen = {middle - halfLine, middle + halfLine};
+  for (int i = 0; i <= 2 * reach; i++) {
+    pen.low = std::min(pen.low, heights[i].low - tip[i]);
+    pen.high = std::max(pen.high, heights[i].high + tip[i]);
+  }
+  return pen;
+}
+
+/// Both, as one where they touch.
+void coverMirrored(const WaveformImage& image, int x, const Extent& pen) {
+  Extent other{image.height - pen.high, image.height - pen.low};
+  if (other.low <= pen.high && pen.low <= other.high)
+    return coverStrip(image, x, std::min(pen.low, other.low), std::max(pen.high, other.high));
+  coverStrip(image, x, pen.low, pen.high);
+  coverStrip(image, x, other.low, other.high);
+}
+
 struct Span {
   int first, last;  // pixels, `last` exclusive
 };
@@ -76,15 +100,30 @@ void coverRows(const WaveformImage& image, Span columns, Span rows) {
 
 void drawWaveLine(const WaveformImage& image, const int16_t* mono, int count, const WaveformShape& shape) {
   if (count < 1) return;
-  double middle = image.height / 2.0;
-  double reach = std::max(chosen(shape.rows, image.height) / 2.0 - halfLine, 0.0);
-  int points = std::max(shape.columns > 0 && shape.columns < image.width ? shape.columns : std::max(count, 2), 2);
-  Polyline line{mono, count, points, middle, reach / sampleRange};
-  double step = (points - 1.0) / image.width;
-  for (int x = 0; x < image.width; x++) {
-    Extent extent = extentOf(line, x * step, (x + 1) * step);
-    coverColumn(image, x, extent.low - halfLine, extent.high + halfLine);
-    if (shape.mirror) coverColumn(image, x, 2 * middle - extent.high - halfLine, 2 * middle - extent.low + halfLine);
+  const double tall = std::max(chosen(shape.rows, image.height) / 2.0 - halfLine, 0.0);
+  const int points = std::max(shape.columns > 0 && shape.columns < image.width ? shape.columns : std::max(count, 2), 2);
+  const Polyline line{mono, count, points, image.height / 2.0, tall / sampleRange};
+  const int last = image.width * strips - 1;
+  const double step = (points - 1.0) / (last + 1);
+  double tip[2 * reach + 1];
+  for (int i = -reach; i <= reach; i++) {
+    const double away = (std::abs(i) + 0.5) / strips;
+    tip[i + reach] = std::sqrt(halfLine * halfLine - away * away);
+  }
+  Extent heights[2 * reach + 1];
+  auto take = [&](int strip) {
+    strip = std::clamp(strip, 0, last);
+    std::copy(heights + 1, std::end(heights), heights);
+    heights[2 * reach] = extentOf(line, strip * step, (strip + 1) * step);
+  };
+  for (int strip = -reach; strip < reach; strip++) take(strip);
+  for (int strip = 0; strip <= last; strip++) {
+    take(strip + reach);
+    const Extent pen = penOver(heights, tip);
+    if (shape.mirror)
+      coverMirrored(image, strip / strips, pen);
+    else
+      coverStrip(image, strip / strips, pen.low, pen.high);
   }
 }
 

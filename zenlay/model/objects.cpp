@@ -227,12 +227,8 @@ void freeObjects() {
 
 int objectsInRange(int first, int last, int layer) {
   if (layer < 0 || layer >= layersPerScene) return -1;
-  ObjectRecord** begin = layerOrder + layerRanges[layer].first;
-  ObjectRecord** end = layerOrder + layerRanges[layer].last + 1;
-  if (begin >= end) return -1;
-  ObjectRecord** found =
-      std::lower_bound(begin, end, first, [](const ObjectRecord* o, int frame) { return o->end < frame; });
-  return found < end && (*found)->start <= last ? indexOf(*found) : -1;
+  EntryRange found = entriesMeeting(first, last, layer);
+  return found.begin < found.end ? indexOf(layerOrder[found.begin]) : -1;
 }
 
 int objectAt(int frame, int layer) { return objectsInRange(frame, frame, layer); }

@@ -112,6 +112,16 @@ void relinkAround(int object) {
   for (int i = at - 1; i <= at + 1; i++) linkEntry(i);
 }
 
+EntryRange entriesMeeting(int firstFrame, int lastFrame, int layer) {
+  ObjectRecord** begin = layerOrder + layerRanges[layer].first;
+  ObjectRecord** end = layerOrder + layerRanges[layer].last + 1;
+  ObjectRecord** from =
+      std::lower_bound(begin, end, firstFrame, [](const ObjectRecord* o, int frame) { return o->end < frame; });
+  ObjectRecord** to =
+      std::upper_bound(from, end, lastFrame, [](int frame, const ObjectRecord* o) { return frame < o->start; });
+  return {static_cast<int>(from - layerOrder), static_cast<int>(to - layerOrder)};
+}
+
 int nextSection(int object) { return object >= 0 && object < objectCapacity ? links[object].next : -1; }
 int previousSection(int object) { return object >= 0 && object < objectCapacity ? links[object].previous : -1; }
 

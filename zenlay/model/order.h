@@ -24,6 +24,12 @@ void rebuildOrder();
 void addToOrder(int object);
 /// The links around one object, after its or its neighbours' chain heads changed; everything else is still in order.
 void relinkAround(int object);
+/// Entries begin..end - 1 of layerOrder.
+struct EntryRange {
+  int begin, end;
+};
+/// The layer's objects that meet the frames; an empty range stands where they would be.
+EntryRange entriesMeeting(int firstFrame, int lastFrame, int layer);
 /// Object index along the chain, or -1.
 int nextSection(int object);
 int previousSection(int object);

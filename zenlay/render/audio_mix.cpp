@@ -12,6 +12,7 @@
 #include "zenlay/render/binding.h"
 #include "zenlay/render/live_objects.h"
 #include "zenlay/render/time_control.h"
+#include "zenlay/render/work_memory.h"
 
 namespace zenlay {
 
@@ -144,12 +145,13 @@ void prepare(MixLevel* level, const FrameProcessInfo& host, int depth) {
   info.scale = environment.clip.scale;
   info.maxWidth = environment.workW;
   info.maxHeight = environment.workH;
+  std::fill_n(level->layerTime, layersPerScene, 0);
   info.layerTime = level->layerTime;
   info.audio = &level->block;
 }
 
-/// 1 when the mix was made.
-int mix(const FrameProcessInfo& host, int scene) {
+/// For the object that plays the scene, null for the host. 1 when the mix was made.
+int mix(const FrameProcessInfo& host, int scene, const ObjectRecord* player) {
   bool hasSound = host.audio && host.sampleCount > 0 && host.channelCount > 0 &&
                   environment.clip.flags & fileHasAudio && environment.clip.audioRate > 0;
   bool hasFrames = scene >= 0 && scene < maxScenes && sceneLength(scene) > 0;
@@ -157,16 +159,18 @@ int mix(const FrameProcessInfo& host, int scene) {
   int depth = runningMixes++;
   MixLevel* level = &mixLevels[depth];
   prepare(level, host, depth);
+  if (player) enterPlayer(makeObjectRef(indexOf(player), 0));
   broadcastAudioEvent(eventSceneBegin, &level->info);
   runLayers(level, scene, host.frameNumber);
   broadcastAudioEvent(eventSceneEnd, &level->info);
+  if (player) leavePlayer();
   runningMixes--;
   return 1;
 }
 
 }  // namespace
 
-void mixSceneSound(const FrameProcessInfo& host, int scene) { mix(host, scene); }
+void mixSceneSound(const FrameProcessInfo& host, int scene) { mix(host, scene, nullptr); }
 
 int mixScene(EffectProcessInfo* info, int scene, int frame, int16_t* samples, int count) {
   FrameProcessInfo host = info->host;
@@ -174,7 +178,7 @@ int mixScene(EffectProcessInfo* info, int scene, int frame, int16_t* samples, in
   host.frameCount = scene >= 0 && scene < maxScenes ? sceneLength(scene) : 0;
   host.audio = samples;
   host.sampleCount = count;
-  return mix(host, scene);
+  return mix(host, scene, info->currentObject);
 }
 
 void freeSoundBuffers() {

@@ -32,6 +32,7 @@ void resetInfo(EffectProcessInfo* info, const FrameProcessInfo& host, int depth,
   if (frameHasAlpha(info)) info->host.lineBytes = environment.workLineBytes;
   info->depth = depth;
   info->frameOffset = frameOffset;
+  info->hostFrame = depth > 0 ? renderLevels[depth - 1].info.hostFrame : host.frameNumber;
   info->subFrame = subFrame;
   info->zoom = zoomOne;
   info->num = 1;
@@ -120,7 +121,8 @@ int renderSceneFrame(FrameProcessInfo* frame, int layerLimit, int frameOffset, i
   collectLayers(&level, shown, frame->frameNumber, subFrame, limit);
   renderLayers(&level, limit);
 
-  if (depth == 0 && !environment.saving && !environment.playing && !frameHasAlpha(info)) drawPreviewOverlay(info);
+  const bool edited = !environment.saving && !environment.playing && !(frame->flags & processWithoutOverlay);
+  if (depth == 0 && edited && !frameHasAlpha(info)) drawPreviewOverlay(info);
   frame->width = size.width;
   frame->height = size.height;
   if (larger) {

@@ -17,6 +17,7 @@
 #include "zenlay/ui/menus/menus.h"
 #include "zenlay/ui/settings/window.h"
 #include "zenlay/ui/timeline/selection.h"
+#include "zenlay/ui/timeline/snapping.h"
 #include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay::commands {

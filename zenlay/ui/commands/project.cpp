@@ -60,7 +60,8 @@ int newFromObjectFile(const char* path) {
   }
   ObjectFileHeader header;
   bool headed = readObjectFileHeader(path, &header);
-  const ClipFormat format{header.width, header.height, header.rate, header.scale, header.audioRate};
+  const ClipFormat format{header.width, header.height,    header.rate,
+                          header.scale, header.audioRate, header.audioChannels};
   if (!createProject(format)) return 0;
   scenes[0].flags = sceneSetUp | (header.flags & sceneHasAlpha);
   setSceneName(0, header.name);
@@ -72,6 +73,7 @@ int newFromObjectFile(const char* path) {
     return 0;
   }
   extendScene(end);
+  zoomToFit();
   return 1;
 }
 

@@ -18,6 +18,8 @@ struct Call {
   ActiveWindow active;  // when it came
 };
 
+inline int numberOf(const Call& call) { return static_cast<int>(call.parameter); }
+
 /// What must be there; without it the command does nothing.
 enum Need : uint8_t {
   needsNothing,
@@ -72,8 +74,6 @@ enum TargetKind { targetAny, targetCurrent };
 /// Chain heads.
 std::vector<int> heads(TargetKind = targetAny);
 
-/// The object that an edit put under the cursor becomes current when the settings window follows the cursor.
-void followCursor();
 /// The scene reaches as far as the object's chain, which becomes current and is brought into view.
 void showCreated(int object);
 /// False, after a message, for a sound in a project without.

@@ -25,8 +25,8 @@
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/input/input.h"
 #include "zenlay/ui/project/new_project.h"
-#include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/layout.h"
+#include "zenlay/ui/timeline/snapping.h"
 #include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay {
@@ -98,12 +98,16 @@ bool projectHasAudio() { return environment.clip.flags & fileHasAudio; }
 /// A further object of one drop goes by the first.
 void matchFirst(int object, int first) {
   setObjectLength(object, objects[first].end - objects[first].start + 1);
-  if (!preferences.group_open) return;
-  if (objects[first].group == 0) objects[first].group = newGroupNumber();
-  objects[object].group = objects[first].group;
+  if (preferences.group_open) joinGroup(object, first);
 }
 
-int createMediaObjects(const char* path, int frame, int layer, const std::vector<int>& effects) {
+/// The n-th further object of a drop goes below the first, or above it where the layers end.
+int layerOfFurther(int layer, int n) {
+  int below = layer + n;
+  return below < layersPerScene ? below : layer - (below - layersPerScene + 1);
+}
+
+std::vector<int> createMediaObjects(const char* path, int frame, int layer, const std::vector<int>& effects) {
   std::vector<int> created;
   bool refused = false;
   for (int effect : effects) {
@@ -113,19 +117,23 @@ int createMediaObjects(const char* path, int frame, int layer, const std::vector
       refused = true;
       continue;
     }
-    int object = createObject(frame, layer + static_cast<int>(created.size()), effect, -1);
+    int start = created.empty() ? frame : objects[created.front()].start;
+    int object = createObject(start, layerOfFurther(layer, static_cast<int>(created.size())), effect, -1);
     if (object < 0) continue;
     created.push_back(object);
     setSourceFile(object, 0, path);
     if (created.size() > 1) matchFirst(object, created.front());
   }
-  if (created.empty()) {
-    if (refused) showMessage("No sound in the editing project", boxWarning);
-    return 0;
-  }
+  if (created.empty() && refused) showMessage("No sound in the editing project", boxWarning);
+  return created;
+}
+
+int placeMedia(const char* path, int frame, int layer, const std::vector<int>& effects) {
+  const std::vector<int> created = createMediaObjects(path, frame, layer, effects);
+  if (created.empty()) return 0;
   for (int object : created) extendScene(objects[object].end);
   makeCurrent(created.front());
-  if (objects[created.front()].start > timelineView.rightFrame) setLeftFrame(objects[created.front()].start);
+  for (auto object = created.rbegin(); object != created.rend(); object++) revealObject(*object);
   redrawTimeline();
   return 1;
 }
@@ -143,8 +151,21 @@ int placeAliasFile(const char* path, int frame, int layer) {
   if (object < 0) return 0;
   extendScene(chainRange(object).last);
   makeCurrent(object);
+  revealObject(object);
   redrawTimeline();
   return 1;
+}
+
+/// What the file holds, as one undo step: an object file, an alias, or the media objects that its extension stands for.
+int placeFile(const char* path, int frame, int layer) {
+  std::string_view extension = platform::extensionOf(path);
+  frame = snapFrame(frame, layer, false);
+  return commands::inOneStep([&]() -> int {
+    if (platform::equalNoCase(extension, ".zlo")) return placeObjectFile(path, frame, layer);
+    if (platform::equalNoCase(extension, ".zla")) return placeAliasFile(path, frame, layer);
+    std::vector<int> effects = effectsFor(extension);
+    return effects.empty() ? 0 : placeMedia(path, frame, layer, effects);
+  });
 }
 
 // ---- Without a project ----
@@ -163,7 +184,11 @@ bool newProjectFormat(ClipFormat& format) {
 /// Opens the file as a clip to take the format from and makes a project; true when one is open.
 bool projectForClip(const char* path) {
   const HostFunctionTable* host = environment.hostFunctions;
-  if (host->openEdit(environment.edit, path, 0) != 1 || !editNewProject(true)) return false;
+  if (host->openEdit(environment.edit, path, 0) != 1) {
+    showMessage("Failed to read the file", boxWarning);
+    return false;
+  }
+  if (!editNewProject(true)) return false;
   ClipFormat format;
   return newProjectFormat(format) && createProject(format);
 }
@@ -181,6 +206,10 @@ bool openWithoutProject(const char* path, int& result) {
   for (const OpeningCommand& row : openingCommands) {
     if (!platform::equalNoCase(row.extension, extension)) continue;
     result = runCommand(row.command, reinterpret_cast<intptr_t>(path));
+    return false;
+  }
+  if (platform::equalNoCase(".zla", extension)) {
+    showMessage("There is no project to insert the alias into", boxWarning);
     return false;
   }
   if (platform::equalNoCase(".cnp", extension)) {
@@ -207,23 +236,16 @@ bool setSourceFile(int object, int slot, const char* path) {
   return true;
 }
 
-int placeFile(const char* path, int frame, int layer) {
-  std::string_view extension = platform::extensionOf(path);
-  return commands::inOneStep([&]() -> int {
-    if (platform::equalNoCase(extension, ".zlo")) return placeObjectFile(path, snapFrame(frame, layer, false), layer);
-    if (platform::equalNoCase(extension, ".zla")) return placeAliasFile(path, snapFrame(frame, layer, false), layer);
-    std::vector<int> effects = effectsFor(extension);
-    return effects.empty() ? 0 : createMediaObjects(path, frame, layer, effects);
-  });
-}
-
 int filesDropped(const platform::DroppedFiles& files) {
   if (files.count < 1) return 0;
-  if (timelineView.dragMode != dragNone) endDrag(false);
+  endPendingDrag(0);
   const std::string path = files.paths[0];
+  const bool begins = timelineView.sceneLength <= 1;  // a scene, with this file
   int result = 0;
   if (timelineView.sceneLength < 1 && !openWithoutProject(path.c_str(), result)) return result;
-  return placeFile(path.c_str(), clampedFrameAtX(files.at.x), layerAtY(files.at.y));
+  result = placeFile(path.c_str(), clampedFrameAtX(files.at.x), visibleLayerAtY(files.at.y));
+  if (begins && result) zoomToFit();
+  return result;
 }
 
 }  // namespace zenlay

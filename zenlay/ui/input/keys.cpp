@@ -17,6 +17,7 @@ namespace zenlay {
 namespace {
 
 bool stepPosted;  // a held key's next step is waiting
+bool ctrlUnseen;  // Ctrl was held when the keys began to go elsewhere
 
 bool hasTarget() { return !selection().empty() || onTimeline(currentObject); }
 
@@ -50,7 +51,24 @@ bool effectsTake(uint32_t message, int key) {
   return onTimeline(currentObject) && offerKey(currentObject, message, key);
 }
 
+/// Ends a range selection and the selection, but not what is being dragged.
+void ctrlReleased() {
+  ctrlUnseen = false;
+  if (timelineView.dragMode == dragRange) endDrag(true);
+  if (movesObjects(timelineView.dragMode) || selection().empty()) return;
+  redrawObjects(selection());
+  clearSelection();
+}
+
 }  // namespace
+
+void keysGoElsewhere() { ctrlUnseen |= platform::keyIsDown(platform::keyCtrl); }
+
+void noteCtrl(intptr_t mouseState) {
+  if (ctrlUnseen && !(mouseState & platform::mouseCtrl)) ctrlReleased();
+}
+
+void keepSelectionWithoutCtrl() { ctrlUnseen = false; }
 
 int timelineStepped(int frames) {
   stepPosted = false;
@@ -73,11 +91,15 @@ int timelineKeyDown(uint32_t message, int key, bool repeats) {
     case platform::keyUp:
     case platform::keyDown:
       setTopLayer(timelineView.topLayer + (key == platform::keyUp ? -1 : 1));
+      followView(platform::mouseState());
       return 0;
     case platform::keyShift:
     case platform::keyCtrl:
       refreshCursorShape();
       return 0;
+    case platform::keyEscape:
+      if (timelineView.dragMode != dragNone) return takeDragBack();
+      break;
   }
   bool ctrl = platform::keyIsDown(platform::keyCtrl);
   for (const KeyCommand& row : keyCommands) {
@@ -89,13 +111,7 @@ int timelineKeyDown(uint32_t message, int key, bool repeats) {
 }
 
 int timelineKeyUp(int key) {
-  if (key == platform::keyCtrl) {
-    if (timelineView.dragMode == dragRange) endDrag(true);
-    if (!movesObjects(timelineView.dragMode) && !selection().empty()) {
-      redrawObjects(selection());
-      clearSelection();
-    }
-  }
+  if (key == platform::keyCtrl) ctrlReleased();
   if (key == platform::keyCtrl || key == platform::keyShift) refreshCursorShape();
   return 0;
 }

@@ -19,41 +19,14 @@ namespace zenlay {
 
 using platform::Point;
 
-ClickPosition clickPosition;
-
 namespace {
-
-struct LayerItem {
-  int id;
-  uint32_t flag;  // LayerFlag that checks it; 0: never
-  bool inverted;
-};
-constexpr LayerItem layerItems[] = {
-    {commandLockLayer, layerLocked, false},
-    {commandToggleLayer, layerHidden, true},
-    {commandRenameLayer, 0, false},
-    {commandShowOtherLayers, 0, false},
-    {commandInsertLayer, 0, false},
-    {commandDeleteLayer, 0, false},
-    {commandLinkCoordinates, layerCoordinateLink, false},
-    {commandClipLayer, layerClipAbove, false},
-};
 
 int showAndRun(ContextMenu menu, Point at) {
   platform::Window* window = environment.timelineWindow;
   flushTimeline();
+  keysGoElsewhere();
   int id = showContextMenu(menu, window, platform::clientToScreen(window, at));
   return id > 0 ? runCommand(id, 0) : 0;
-}
-
-int openLayerMenu(Point at) {
-  uint32_t flags = layers[clickPosition.layer].flags;
-  platform::Menu* menu = contextMenu(menuLayer);
-  for (const LayerItem& item : layerItems) {
-    platform::checkMenuItem(menu, item.id, item.flag && static_cast<bool>(flags & item.flag) != item.inverted);
-    platform::enableMenuItem(menu, item.id, timelineView.sceneLength > 0);
-  }
-  return showAndRun(menuLayer, at);
 }
 
 /// The section behind the boundary of the piece that is nearest to x, when it is close; -1 otherwise.
@@ -66,40 +39,44 @@ int boundaryNear(int piece, int x) {
 
 int openObjectMenu(Point at) {
   int first = selection().front();
-  platform::Menu* menu = contextMenu(menuObject);
-  int from, to;
-  platform::enableMenuItem(menu, commandCut, frameSelection(&from, &to));
-  platform::checkMenuItem(menu, commandCameraTarget, objects[first].flags & objectCameraTarget);
   clickPosition.section = boundaryNear(sectionAt(first, clickPosition.frame), at.x);
   redrawChain(first);
   return showAndRun(menuObject, at);
 }
 
-/// An object that was selected only for its menu is let go of afterwards.
+/// An object that was selected only for its menu is let go of afterwards, unless the command selected more.
 int openAreaMenu(Point at, intptr_t state) {
   int object = objectHolding(at);
-  bool selectedHere = selection().empty();
+  const bool selectedHere = selection().empty();
   if (!(state & platform::mouseCtrl) && object >= 0 && addToSelection(object)) selectGroup(object);
   redrawObjects(selection());
   if (selection().empty()) return showAndRun(menuRow, at);
+  const size_t selected = selection().size();
   int result = openObjectMenu(at);
-  if (selectedHere) {
+  if (selection().size() > selected) {
+    keepSelectionWithoutCtrl();
+  } else if (selectedHere) {
     redrawObjects(selection());
     clearSelection();
   }
   return result;
 }
 
-}  // namespace
-
-int timelineRightPressed(Point at, intptr_t state) {
-  if (timelineView.dragMode != dragNone) endDrag(state & platform::mouseCtrl);
-  if (onTimeline(clickPosition.section)) redrawChain(clickPosition.section);
-  clickPosition = {clampedFrameAtX(at.x), layerAtY(at.y), -1};
-  if (at.x < headerWidth) return at.y < rowsTop ? showAndRun(menuScene, at) : openLayerMenu(at);
+int openMenu(Point at, intptr_t state) {
+  if (at.x < headerWidth && at.y >= rowsBottom()) return 0;
+  if (at.x < headerWidth) return showAndRun(at.y < rowsTop ? menuScene : menuLayer, at);
   if (timelineView.sceneLength < 1) return showAndRun(menuNoProject, at);
   dropUnselectable();
   return openAreaMenu(at, state);
+}
+
+}  // namespace
+
+int timelineRightPressed(Point at, intptr_t state) {
+  const int ended = endPendingDrag(state);
+  if (onTimeline(clickPosition.section)) redrawChain(clickPosition.section);
+  clickPosition = {clampedFrameAtX(at.x), visibleLayerAtY(at.y), -1};
+  return openMenu(at, state) | ended;
 }
 
 }  // namespace zenlay

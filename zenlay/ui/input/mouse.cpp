@@ -11,7 +11,6 @@
 #include "zenlay/ui/input/input.h"
 #include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/layout.h"
-#include "zenlay/ui/timeline/redraw.h"
 #include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/timeline.h"
 
@@ -22,8 +21,6 @@ using platform::Point;
 namespace {
 
 constexpr int wheelPixels = 100;
-
-int previouslyClicked = -1;  // object
 
 int gaugeLevel(int x) { return (x - 3) / 2; }
 
@@ -69,63 +66,20 @@ int pressHeader(Point at, intptr_t state) {
     return 1;
   }
   if (at.y < gaugeTop) return pressSceneButton(at);
-  beginDrag(dragGauge, at);
+  beginDrag(dragGauge);
   setTimelineZoom(gaugeLevel(at.x));
   return 0;
 }
 
 int pressEmpty(Point at, intptr_t state) {
   if (state & platform::mouseCtrl) {
-    beginDrag(dragRange, at);
-    showRubberBand(at, at);
+    beginDrag(dragRange);
+    redrawTimeline();
     return 0;
   }
-  beginDrag(dragCursor, at);
+  beginDrag(dragCursor);
   setCursorFromX(at.x);
   return 1;
-}
-
-/// The object that touches the edge, if it moves along: by preference, or as a section of the same object.
-int partnerOf(int object, DragMode mode) {
-  const ObjectRecord& o = objects[object];
-  int frame = mode == dragStart ? o.start - 1 : o.end + 1;
-  int neighbour = frame < 0 ? -1 : objectAt(frame, o.layer);
-  if (neighbour < 0) return -1;
-  bool sameChain = o.chainHead >= 0 && objects[neighbour].chainHead == o.chainHead;
-  return preferences.pair_move || sameChain ? neighbour : -1;
-}
-
-void addEdge(int object, DragMode mode) {
-  int partner = partnerOf(object, mode);
-  if (partner >= 0) addToSelection(partner);
-  drag.edges.push_back({object, partner});
-}
-
-/// The edge of the object and of those of its group on other layers that begin (end) with it.
-void takeEdges(int object, DragMode mode) {
-  const ObjectRecord& o = objects[object];
-  addEdge(object, mode);
-  int group = objects[headOf(object)].group;
-  if (group == 0) return;
-  for (int layer = 0; layer < layersInUse; layer++) {
-    int other = layer == o.layer ? -1 : objectAt(mode == dragStart ? o.start : o.end, layer);
-    if (other < 0 || objects[headOf(other)].group != group) continue;
-    bool aligned = mode == dragStart ? objects[other].start == o.start : objects[other].end == o.end;
-    if (aligned && addToSelection(other)) addEdge(other, mode);
-  }
-}
-
-/// Everything between the object clicked before and this one.
-void extendRange(int object) {
-  const ObjectRecord &a = objects[previouslyClicked], &b = objects[object];
-  int first = std::min(a.start, b.start), last = std::max(a.end, b.end);
-  std::vector<int> list;
-  for (int layer = std::min(a.layer, b.layer); layer <= std::max(a.layer, b.layer); layer++) {
-    EntryRange there = entriesMeeting(first, last, layer);
-    for (int i = there.begin; i < there.end; i++) list.push_back(indexOf(layerOrder[i]));
-  }
-  for (int other : list) selectChain(other);
-  redrawTimeline();
 }
 
 DragMode modeOfPress(int object, int x, intptr_t state) {
@@ -143,10 +97,9 @@ int pressObject(int object, Point at, intptr_t state) {
   if (layers[objects[object].layer].flags & layerLocked) return takesOver;
 
   DragMode mode = modeOfPress(object, at.x, state);
-  beginDrag(mode, at);
+  beginDrag(mode);
   drag.grabbed = object;
-  drag.pressLayer = objects[object].layer;
-  drag.pressFrame = drag.grabFrame = frameAtX(at.x);
+  drag.grabFrame = drag.pressFrame;
   drag.shiftAtPress = state & platform::mouseShift;
   drag.alreadySelected = alreadySelected;
   if (mode != dragObjects)
@@ -155,23 +108,20 @@ int pressObject(int object, Point at, intptr_t state) {
     selectGroup(object);
 
   bool extends = (state & platform::mouseCtrl) && (state & platform::mouseShift) && selection().size() >= 2 &&
-                 onTimeline(previouslyClicked);
+                 onTimeline(rangeAnchor);
   if (extends)
-    extendRange(object);
+    selectRange(rangeAnchor, object);
   else
-    previouslyClicked = object;
+    rangeAnchor = object;
   redrawObjects(selection());
-  return 0;
+  return takesOver;
 }
 
 void extendRubberBand(Point at) {
-  showRubberBand(drag.press, at);
-  auto [firstFrame, lastFrame] = std::minmax({frameAtX(drag.press.x), frameAtX(at.x)});
-  auto [firstLayer, lastLayer] = std::minmax({layerAtY(drag.press.y), layerAtY(at.y)});
-  for (int layer = firstLayer; layer <= lastLayer; layer++) {
-    EntryRange there = entriesMeeting(firstFrame, lastFrame, layer);
-    for (int i = there.begin; i < there.end; i++) selectChain(indexOf(layerOrder[i]));
-  }
+  auto [firstFrame, lastFrame] = std::minmax({drag.pressFrame, frameAtX(at.x)});
+  auto [firstLayer, lastLayer] = std::minmax({drag.pressLayer, layerAtY(at.y)});
+  for (int layer = firstLayer; layer <= lastLayer; layer++) selectMeeting(firstFrame, lastFrame, layer);
+  redrawTimeline();
 }
 
 void panTo(Point at) {
@@ -180,36 +130,8 @@ void panTo(Point at) {
   setTopLayer(drag.pressTopLayer + (drag.press.y - at.y) / timelineView.layerHeight);
 }
 
-platform::CursorShape shapeAt(Point at) {
-  DragMode mode = timelineView.dragMode;
-  if (mode == dragStart || mode == dragEnd) return platform::cursorSizeHorizontal;
-  int object = mode == dragNone ? objectUnder(at) : -1;
-  if (object < 0 || platform::mouseState() & platform::mouseCtrl || !selection().empty() ||
-      layers[objects[object].layer].flags & layerLocked)
-    return platform::cursorArrow;
-  return edgeAt(object, at.x) == edgeNone ? platform::cursorArrow : platform::cursorSizeHorizontal;
-}
-
-}  // namespace
-
-void refreshCursorShape() {
-  platform::Window* window = environment.timelineWindow;
-  platform::setCursorShape(window, shapeAt(platform::screenToClient(window, platform::cursorPosition())));
-}
-
-int timelinePressed(Point at, intptr_t state) {
-  if (timelineView.dragMode != dragNone) endDrag(false);
-  if (timelineView.sceneLength < 1) return 0;
-  if (at.x < headerWidth) return pressHeader(at, state);
-  if (state & platform::mouseAlt) {
-    beginDrag(dragView, at);
-    return 0;
-  }
-  int object = objectUnder(at);
-  return object < 0 ? pressEmpty(at, state) : pressObject(object, at, state);
-}
-
-int timelineMoved(Point at, intptr_t state) {
+int dragTo(Point at, intptr_t state) {
+  drag.last = at;
   switch (timelineView.dragMode) {
     case dragObjects:
     case dragStart:
@@ -234,15 +156,79 @@ int timelineMoved(Point at, intptr_t state) {
   return 0;
 }
 
-int timelineReleased(Point, intptr_t state) {
-  int redraw = timelineView.dragMode == dragNone ? 0 : endDrag(state & platform::mouseCtrl);
+platform::CursorShape shapeAt(Point at) {
+  DragMode mode = timelineView.dragMode;
+  if (mode == dragStart || mode == dragEnd) return platform::cursorSizeHorizontal;
+  int object = mode == dragNone ? objectUnder(at) : -1;
+  if (object < 0 || platform::mouseState() & platform::mouseCtrl || !selection().empty() ||
+      layers[objects[object].layer].flags & layerLocked)
+    return platform::cursorArrow;
+  return edgeAt(object, at.x) == edgeNone ? platform::cursorArrow : platform::cursorSizeHorizontal;
+}
+
+}  // namespace
+
+void refreshCursorShape() {
+  platform::Window* window = environment.timelineWindow;
+  platform::setCursorShape(window, shapeAt(platform::screenToClient(window, platform::cursorPosition())));
+}
+
+int endPendingDrag(intptr_t state) {
+  return timelineView.dragMode == dragNone ? 0 : endDrag(state & platform::mouseCtrl);
+}
+
+int timelinePressed(Point at, intptr_t state) {
+  const int ended = endPendingDrag(state);
+  notePress(at);
+  if (timelineView.sceneLength < 1) return ended;
+  if (at.x < headerWidth) return pressHeader(at, state) | ended;
+  if (state & platform::mouseAlt) {
+    beginDrag(dragView);
+    return ended;
+  }
+  int object = objectUnder(at);
+  return (object < 0 ? pressEmpty(at, state) : pressObject(object, at, state)) | ended;
+}
+
+int timelineMiddlePressed(Point at) {
+  if (timelineView.dragMode != dragNone || timelineView.sceneLength < 1 || at.x < headerWidth) return 0;
+  notePress(at);
+  beginDrag(dragView, platform::mouseMiddle);
+  return 0;
+}
+
+int timelineMoved(Point at, intptr_t state) {
+  if (timelineView.dragMode == dragNone || state & drag.button) return dragTo(at, state);
+  int redraw = endPendingDrag(state);  // the release was lost
+  refreshCursorShape();
+  return redraw;
+}
+
+int timelineTicked() {
+  const DragMode mode = timelineView.dragMode;
+  const intptr_t state = platform::mouseState();
+  bool outside = drag.last.x < headerWidth || drag.last.x >= timelineView.clientWidth;
+  if (mode != dragCursor) outside |= drag.last.y < rowsTop || drag.last.y >= rowsBottom();
+  if (mode == dragNone || !outside) return 0;
+  if (mode == dragRange) scrollViewTowards(drag.last);
+  const int cursor = timelineView.cursorFrame;
+  return timelineMoved(drag.last, state) && (mode != dragCursor || timelineView.cursorFrame != cursor);
+}
+
+void followView(intptr_t state) {
+  if (movesObjects(timelineView.dragMode) || timelineView.dragMode == dragRange) dragTo(drag.last, state);
+}
+
+int timelineReleased(intptr_t button, intptr_t state) {
+  int redraw = drag.button == button ? endPendingDrag(state) : 0;
   refreshCursorShape();
   return redraw;
 }
 
 int timelineDoubleClicked(Point at, intptr_t state) {
+  const int ended = endPendingDrag(state);
   int object = timelineView.sceneLength < 1 ? -1 : objectHolding(at);
-  if (object < 0) return timelinePressed(at, state);
+  if (object < 0) return timelinePressed(at, state) | ended;
   makeCurrent(object);
   return 1;
 }
@@ -255,6 +241,7 @@ int timelineWheel(int notches, intptr_t state) {
     setTopLayer(timelineView.topLayer - notches);
   else
     setLeftFrame(timelineView.leftFrame - notches * framesIn(wheelPixels));
+  followView(state);
   return 0;
 }
 

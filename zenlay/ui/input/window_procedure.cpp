@@ -81,15 +81,26 @@ int hostMessage(uint32_t message, intptr_t first, intptr_t second, EditHandle ed
   }
 }
 
+bool fromMouse(uint32_t message) {
+  return message >= platform::messageMouseMove && message <= platform::messageMouseWheel;
+}
+
 int userInput(uint32_t message, intptr_t first, intptr_t second) {
   platform::Point at = platform::unpackPoint(second);
+  if (fromMouse(message)) noteCtrl(first);
   switch (message) {
     case platform::messageMouseMove:
       return timelineMoved(at, first);
     case platform::messageLeftDown:
       return timelinePressed(at, first);
     case platform::messageLeftUp:
-      return timelineReleased(at, first);
+      return timelineReleased(platform::mouseLeft, first);
+    case platform::messageMiddleDown:
+      return timelineMiddlePressed(at);
+    case platform::messageMiddleUp:
+      return timelineReleased(platform::mouseMiddle, first);
+    case platform::messageTimer:
+      return first == dragTimer ? timelineTicked() : 0;
     case platform::messageLeftDoubleClick:
       return timelineDoubleClicked(at, first);
     case platform::messageRightDown:
@@ -125,7 +136,7 @@ bool windowMessage(uint32_t message, intptr_t first, intptr_t second) {
       limitTimelineSize(reinterpret_cast<platform::Rect*>(second));
       return true;
     case platform::messageActivated:
-      if (!first) pickScreenColor();
+      if (!first) keysGoElsewhere(), pickScreenColor();
       return true;
     case platform::messageHorizontalScroll:
     case platform::messageVerticalScroll:
@@ -137,22 +148,23 @@ bool windowMessage(uint32_t message, intptr_t first, intptr_t second) {
 }
 
 /// While the host saves, the mouse and the keys do nothing but end what they had begun.
-int refuseInput(uint32_t message) {
-  if (message == platform::messageLeftUp) endDrag(false);
+int refuseInput(uint32_t message, intptr_t first) {
+  if (message == platform::messageKeyUp) return timelineKeyUp(static_cast<int>(first));
+  if (message == platform::messageLeftUp || message == platform::messageMiddleUp) endPendingDrag(0);
   return 0;
 }
 
 bool isInput(uint32_t message) {
-  return (message >= platform::messageKeyDown && message <= platform::messageSystemKeyDown) ||
-         (message >= platform::messageMouseMove && message <= platform::messageMouseWheel) || message == messageNudge ||
-         message == messageCursorStep || message == platform::messageFilesDropped;
+  return (message >= platform::messageKeyDown && message <= platform::messageSystemKeyDown) || fromMouse(message) ||
+         message == platform::messageTimer || message == messageNudge || message == messageCursorStep ||
+         message == platform::messageFilesDropped;
 }
 
 int answer(uint32_t message, intptr_t first, intptr_t second, EditHandle edit) {
   if (windowMessage(message, first, second)) return 0;
-  if (message == platform::messageCaptureLost) return timelineView.dragMode == dragNone ? 0 : endDrag(false);
+  if (message == platform::messageCaptureLost) return endDrag(platform::keyIsDown(platform::keyCtrl));
   if (!isInput(message)) return hostMessage(message, first, second, edit);
-  return environment.saving ? refuseInput(message) : userInput(message, first, second);
+  return environment.saving ? refuseInput(message, first) : userInput(message, first, second);
 }
 
 }  // namespace
@@ -160,6 +172,8 @@ int answer(uint32_t message, intptr_t first, intptr_t second, EditHandle edit) {
 int timelineWindowProcedure(WindowHandle, uint32_t message, intptr_t first, intptr_t second, EditHandle edit,
                             HostFilterRecord*) {
   if (edit) environment.edit = edit;
+  // Of its own release of the mouse, in the middle of what goes on.
+  if (message == platform::messageCaptureLost && timelineView.dragMode == dragNone) return 0;
   beginTimelineMessage();
   int result = answer(message, first, second, edit);
   endTimelineMessage();

@@ -37,13 +37,12 @@ struct BackupHeader {
   int32_t dataSize;  // of the project data that follows
 };
 static_assert(sizeof(BackupHeader) == 36);
+constexpr int32_t usualChannels = 2;  // others follow the project data
 
 struct CloseFile {
   void operator()(FILE* file) const { fclose(file); }
 };
 using File = std::unique_ptr<FILE, CloseFile>;
-
-uint32_t lastBackup;
 
 std::vector<std::string> backups() { return platform::filesMatching(environment.backupDirectory, pattern); }
 
@@ -73,7 +72,19 @@ const char* backupBytes(std::vector<char>& bytes) {
   bytes.resize(sizeof header + static_cast<size_t>(size));
   memcpy(bytes.data(), &header, sizeof header);
   saveProject(environment.mainFilter, environment.edit, bytes.data() + sizeof header, &size);
+  const char* channels = reinterpret_cast<const char*>(&clip.audioChannels);
+  if (clip.audioChannels != usualChannels) bytes.insert(bytes.end(), channels, channels + sizeof clip.audioChannels);
   return nullptr;
+}
+
+/// Whether there is something to lose, and the user wants it kept.
+bool mayBackUp() {
+  return preferences.auto_save && preferences.auto_save_num > 0 && preferences.auto_save_time > 0 &&
+         timelineView.sceneLength > 0 && objectCount > 0 && !environment.backupDirectory.empty();
+}
+
+bool intervalIsOver() {
+  return platform::tickCount() - lastBackup >= static_cast<uint32_t>(preferences.auto_save_time) * minuteMilliseconds;
 }
 
 const char* writeBytes(const char* path, const std::vector<char>& bytes, bool replace) {
@@ -83,7 +94,17 @@ const char* writeBytes(const char* path, const std::vector<char>& bytes, bool re
   return written && fflush(file.get()) == 0 ? nullptr : writeFailure;
 }
 
+int32_t channelsBehind(FILE* file, const BackupHeader& header) {
+  int32_t channels = usualChannels;
+  const bool there = fseek(file, long{header.dataSize} + long{sizeof header}, SEEK_SET) == 0 &&
+                     fread(&channels, sizeof channels, 1, file) == 1;
+  fseek(file, sizeof header, SEEK_SET);
+  return there ? channels : usualChannels;
+}
+
 }  // namespace
+
+uint32_t lastBackup;
 
 void configureBackups() { lastBackup = platform::tickCount(); }
 
@@ -93,16 +114,11 @@ void pruneBackups() {
   for (size_t i = 0; i + kept < names.size(); i++) platform::removeFile(environment.backupDirectory + names[i]);
 }
 
-bool backupIsDue() {
-  if (timelineView.sceneLength < 1 || objectCount == 0 || !preferences.auto_save || environment.saving) return false;
-  return platform::tickCount() - lastBackup >= static_cast<uint32_t>(preferences.auto_save_time) * minuteMilliseconds;
-}
-
 void writeAutomaticBackup(bool force) {
-  if (preferences.auto_save_num < 1 || preferences.auto_save_time < 1 || (!force && !backupIsDue())) return;
+  if (!mayBackUp() || (!force && (environment.saving || !intervalIsOver()))) return;
   lastBackup = platform::tickCount();
   std::vector<char> bytes;
-  if (environment.backupDirectory.empty() || backupBytes(bytes)) return;
+  if (backupBytes(bytes)) return;
   std::vector<std::string> names = backups();
   if (names.empty()) platform::makeFolders(environment.backupDirectory);
   if (static_cast<int>(names.size()) >= preferences.auto_save_num) {
@@ -142,7 +158,9 @@ int restoreBackup(const char* path) {
     showMessage("Read buffer is not enough.", boxWarning);
     return 0;
   }
-  if (!createProject({header.width, header.height, header.rate, header.scale, header.audioRate})) return 0;
+  const ClipFormat format{header.width, header.height,    header.rate,
+                          header.scale, header.audioRate, channelsBehind(file.get(), header)};
+  if (!createProject(format)) return 0;
   int length = std::clamp(header.frameCount, 1, environment.maxFrames);
   environment.hostFunctions->setFrameCount(environment.edit, length);
   timelineView.sceneLength = length;

@@ -73,6 +73,7 @@ void adoptClip(EditHandle edit) {
   markProject();
   timelineView.cursorFrame = environment.hostFunctions->getCurrentFrame(edit);
   updateTitle();
+  if (!environment.projectOpen && timelineView.sceneLength > 0) zoomToFit();
 }
 
 void dropClip() {
@@ -86,7 +87,7 @@ void dropClip() {
   environment.projectOpen = environment.playing = false;
   environment.projectFolder.clear();
   environment.clip = HostFileInfo{};
-  timelineView.sceneLength = timelineView.cursorFrame = timelineView.leftFrame = 0;
+  timelineView.sceneLength = timelineView.cursorFrame = timelineView.leftFrame = timelineView.savedLeftFrame = 0;
   timelineView.playbackFrame = -1;
   shownSelection = {};
   updateScrollBars();
@@ -100,7 +101,7 @@ void followHost(EditHandle edit) {
   if (int frame = host->getCurrentFrame(edit); frame != timelineView.cursorFrame && timelineView.sceneLength > 0)
     setCursorFrame(frame);
   followSelection(edit);
-  if (backupIsDue()) writeAutomaticBackup(false);
+  writeAutomaticBackup(false);
 }
 
 void showModel() {
@@ -112,11 +113,13 @@ void showModel() {
 }
 
 void enterScene(int scene) {
-  abandonDrag();
+  if (timelineView.dragMode != dragNone) endDrag(false);
   clearSelection();
+  forgetClicks();
   setPlaybackFrame(-1);
   switchScene(scene, environment.mainFilter, environment.edit);
   showModel();
+  timelineView.savedLeftFrame = timelineView.leftFrame;
 }
 
 }  // namespace zenlay

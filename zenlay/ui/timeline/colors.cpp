@@ -12,25 +12,25 @@ using platform::rgb;
 
 namespace {
 
-enum ColorClass { classMedia, classFilter, classSound, classSoundFilter, classControl, classSoundControl, classGrey };
+constexpr ColorTriple mediaColors{rgb(16, 32, 108), rgb(24, 48, 192), rgb(64, 128, 255)};
+constexpr ColorTriple filterColors{rgb(16, 108, 16), rgb(24, 192, 24), rgb(64, 240, 64)};
+constexpr ColorTriple soundColors{rgb(108, 16, 24), rgb(192, 24, 32), rgb(248, 48, 64)};
+constexpr ColorTriple soundFilterColors{rgb(108, 108, 16), rgb(192, 192, 32), rgb(216, 216, 64)};
+constexpr ColorTriple controlColors{rgb(16, 108, 108), rgb(24, 192, 192), rgb(64, 216, 216)};
+constexpr ColorTriple greyColors{rgb(96, 96, 96), rgb(128, 128, 128), rgb(144, 144, 144)};
 
-constexpr ColorTriple triples[] = {
-    {rgb(16, 32, 108), rgb(24, 48, 192), rgb(64, 128, 255)},
-    {rgb(16, 108, 16), rgb(24, 192, 24), rgb(64, 240, 64)},
-    {rgb(108, 16, 24), rgb(192, 24, 32), rgb(248, 48, 64)},
-    {rgb(108, 108, 16), rgb(192, 192, 32), rgb(216, 216, 64)},
-    {rgb(16, 108, 108), rgb(24, 192, 192), rgb(64, 216, 216)},
-    {rgb(16, 32, 108), rgb(24, 48, 192), rgb(64, 128, 255)},
-    {rgb(96, 96, 96), rgb(128, 128, 128), rgb(144, 144, 144)},
+/// Fits objects that have one of `any`, if it names some, and all of `all`; the first row that fits counts.
+struct ColorRow {
+  uint32_t any, all;
+  const ColorTriple& colors;
 };
-
-ColorClass classOf(uint32_t flags, bool grey) {
-  bool media = flags & objectDrawn, audio = flags & objectAudio;
-  if (flags & (objectControl | objectFilterEffect)) return audio ? classSoundControl : classControl;
-  if (audio) return media ? classSound : classSoundFilter;
-  if (media) return classMedia;
-  return grey ? classGrey : classFilter;
-}
+constexpr ColorRow colorRows[] = {
+    {objectControl | objectFilterEffect, objectAudio, mediaColors},
+    {objectControl | objectFilterEffect, 0, controlColors},
+    {0, objectAudio | objectDrawn, soundColors},
+    {0, objectAudio, soundFilterColors},
+    {0, objectDrawn, mediaColors},
+};
 
 template <class Channel>
 Color eachChannel(Color c, Channel channel) {
@@ -39,7 +39,11 @@ Color eachChannel(Color c, Channel channel) {
 
 }  // namespace
 
-const ColorTriple& objectColors(uint32_t objectFlags, bool grey) { return triples[classOf(objectFlags, grey)]; }
+const ColorTriple& objectColors(uint32_t objectFlags, bool grey) {
+  for (const ColorRow& row : colorRows)
+    if ((!row.any || objectFlags & row.any) && (objectFlags & row.all) == row.all) return row.colors;
+  return grey ? greyColors : filterColors;
+}
 
 Color meanColor(Color a, Color b) {
   return rgb((redOf(a) + redOf(b)) / 2, (greenOf(a) + greenOf(b)) / 2, (blueOf(a) + blueOf(b)) / 2);

@@ -24,44 +24,54 @@ enum PlaybackFlag : uint32_t {
   playbackEnd = 0x8
 };
 
+/// Playback does not take the view away from under what the mouse holds.
+bool viewIsHeld() { return environment.playing && timelineView.dragMode != dragNone; }
+
 void scrollAfter(int frame) {
+  if (!preferences.auto_scroll || viewIsHeld()) return;
   if (frame < timelineView.leftFrame)
     setLeftFrame(frame - (timelineView.rightFrame - timelineView.leftFrame));
   else if (frame > timelineView.rightFrame)
     setLeftFrame(frame - 1);
 }
 
-void trackSelectedObject() {
-  if (!preferences.config_move || movesObjects(timelineView.dragMode) || !onTimeline(currentObject)) return;
-  int object = objectAt(timelineView.cursorFrame, objects[currentObject].layer);
-  if (object >= 0 && object != currentObject) makeCurrent(object);
+void placeMarker(int frame) {
+  timelineView.playbackFrame = frame;
+  noteCursorMoved();
 }
 
+/// A marker may be left from before the cursor was told to go along.
 void endPlayback() {
+  setPlaybackFrame(-1);
   environment.playing = false;
-  if (preferences.sync_play_cursor) {
-    platform::postMessage(environment.timelineWindow, messageCommand, commandSetCursor, timelineView.cursorFrame);
-    trackSelectedObject();
-  }
-  // A marker may be left from before the cursor was told to go along.
-  if (!preferences.sync_play_cursor || timelineView.playbackFrame >= 0) setPlaybackFrame(-1);
+  if (!preferences.sync_play_cursor) return;
+  platform::postMessage(environment.timelineWindow, messageCommand, commandSetCursor, timelineView.cursorFrame);
+  followCursor();
 }
 
 void showPlaybackFrame(int frame) {
+  if (timelineView.sceneLength < 1) return;
   if (preferences.sync_play_cursor) {
+    if (timelineView.playbackFrame >= 0) placeMarker(-1);
     setCursorFrame(frame);
     return;
   }
   setPlaybackFrame(frame);
-  if (preferences.auto_scroll) scrollAfter(frame);
+  scrollAfter(frame);
 }
 
 }  // namespace
 
 void makeCurrent(int object) {
-  redrawChain(currentObject);
+  const int shown[] = {currentObject, object};
   showObject(object);
-  redrawChain(object);
+  redrawObjects(shown);
+}
+
+void followCursor() {
+  if (!preferences.config_move || movesObjects(timelineView.dragMode) || !onTimeline(currentObject)) return;
+  int object = objectAt(timelineView.cursorFrame, objects[currentObject].layer);
+  if (object >= 0 && object != currentObject) makeCurrent(object);
 }
 
 void setCursorFrame(int frame) {
@@ -69,8 +79,8 @@ void setCursorFrame(int frame) {
   noteCursorMoved();
   moveSettingsCursor();
   updateTitle();
-  trackSelectedObject();
-  if (preferences.auto_scroll && timelineView.playbackFrame < 0) scrollAfter(timelineView.cursorFrame);
+  followCursor();
+  if (timelineView.playbackFrame < 0) scrollAfter(timelineView.cursorFrame);
 }
 
 void moveCursor(int frame) {
@@ -80,9 +90,8 @@ void moveCursor(int frame) {
 
 void setPlaybackFrame(int frame) {
   if (frame < 0 && timelineView.playbackFrame < 0) return;
-  timelineView.playbackFrame = std::max(frame, -1);
-  noteCursorMoved();
-  if (frame >= 0) return;
+  placeMarker(std::max(frame, -1));
+  if (frame >= 0 || viewIsHeld()) return;
   setLeftFrame(timelineView.savedLeftFrame);
   centreCursor();
 }
@@ -107,6 +116,7 @@ void playbackNotification(int frame, uint32_t flags) {
   }
   if (flags & playbackEnd) endPlayback();
   if (flags & playbackFrameShown) showPlaybackFrame(frame);
+  flushTimeline();  // a message may be waiting in a menu or dialog meanwhile
 }
 
 }  // namespace zenlay

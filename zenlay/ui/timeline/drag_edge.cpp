@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <climits>
 
+#include "zenlay/host/preferences.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/timeline_view.h"
-#include "zenlay/model/undo.h"
 #include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/snapping.h"
@@ -90,11 +90,9 @@ void moveSlide(const Slide& slide, int frames) {
 }
 
 void recordSlideUndo(const Slide& slide) {
-  if (drag.changed) return;
-  drag.changed = true;
-  beginUndoStep();
-  recordUndo(slide.stretched, undoPosition);
-  for (int section = slide.first; section >= 0; section = nextSection(section)) recordUndo(section, undoPosition);
+  std::vector<int> moved{slide.stretched};
+  for (int section = slide.first; section >= 0; section = nextSection(section)) moved.push_back(section);
+  recordDragUndo(moved);
 }
 
 bool slideEdge(int frames, bool snaps) {
@@ -111,7 +109,36 @@ bool slideEdge(int frames, bool snaps) {
   return true;
 }
 
+/// The object that touches the edge, if it moves along: by preference, or as a section of the same object.
+int partnerOf(int object, DragMode mode) {
+  const ObjectRecord& o = objects[object];
+  int frame = mode == dragStart ? o.start - 1 : o.end + 1;
+  int neighbour = frame < 0 ? -1 : objectAt(frame, o.layer);
+  if (neighbour < 0) return -1;
+  bool sameChain = o.chainHead >= 0 && objects[neighbour].chainHead == o.chainHead;
+  return preferences.pair_move || sameChain ? neighbour : -1;
+}
+
+void addEdge(int object, DragMode mode) {
+  int partner = partnerOf(object, mode);
+  if (partner >= 0) addToSelection(partner);
+  drag.edges.push_back({object, partner});
+}
+
 }  // namespace
+
+void takeEdges(int object, DragMode mode) {
+  const ObjectRecord& o = objects[object];
+  addEdge(object, mode);
+  int group = objects[headOf(object)].group;
+  if (group == 0) return;
+  for (int layer = 0; layer < layersInUse; layer++) {
+    int other = layer == o.layer ? -1 : objectAt(mode == dragStart ? o.start : o.end, layer);
+    if (other < 0 || objects[headOf(other)].group != group) continue;
+    bool aligned = mode == dragStart ? objects[other].start == o.start : objects[other].end == o.end;
+    if (aligned && addToSelection(other)) addEdge(other, mode);
+  }
+}
 
 bool moveEdges(int frames, bool snaps) {
   if (slides()) return slideEdge(frames, snaps);
@@ -119,7 +146,7 @@ bool moveEdges(int frames, bool snaps) {
   for (const EdgePair& pair : drag.edges)
     if (pair.object == drag.grabbed) frames = edgeShift(pair, frames, snaps);
   if (frames == 0) return false;
-  recordDragUndo();
+  recordDragUndo(selection());
   for (const EdgePair& pair : drag.edges) {
     if (int shift = edgeShift(pair, frames, false)) moveEdge(pair, shift);
   }

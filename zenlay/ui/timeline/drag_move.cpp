@@ -6,7 +6,6 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/timeline_view.h"
-#include "zenlay/model/undo.h"
 #include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/snapping.h"
@@ -108,17 +107,10 @@ bool moveSelection(int frames, int layersDown, bool snaps, bool vertical) {
   limitShift(shift);
   if ((shift.frames == 0 && shift.layers == 0) || !avoidObstacles(shift)) return false;
   if (shift.frames == 0 && shift.layers == 0) return false;
-  recordDragUndo();
+  recordDragUndo(selection());
   apply(shift);
   drag.grabFrame += shift.frames;
   return true;
-}
-
-void recordDragUndo() {
-  if (drag.changed) return;
-  drag.changed = true;
-  beginUndoStep();
-  for (int object : selection()) recordUndo(object, undoPosition);
 }
 
 }  // namespace zenlay

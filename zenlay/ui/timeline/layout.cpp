@@ -52,16 +52,6 @@ PixelSpan spanOf(int object) {
   return {first, std::max(xOfFrame(objects[object].end + 1) - 1, first)};
 }
 
-EntryRange entriesMeeting(int firstFrame, int lastFrame, int layer) {
-  ObjectRecord** begin = layerOrder + layerRanges[layer].first;
-  ObjectRecord** end = layerOrder + layerRanges[layer].last + 1;
-  ObjectRecord** from =
-      std::lower_bound(begin, end, firstFrame, [](const ObjectRecord* o, int frame) { return o->end < frame; });
-  ObjectRecord** to =
-      std::upper_bound(from, end, lastFrame, [](int frame, const ObjectRecord* o) { return frame < o->start; });
-  return {static_cast<int>(from - layerOrder), static_cast<int>(to - layerOrder)};
-}
-
 int objectUnder(platform::Point at) {
   if (at.x < headerWidth || at.y < rowsTop || at.y >= rowsBottom()) return -1;
   int layer = layerAtY(at.y);

@@ -41,13 +41,6 @@ struct PixelSpan {
 };
 PixelSpan spanOf(int object);
 
-/// Entries of layerOrder.
-struct EntryRange {
-  int begin, end;
-};
-/// The layer's objects that meet the frames; an empty range stands where they would be.
-EntryRange entriesMeeting(int firstFrame, int lastFrame, int layer);
-
 /// The object of the row under the point that a press means: bars reach 8 pixels farther, the one that holds the point
 /// most deeply wins. -1 when there is none or the point is not on a row.
 int objectUnder(platform::Point);

@@ -1,4 +1,4 @@
-// The pieces of which a picture of the timeline is made; timeline_redraw decides which of them are drawn.
+// The pieces of which a picture of the timeline is made; redraw.cpp decides which of them are drawn.
 #pragma once
 
 #include <string>

@@ -7,12 +7,11 @@
 #include "zenlay/host/environment.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/objects.h"
-#include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/layout.h"
 #include "zenlay/ui/timeline/paint.h"
 #include "zenlay/ui/timeline/ranges.h"
-#include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay {
@@ -35,8 +34,6 @@ struct Redraw {
   bool all, ruler, lines;
   bool layers[layersPerScene];
   std::optional<FrameLine> cursor, playback;  // as they stand on the canvas
-  std::optional<platform::Rect> rubberBand;
-  int scene;  // that the picture is of
 };
 Redraw redraw;
 
@@ -65,14 +62,6 @@ void showLines(Canvas* canvas) {
   invertLines(canvas);
 }
 
-/// What belongs to the scene follows when another one is shown.
-void followScene() {
-  if (redraw.scene == currentScene) return;
-  redraw.scene = currentScene;
-  dropUnselectable();
-  showModel();
-}
-
 /// Where nothing is open yet: how to begin.
 void paintInvitation(Canvas* canvas) {
   if (timelineView.sceneLength > 0) return;
@@ -81,6 +70,16 @@ void paintInvitation(Canvas* canvas) {
   platform::Point at{area.x + (area.width - size.width) / 2, area.y + (area.height - size.height) / 2};
   platform::clearClip(canvas);
   platform::drawText(canvas, at, area, invitation, platform::systemColor(platform::colorGreyText));
+}
+
+void paintRubberBand(Canvas* canvas) {
+  if (timelineView.dragMode != dragRange) return;
+  platform::Point a = pressInView(), b = drag.last;
+  platform::setClip(canvas, {headerWidth, rulerTop, timelineView.clientWidth - headerWidth, timelineView.clientHeight});
+  platform::drawFrame(canvas,
+                      {std::min(a.x, b.x), std::min(a.y, b.y), std::abs(a.x - b.x) + 1, std::abs(a.y - b.y) + 1},
+                      colorDottedFrame, platform::lineDotted);
+  platform::clearClip(canvas);
 }
 
 void paintAll(Canvas* canvas) {
@@ -96,17 +95,14 @@ void paintAll(Canvas* canvas) {
   paintHeaderBox(painting);
   paintInvitation(canvas);
   showLines(canvas);
-  if (!redraw.rubberBand) return;
-  platform::setClip(canvas, {headerWidth, rulerTop, timelineView.clientWidth - headerWidth, timelineView.clientHeight});
-  platform::drawFrame(canvas, *redraw.rubberBand, colorDottedFrame, platform::lineDotted);
-  platform::clearClip(canvas);
+  paintRubberBand(canvas);
 }
 
 void paintParts(Canvas* canvas) {
   bool parts =
       redraw.ruler || std::find(std::begin(redraw.layers), std::end(redraw.layers), true) != std::end(redraw.layers);
   if (!parts && !redraw.lines) return;
-  bool overlaid = redraw.rubberBand || timelineView.sceneLength < 1;
+  bool overlaid = timelineView.dragMode == dragRange || timelineView.sceneLength < 1;
   if (parts && overlaid) return paintAll(canvas);
   invertLines(canvas);
   if (parts) {
@@ -127,9 +123,6 @@ bool changesRanges(int object) { return preferences.object_range && objects[obje
 }  // namespace
 
 void flushTimeline() {
-  redraw.depth++;
-  if (redraw.all) followScene();
-  redraw.depth--;
   if (Canvas* canvas = platform::windowCanvas(environment.timelineWindow))
     redraw.all ? paintAll(canvas) : paintParts(canvas);
   redraw.all = redraw.ruler = redraw.lines = false;
@@ -153,17 +146,6 @@ void noteCursorMoved() {
   drawUnlessNoted();
 }
 
-void showRubberBand(platform::Point a, platform::Point b) {
-  redraw.rubberBand = {std::min(a.x, b.x), std::min(a.y, b.y), std::abs(a.x - b.x) + 1, std::abs(a.y - b.y) + 1};
-  redrawTimeline();
-}
-
-void hideRubberBand() {
-  if (!redraw.rubberBand) return;
-  redraw.rubberBand = {};
-  redrawTimeline();
-}
-
 void redrawTimeline() {
   redraw.all = true;
   drawUnlessNoted();
@@ -175,7 +157,7 @@ void redrawLayer(int layer) {
   drawUnlessNoted();
 }
 
-void redrawLayers(const bool (&touched)[100]) {
+void redrawLayers(const bool (&touched)[layersPerScene]) {
   for (int layer = 0; layer < layersPerScene; layer++) redraw.layers[layer] |= touched[layer];
   drawUnlessNoted();
 }

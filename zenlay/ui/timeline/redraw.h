@@ -8,14 +8,11 @@ namespace zenlay {
 /// Around every message to the timeline window: what was noted meanwhile is drawn at its end.
 void beginTimelineMessage();
 void endTimelineMessage();
-/// Draws what has been noted so far, before something that waits for the user.
+/// Draws what has been noted so far: before something that waits for the user, and for what comes meanwhile.
 void flushTimeline();
 /// The canvas is new: nothing that was drawn counts.
 void paintTimeline();
 
 void noteCursorMoved();
-/// Opposite corners; shown until hideRubberBand.
-void showRubberBand(platform::Point, platform::Point);
-void hideRubberBand();
 
 }  // namespace zenlay

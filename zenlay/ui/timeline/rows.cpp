@@ -18,6 +18,14 @@ using platform::Color;
 
 namespace {
 
+constexpr int fetchAhead = 8;  // objects
+
+/// Records are far apart, and waiting for what a bar shows of them takes longer than painting it.
+void fetch(const ObjectRecord& object) {
+  __builtin_prefetch(&object.start);
+  __builtin_prefetch(&object.chainHead);
+}
+
 std::vector<GridLine> beatGridLines() {
   std::vector<GridLine> lines;
   BeatLines kind = beatLines();
@@ -61,7 +69,8 @@ void paintBackground(const Painting& painting, int layer, Color base) {
   paintRangeEdges(painting, layer, inner, inner + innerHeight);
   platform::fillRect(canvas, {headerWidth, top, width, 1}, platform::systemColor(platform::colorLightEdge));
   platform::fillRect(canvas, {headerWidth, top + height - 1, width, 1}, platform::systemColor(platform::colorDarkEdge));
-  platform::fillRect(canvas, {headerWidth, top, 1, height}, platform::systemColor(platform::colorDarkEdge));
+  for (int x : {headerWidth, timelineView.clientWidth - 1})
+    platform::fillRect(canvas, {x, top, 1, height}, platform::systemColor(platform::colorDarkEdge));
 }
 
 void paintHeader(const Painting& painting, int layer, Color base) {
@@ -79,7 +88,7 @@ void paintHeader(const Painting& painting, int layer, Color base) {
   platform::drawText(canvas, at, {1, top, 62, height}, name,
                      platform::systemColor(hidden ? platform::colorGreyText : platform::colorText));
 
-  platform::drawEdge(canvas, {0, top, headerWidth + 1, height}, hidden ? platform::edgeSunken : platform::edgeEtched);
+  platform::drawEdge(canvas, {0, top, headerWidth, height}, hidden ? platform::edgeSunken : platform::edgeEtched);
   const platform::Point lock[] = {{53, top}, {62, top}, {62, top + 9}};
   if (record.flags & layerLocked) platform::fillPolygon(canvas, lock, 3, colorLock);
   int bar = 1;
@@ -102,11 +111,12 @@ void paintRow(const Painting& painting, int layer) {
   platform::setClip(painting.canvas,
                     {headerWidth, rowTop(layer), timelineView.clientWidth - headerWidth, timelineView.layerHeight});
   paintBackground(painting, layer, base);
-  EntryRange shown = entriesMeeting(timelineView.leftFrame, frameAtX(timelineView.clientWidth), layer);
-  for (int i = shown.begin; i < shown.end; i++) paintObject(painting, indexOf(layerOrder[i]));
+  EntryRange shown = entriesMeeting(frameAtX(headerWidth - 1), frameAtX(timelineView.clientWidth), layer);
+  for (int i = shown.begin; i < shown.end; i++) {
+    if (i + fetchAhead < shown.end) fetch(*layerOrder[i + fetchAhead]);
+    paintObject(painting, indexOf(layerOrder[i]));
+  }
   platform::setClip(painting.canvas, {0, rowTop(layer), timelineView.clientWidth, timelineView.layerHeight});
-  platform::fillRect(painting.canvas, {timelineView.clientWidth - 1, rowTop(layer), 1, timelineView.layerHeight},
-                     platform::systemColor(platform::colorDarkEdge));
   paintHeader(painting, layer, base);
 }
 

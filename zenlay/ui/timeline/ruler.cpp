@@ -39,7 +39,7 @@ HostSelection hostSelection() {
 void paintSelection(const Painting& painting) {
   HostSelection selected = hostSelection();
   if (selected.first > selected.last) return;
-  int from = xOfFrame(selected.first), to = xOfFrame(selected.last + 1) - 1;
+  int from = xOfFrame(selected.first), to = std::max(xOfFrame(selected.last + 1) - 1, from);
   int top = rulerBottom + 1 - selectionHeight;
   platform::fillRect(painting.canvas, {from, top, to - from + 1, selectionHeight}, painting.colors.selection);
   for (int x : {from, to})
@@ -98,6 +98,7 @@ void paintHeaderBox(const Painting& painting) {
   Canvas* canvas = painting.canvas;
   platform::setClip(canvas, {0, 0, headerWidth, rowsTop});
   platform::fillRect(canvas, {0, 0, rulerLeft, rowsTop}, painting.colors.visible);
+  platform::fillRect(canvas, {rulerLeft, 0, headerWidth - rulerLeft, rulerTop}, painting.colors.visible);
   for (int i = 0; i < gaugeBars; i++)
     platform::fillRect(canvas, {5 + 2 * i, 26, 1, 13}, i < timelineView.zoomLevel ? colorGaugeBelow : colorGaugeAbove);
   const char* name = sceneName(currentScene);

@@ -4,7 +4,7 @@
 
 #include "zenlay/host/environment.h"
 #include "zenlay/host/preferences.h"
-#include "zenlay/model/records.h"
+#include "zenlay/model/objects.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/ui/timeline/layout.h"
 #include "zenlay/ui/timeline/timeline.h"
@@ -138,6 +138,24 @@ void centreCursor() {
   int cursor = timelineView.cursorFrame;
   if (cursor < timelineView.leftFrame || cursor > timelineView.rightFrame)
     setLeftFrame(cursor - (timelineView.rightFrame - timelineView.leftFrame) / 2);
+}
+
+void zoomToFit() {
+  int64_t room = std::max(timelineView.clientWidth - headerWidth - sceneEndRoom, 1);
+  int level = zoomLevels - 1;
+  while (level > 0 && int64_t{timelineView.sceneLength} * zoomTable[level] > room * 10000) level--;
+  setTimelineZoom(level);
+  setLeftFrame(0);
+}
+
+void revealObject(int object) {
+  if (!onTimeline(object)) return;
+  const ObjectRecord& o = objects[object];
+  if (o.start < timelineView.leftFrame || o.start > timelineView.rightFrame) setLeftFrame(o.start);
+  if (o.layer < timelineView.topLayer)
+    setTopLayer(o.layer);
+  else if (!layerVisible(o.layer))
+    setTopLayer(o.layer - timelineView.visibleRows + 1);
 }
 
 void scrollTimeline(platform::ScrollAction action, Window* bar) {

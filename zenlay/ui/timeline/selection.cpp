@@ -5,18 +5,37 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
+#include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay {
+
+ClickPosition clickPosition;
+int rangeAnchor = -1;
+
 namespace {
 
 std::vector<int> selected;
 constinit bool marks[maxObjects]{};
+bool holes;  // entries that are no longer marked
+
+/// The list without what was taken out of it.
+std::vector<int>& list() {
+  if (holes) std::erase_if(selected, [](int object) { return !marks[object]; });
+  holes = false;
+  return selected;
+}
+
+void takeOut(int object) {
+  if (!isSelected(object)) return;
+  marks[object] = false;
+  holes = true;
+}
 
 /// Numbers of the groups that the objects belong to, sorted.
-std::vector<int> groupsOf(std::span<const int> list) {
+std::vector<int> groupsOf(std::span<const int> members) {
   std::vector<int> groups;
-  for (int object : list)
+  for (int object : members)
     if (int group = objects[headOf(object)].group; group != 0) groups.push_back(group);
   std::sort(groups.begin(), groups.end());
   groups.erase(std::unique(groups.begin(), groups.end()), groups.end());
@@ -25,12 +44,12 @@ std::vector<int> groupsOf(std::span<const int> list) {
 
 }  // namespace
 
-std::span<const int> selection() { return selected; }
+std::span<const int> selection() { return list(); }
 
 bool isSelected(int object) { return object >= 0 && object < maxObjects && marks[object]; }
 
 bool addToSelection(int object) {
-  if (!onTimeline(object) || marks[object] || selected.size() >= maxObjects) return false;
+  if (!onTimeline(object) || marks[object] || list().size() >= maxObjects) return false;
   if (layers[objects[object].layer].flags & layerLocked) return false;
   marks[object] = true;
   selected.push_back(object);
@@ -46,8 +65,8 @@ void selectGroup(int object) {
   if (onTimeline(object)) selectWhole(std::span(&object, 1));
 }
 
-void selectWhole(std::span<const int> list) {
-  std::vector<int> named(list.begin(), list.end());  // the list may be the selection itself
+void selectWhole(std::span<const int> wanted) {
+  std::vector<int> named(wanted.begin(), wanted.end());  // they may be the selection itself
   std::erase_if(named, [](int object) { return !onTimeline(object); });
   for (int object : named) selectChain(object);
   std::vector<int> groups = groupsOf(named);
@@ -58,34 +77,50 @@ void selectWhole(std::span<const int> list) {
   }
 }
 
+void selectRange(int from, int to) {
+  const ObjectRecord &a = objects[from], &b = objects[to];
+  int first = std::min(a.start, b.start), last = std::max(a.end, b.end);
+  for (int layer = std::min(a.layer, b.layer); layer <= std::max(a.layer, b.layer); layer++)
+    selectMeeting(first, last, layer);
+}
+
+void selectMeeting(int firstFrame, int lastFrame, int layer) {
+  EntryRange there = entriesMeeting(firstFrame, lastFrame, layer);
+  for (int i = there.begin; i < there.end; i++)
+    if (int object = indexOf(layerOrder[i]); !isSelected(object)) selectChain(object);
+}
+
 void removeChainFromSelection(int object) {
   if (!onTimeline(object)) return;
-  for (int section = headOf(object); section >= 0; section = nextSection(section)) forgetSelected(section);
+  for (int section = headOf(object); section >= 0; section = nextSection(section)) takeOut(section);
 }
 
 void clearSelection() {
   for (int object : selected) marks[object] = false;
   selected.clear();
-}
-
-void forgetSelected(int object) {
-  if (!isSelected(object)) return;
-  marks[object] = false;
-  std::erase(selected, object);
+  holes = false;
 }
 
 void dropUnselectable() {
-  std::vector<int> kept;
-  redrawObjects(selected);
-  for (int object : selected) {
-    marks[object] = onTimeline(object) && !(layers[objects[object].layer].flags & layerLocked);
-    if (marks[object]) kept.push_back(object);
-  }
-  selected = std::move(kept);
+  redrawObjects(list());
+  for (int object : list())
+    if (!onTimeline(object) || layers[objects[object].layer].flags & layerLocked) takeOut(object);
+}
+
+void forgetObject(int object) {
+  forgetDragged(object);
+  takeOut(object);
+  if (clickPosition.section == object) clickPosition.section = -1;
+  if (rangeAnchor == object) rangeAnchor = -1;
+}
+
+void forgetClicks() {
+  clickPosition = {};
+  rangeAnchor = -1;
 }
 
 std::vector<int> commandTargets() {
-  if (!selected.empty()) return selected;
+  if (!list().empty()) return selected;
   return onTimeline(currentObject) ? sectionsOf(currentObject) : std::vector<int>{};
 }
 

@@ -17,11 +17,15 @@ void selectChain(int object);
 /// Adds every object of its group, with their chains.
 void selectGroup(int object);
 /// Adds the objects with their chains and groups.
-void selectWhole(std::span<const int> list);
+void selectWhole(std::span<const int> objects);
+/// Adds the layer's objects that meet the frames, with their chains.
+void selectMeeting(int firstFrame, int lastFrame, int layer);
+/// Adds everything on the layers and within the frames that the two objects span together.
+void selectRange(int from, int to);
+/// The object clicked before, from which selectRange goes on; -1 when there is none.
+extern int rangeAnchor;
 void removeChainFromSelection(int object);
 void clearSelection();
-/// Takes a deleted object out of the list.
-void forgetSelected(int object);
 /// Takes out what could not be added now: objects of other scenes and of layers locked meanwhile.
 void dropUnselectable();
 

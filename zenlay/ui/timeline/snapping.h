@@ -8,4 +8,7 @@ namespace zenlay {
 /// (maybe the frame itself). Never when snapping is switched off. The layer's own objects are no targets.
 bool snapToTarget(int& frame, int layer, bool ignoreSelected);
 
+/// The frame after snapToTarget.
+int snapFrame(int frame, int layer, bool ignoreSelected);
+
 }  // namespace zenlay

@@ -4,13 +4,15 @@
 #include <cstdint>
 #include <span>
 
+#include "zenlay/model/records.h"
+
 namespace zenlay {
 
 // Within a message to the timeline window these only note what is to be drawn when it has been dealt with; otherwise
 // they draw at once.
 void redrawTimeline();  // all of it
 void redrawLayer(int layer);
-void redrawLayers(const bool (&touched)[100]);
+void redrawLayers(const bool (&touched)[layersPerScene]);
 void redrawObjects(std::span<const int> objects);
 void redrawChain(int object);
 void redrawRuler();
@@ -27,6 +29,12 @@ void setLeftFrame(int frame);
 void setTopLayer(int layer);
 void setTimelineZoom(int level);  // the cursor stays at the same x
 void centreCursor();              // when it is out of view
+void zoomToFit();                 // the closest level that shows the whole scene
+/// Scrolls until the object's layer and its start are in view.
+void revealObject(int object);
+/// As far as "Track selected object" asks for it, the object under the cursor becomes current in place of the one on
+/// its layer.
+void followCursor();
 void updateScrollBars();
 void updateTitle();
 /// Lets the current scene, and the host's clip with it, reach as far as this frame; never shortens it.
@@ -47,11 +55,12 @@ struct ClickPosition {
   int frame = 0, layer = 0, section = -1;
 };
 extern ClickPosition clickPosition;
+/// Where the last clicks were, as another scene is entered.
+void forgetClicks();
+/// To be told of every object before it goes.
+void forgetObject(int object);
 
 /// To the timeline window: moves what is being dragged by `first` frames, without snapping.
 inline constexpr uint32_t messageNudge = 0x8000;
-
-/// The frame snapped as for a move of something onto `layer`, when the target lies within 8 pixels; otherwise `frame`.
-int snapFrame(int frame, int layer, bool ignoreSelected);
 
 }  // namespace zenlay
