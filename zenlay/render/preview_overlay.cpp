@@ -63,14 +63,15 @@ void drawButtons(const ImageTarget& target, int value) {
 
 int zoomedOutValue(int stored) { return stored < wholeSize ? usualSize : stored; }
 
+/// 64 bits: a cell may be as large as a number typed in the dialog, and the step past the picture is still taken.
 void drawGrid(const ImageTarget& target, int cellWidth, int cellHeight) {
   int middleX = target.width / 2, middleY = target.height / 2;
   if (cellWidth > 0)
-    for (int x = middleX % cellWidth; x < target.width; x += cellWidth)
+    for (int64_t x = middleX % cellWidth; x < target.width; x += cellWidth)
       for (int y = 0; y < target.height; y++) mixGrid(rowOf(target, y) + x);
   if (cellHeight > 0)
-    for (int y = middleY % cellHeight; y < target.height; y += cellHeight)
-      for (int x = 0; x < target.width; x++) mixGrid(rowOf(target, y) + x);
+    for (int64_t y = middleY % cellHeight; y < target.height; y += cellHeight)
+      for (int x = 0; x < target.width; x++) mixGrid(rowOf(target, static_cast<int>(y)) + x);
 }
 
 void drawZoomedOut(EffectProcessInfo* info) {
