@@ -129,9 +129,9 @@ TEST_F(Backup, BringsMonoBack) {
   static std::string opened;
   fakeHost.functions.openEdit = [](EditHandle, const char* name, uint32_t) -> int32_t {
     opened = name;
+    environment.projectOpen = true;
     return 1;
   };
-  ASSERT_GE(createObject(0, 0, effectGraphic, -1), 0);
   const std::string path = scratch / "mono.zenlay_backup";
   for (auto [channels, ending] : {std::pair{1, "Hz_1ch.zenlay"}, {2, "Hz.zenlay"}}) {
     environment.clip.audioChannels = channels;
