@@ -76,8 +76,21 @@ std::shared_ptr<const ResamplingFilter> ResamplingFilter::forRates(int64_t in, i
   return filter;
 }
 
-WeightRow ResamplingFilter::weights(double fraction) const {
-  double place = fraction * phases_ + nearPhase / 2;
+ResamplingPlace ResamplingPlace::between(double first, double last, int count) {
+  constexpr int64_t of = int64_t{1} << 32;
+  auto split = [](double value, int64_t& whole, int64_t& part) {
+    double floor = std::floor(value);
+    whole = static_cast<int64_t>(floor);
+    part = static_cast<int64_t>((value - floor) * static_cast<double>(of));
+  };
+  ResamplingPlace place{0, 0, of, 0, 0};
+  split(first, place.whole, place.part);
+  split((last - first) / count, place.wholeStep, place.partStep);
+  return place;
+}
+
+WeightRow ResamplingFilter::weights(const ResamplingPlace& at) const {
+  double place = static_cast<double>(at.part) / static_cast<double>(at.of) * phases_ + nearPhase / 2;
   int phase = static_cast<int>(place), taps = 2 * reach_;
   const float* before = &weights_[static_cast<size_t>(phase) * taps];
   if (place - phase < nearPhase) return {before, before, 0};

@@ -28,8 +28,7 @@ class SoundReader {
 
  private:
   void copy(int64_t first, int count, int16_t* out);
-  template <class PlaceOf>
-  void resample(PlaceOf placeOf, int count, int16_t* out);
+  void resample(ResamplingPlace, int count, int16_t* out);
   double placeOf(int64_t sample) const { return static_cast<double>(sample) * unitIn_ / unitOut_; }
 
   std::string path_;
