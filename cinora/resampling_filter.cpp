@@ -89,12 +89,14 @@ ResamplingPlace ResamplingPlace::between(double first, double last, int count) {
   return place;
 }
 
-WeightRow ResamplingFilter::weights(const ResamplingPlace& at) const {
+void ResamplingFilter::around(const ResamplingPlace& at, const float* samples, WeightedStretch& stretch) const {
   double place = static_cast<double>(at.part) / static_cast<double>(at.of) * phases_ + nearPhase / 2;
   int phase = static_cast<int>(place), taps = 2 * reach_;
-  const float* before = &weights_[static_cast<size_t>(phase) * taps];
-  if (place - phase < nearPhase) return {before, before, 0};
-  return {before, before + taps, static_cast<float>(place - phase)};
+  double part = place - phase;
+  stretch.samples = samples;
+  stretch.before = &weights_[static_cast<size_t>(phase) * taps];
+  stretch.behind = stretch.before + taps;
+  stretch.part = part < nearPhase ? 0 : static_cast<float>(part);
 }
 
 }  // namespace cinora

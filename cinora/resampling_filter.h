@@ -46,8 +46,8 @@ class ResamplingFilter {
 
   /// Samples it needs before and behind a place: the one at the place is number `reach() - 1` of `2 * reach()`.
   int reach() const { return reach_; }
-  /// The weights of the 2 * reach() samples around a place.
-  WeightRow weights(const ResamplingPlace&) const;
+  /// The 2 * reach() samples around a place, the first of which are given, and their weights.
+  void around(const ResamplingPlace&, const float* samples, WeightedStretch&) const;
 
  private:
   int phases_;   // places between two samples that have weights of their own; others lie between two of them

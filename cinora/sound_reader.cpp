@@ -46,15 +46,17 @@ void SoundReader::resample(ResamplingPlace place, int count, int16_t* out) {
   size_t length = static_cast<size_t>(place.wholeAfter(count - 1) + reach + 1 - begin);
   input_.resize(length * channels_);
   planes_.resize(length * channels_);
-  sums_.resize(static_cast<size_t>(channels_));
+  stretches_.resize(static_cast<size_t>(count));
+  sums_.resize(static_cast<size_t>(count) * channels_);
   decoder_.read(begin, static_cast<int>(length), input_.data());
   for (int c = 0; c < channels_; c++)
     for (size_t i = 0; i < length; i++) planes_[c * length + i] = input_[i * channels_ + c];
-  for (int i = 0; i < count; i++, place.advance()) {
-    const float* around = planes_.data() + (place.whole - reach + 1 - begin);
-    weightedSums(around, length, channels_, filter_->weights(place), 2 * reach, sums_.data());
-    out = std::transform(sums_.begin(), sums_.end(), out, toSample);
+  for (WeightedStretch& stretch : stretches_) {
+    filter_->around(place, planes_.data() + (place.whole - reach + 1 - begin), stretch);
+    place.advance();
   }
+  weightedSums(stretches_.data(), count, 2 * reach, channels_, length, sums_.data());
+  std::transform(sums_.begin(), sums_.end(), out, [](float sum) { return toSample(sum); });
 }
 
 int SoundReader::read(int64_t first, int count, int16_t* out) {

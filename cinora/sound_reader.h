@@ -41,6 +41,7 @@ class SoundReader {
   double readUpTo_ = -1;                            // place in the file of the sample behind the last one read
   bool turned_ = false;                             // the rate has changed since
   std::vector<float> input_, planes_, sums_;
+  std::vector<WeightedStretch> stretches_;
 };
 
 inline constexpr int maxSoundRate = 20000000;

@@ -16,7 +16,7 @@ namespace HWY_NAMESPACE {
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
 
 template <bool between>
-float sumOf(const float* samples, const WeightRow& row, int count) {
+float sumOf(const float* samples, const WeightedStretch& row, int count) {
   float sums[sumLanes] = {};
   for (int first = 0; first < count; first += sumLanes)
     for (int lane = 0; lane < sumLanes; lane++) {
@@ -48,7 +48,7 @@ HWY_INLINE float total(D, hn::Vec<D> v) {
 }
 
 template <bool between>
-HWY_INLINE float sumOf(const float* samples, const WeightRow& row, int count) {
+HWY_INLINE float sumOf(const float* samples, const WeightedStretch& row, int count) {
   const Lanes d;
   const auto part = hn::Set(d, row.part);
   hn::Vec<Lanes> sums[vectors];
@@ -68,9 +68,14 @@ HWY_INLINE float sumOf(const float* samples, const WeightRow& row, int count) {
 
 #endif
 
-void sums(const float* samples, size_t stride, int channels, const WeightRow& row, int count, float* out) {
-  for (int c = 0; c < channels; c++, samples += stride)
-    out[c] = row.part != 0 ? sumOf<true>(samples, row, count) : sumOf<false>(samples, row, count);
+void sums(const WeightedStretch* stretches, int count, int length, int channels, size_t plane, float* out) {
+  for (int i = 0; i < count; i++) {
+    const WeightedStretch& s = stretches[i];
+    for (int c = 0; c < channels; c++) {
+      const float* samples = s.samples + c * plane;
+      *out++ = s.part != 0 ? sumOf<true>(samples, s, length) : sumOf<false>(samples, s, length);
+    }
+  }
 }
 
 }  // namespace HWY_NAMESPACE
@@ -82,8 +87,8 @@ namespace cinora {
 
 HWY_EXPORT(sums);
 
-void weightedSums(const float* samples, size_t stride, int channels, const WeightRow& row, int count, float* out) {
-  HWY_DYNAMIC_DISPATCH(sums)(samples, stride, channels, row, count, out);
+void weightedSums(const WeightedStretch* stretches, int count, int length, int channels, size_t plane, float* out) {
+  HWY_DYNAMIC_DISPATCH(sums)(stretches, count, length, channels, plane, out);
 }
 
 }  // namespace cinora
