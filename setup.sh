@@ -4,7 +4,7 @@ set -euo pipefail
 packages=(build-essential g++-multilib cmake ninja-build ccache pkg-config git
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev
   libhwy-dev libfreetype-dev libfontconfig-dev libcli11-dev nlohmann-json3-dev fonts-dejavu-core
-  qt6-base-dev qt6-svg-dev qt6-multimedia-dev)
+  qt6-base-dev qt6-svg-dev qt6-multimedia-dev libxcb1-dev)
 test_packages=(libgtest-dev libgmock-dev ffmpeg xvfb xdotool)
 bench_packages=(libbenchmark-dev libopencv-dev melt ffmpeg time)
 

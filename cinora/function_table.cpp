@@ -120,7 +120,11 @@ int32_t exportEdit(EditHandle edit, const char* name, uint32_t, const char* outp
 int32_t askFileName(bool save, char* name, const char* filter, const char* initial) {
   std::string answer = save ? host().dialogs.save : host().dialogs.load;
   if (answer.empty() && host().desktop.askFileName) answer = host().desktop.askFileName(save, filter, initial);
-  if (answer.empty() || answer.size() >= fileNameBytes) return 0;
+  if (answer.empty()) return 0;
+  if (answer.size() >= fileNameBytes) {
+    host().tell(pathTooLong(answer));
+    return 0;
+  }
   memcpy(name, answer.c_str(), answer.size() + 1);
   return 1;
 }

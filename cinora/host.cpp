@@ -10,7 +10,7 @@ namespace {
 constexpr int standardMaxWidth = 3840, standardMaxHeight = 2160;
 constexpr char fontFace[] = "sans-serif";
 constexpr int fontSize = 16, fontWeight = 400;
-constexpr uint32_t boxButtons = 0xF, boxYesNo = 4, boxYesNoCancel = 3;
+constexpr uint32_t warningBox = 0x30, boxButtons = 0xF, boxYesNo = 4, boxYesNoCancel = 3;
 
 Host* livingHost = nullptr;
 
@@ -56,6 +56,10 @@ const platform::DesktopBackend commandLineDesktop{recordBox};
 
 }  // namespace
 
+std::string pathTooLong(const std::string& path) {
+  return path + ": the path is longer than " + std::to_string(fileNameBytes - 1) + " bytes";
+}
+
 Host& host() { return *livingHost; }
 
 MessageRecorder::MessageRecorder() : shown_(platform::desktopBackend()), recording_(shown_) {
@@ -96,18 +100,19 @@ bool Host::openEdit(const std::string& name) {
     opened = openMediaClip(name);
   const ClipFormat& format = opened.format;
   if (!opened.open) {
-    addMessage("\"" + name + "\" names no clip format that can be opened");
+    tell("\"" + name + "\" names no clip format that can be opened");
     return false;
   }
   if (format.width > limits.maxWidth || format.height > limits.maxHeight) {
-    addMessage("an image of " + std::to_string(format.width) + "x" + std::to_string(format.height) +
-               " is larger than the settings allow (" + std::to_string(limits.maxWidth) + "x" +
-               std::to_string(limits.maxHeight) + ")");
+    tell("an image of " + std::to_string(format.width) + "x" + std::to_string(format.height) +
+         " is larger than the settings allow (" + std::to_string(limits.maxWidth) + "x" +
+         std::to_string(limits.maxHeight) + ")");
     return false;
   }
   closeEdit();
   edit = std::move(opened);
   plugins.broadcast(zenlay::messageFileOpen);
+  if (desktop.opened) desktop.opened();
   noteChange(true);
   return true;
 }
@@ -142,6 +147,8 @@ platform::Font* Host::hostFont() {
   if (!font_) font_ = platform::openFont(fontFace, fontSize, fontWeight, false);
   return font_;
 }
+
+void Host::tell(const std::string& problem) { platform::messageBox(nullptr, problem.c_str(), "Cinora", warningBox); }
 
 std::vector<std::string> Host::takeMessages() { return std::exchange(messages_, {}); }
 

@@ -33,6 +33,7 @@ struct DesktopPorts {
   /// These two: false when it was cancelled or failed, after a message.
   std::function<bool(const std::string& path)> openProject;
   std::function<bool(const ExportRequest&)> exportFilm;
+  std::function<void()> opened;  // a clip, by whomever
   /// The clip, its selection or its current frame changed, or with `picture` what its frames show.
   std::function<void(bool picture)> changed;
 };
@@ -60,6 +61,8 @@ struct MenuItem {
 };
 
 inline constexpr size_t fileNameBytes = 260;  // of a name a file dialog gives, with the NUL
+/// What is told about a longer one.
+std::string pathTooLong(const std::string& path);
 
 /// What the host's file dialogs answer; empty: cancelled.
 struct DialogAnswers {
@@ -75,7 +78,7 @@ class Host {
   Host& operator=(const Host&) = delete;
 
   /// Opens a clip named after its format ("640x480_30fps_44100Hz.zenlay"), or the film `name` itself, and tells the
-  /// filters; an open one is closed first. False, with a message, when there is no such format or the image
+  /// filters; an open one is closed first. False, after a message, when there is no such format or the image
   /// would be too large.
   bool openEdit(const std::string& name);
   void closeEdit();
@@ -90,7 +93,9 @@ class Host {
   /// The font of the host's notes, opened when first asked for; null when no font is installed.
   platform::Font* hostFont();
 
-  /// Message boxes that were shown and not taken yet, one line each.
+  /// A message box, which only is recorded without a desktop or while a MessageRecorder lives.
+  void tell(const std::string& problem);
+  /// Message boxes that were recorded and not taken yet, one line each.
   std::vector<std::string> takeMessages();
   void addMessage(const std::string& line) { messages_.push_back(line); }
 

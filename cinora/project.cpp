@@ -86,8 +86,7 @@ Filter& editorOf(Host& host) {
 
 /// Gives the editor a command whose file dialog answers with the path. The command's result.
 intptr_t commandWithFile(Host& host, int command, const std::string& path, std::string DialogAnswers::*dialog) {
-  if (path.size() >= fileNameBytes)
-    throw Failure(path + ": the path is longer than " + std::to_string(fileNameBytes - 1) + " bytes");
+  if (path.size() >= fileNameBytes) throw Failure(pathTooLong(path));
   host.dialogs.*dialog = path;
   intptr_t result = platform::sendMessage(editorOf(host).window, zenlay::messageCommand, command, 0);
   host.dialogs = {};
@@ -131,26 +130,8 @@ void openHostProject(Host& host, const std::string& path, const ProjectFile& pro
 }
 
 void saveHostProject(Host& host, const std::string& path) {
-  ProjectFile project{.clipName = host.edit.name,
-                      .format = host.edit.format,
-                      .frameCount = host.edit.frameCount,
-                      .currentFrame = host.edit.currentFrame,
-                      .selectionFirst = host.edit.selectionFirst,
-                      .selectionLast = host.edit.selectionLast,
-                      .filters = {}};
-  for (const auto& filter : host.plugins.filters()) {
-    zenlay::HostFilterRecord* record = filter->record;
-    int32_t size = 0;
-    if (!record->projectSave || record->projectSave(record, host.editHandle(), nullptr, &size) != 1 || size < 0)
-      continue;
-    std::string data(size, '\0');
-    if (record->projectSave(record, host.editHandle(), data.data(), &size) != 1)
-      failWithMessage(host, path, "a filter could not save its data");
-    data.resize(std::min<size_t>(data.size(), size));
-    project.filters.push_back({record->name, std::move(data)});
-  }
-  project.filters.insert(project.filters.end(), host.absentFilters.begin(), host.absentFilters.end());
-  if (std::string reason = writeProject(path, project); !reason.empty()) throw Failure(path + ": " + reason);
+  std::string reason = writeProject(path, takeProject(host, path));
+  if (!reason.empty()) throw Failure(path + ": " + reason);
 }
 
 void saveBackup(Host& host, const std::string& path) {
@@ -207,6 +188,29 @@ FilmFile readFilmFile(const std::string& path) {
     throw Failure(path + ": an image of " + std::to_string(film.width) + "x" + std::to_string(film.height) +
                   " is larger than can be made");
   return film;
+}
+
+ProjectFile takeProject(Host& host, const std::string& name) {
+  ProjectFile project{.clipName = host.edit.name,
+                      .format = host.edit.format,
+                      .frameCount = host.edit.frameCount,
+                      .currentFrame = host.edit.currentFrame,
+                      .selectionFirst = host.edit.selectionFirst,
+                      .selectionLast = host.edit.selectionLast,
+                      .filters = {}};
+  for (const auto& filter : host.plugins.filters()) {
+    zenlay::HostFilterRecord* record = filter->record;
+    int32_t size = 0;
+    if (!record->projectSave || record->projectSave(record, host.editHandle(), nullptr, &size) != 1 || size < 0)
+      continue;
+    std::string data(size, '\0');
+    if (record->projectSave(record, host.editHandle(), data.data(), &size) != 1)
+      failWithMessage(host, name, "a filter could not save its data");
+    data.resize(std::min<size_t>(data.size(), size));
+    project.filters.push_back({record->name, std::move(data)});
+  }
+  project.filters.insert(project.filters.end(), host.absentFilters.begin(), host.absentFilters.end());
+  return project;
 }
 
 void openProject(Host& host, const FilmFile& film) {

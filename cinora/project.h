@@ -24,6 +24,8 @@ struct FilmFile {
 /// image than there may be.
 FilmFile readFilmFile(const std::string& path);
 
+/// What is open, as a project's file would hold it. Throws Failure, which begins with `name`.
+ProjectFile takeProject(Host&, const std::string& name);
 /// Throws Failure with the message of the filter, or the reason.
 void openProject(Host&, const FilmFile&);
 void saveProject(Host&, const std::string& path);

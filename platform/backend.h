@@ -45,6 +45,7 @@ struct DesktopBackend {
   void (*setItems)(Window* control);
   void (*setIcon)(Window* control);
   void (*setMuted)(Window* control);
+  void (*setSwatch)(Window* control);
   void (*setTip)(Window* control);
   void (*selectText)(Window* control);
   void (*setDropWidth)(Window* control);
@@ -55,6 +56,7 @@ struct DesktopBackend {
   Size (*dialogUnits)();  // mean width and height of a character
 
   Point (*cursorPosition)();
+  intptr_t (*screenButtons)();
   Window* (*windowAt)(Point screen);
   int (*screenPixel)(Point screen);
   Rect (*virtualScreen)();

@@ -145,6 +145,18 @@ void setControlMuted(Window* window, bool muted) {
   tell(&DesktopBackend::setMuted, window);
 }
 
+void setControlSwatch(Window* window, int color) {
+  ControlRecord* c = controlRecord(window);
+  if (!c || c->swatch == color) return;
+  c->swatch = color;
+  tell(&DesktopBackend::setSwatch, window);
+}
+
+int controlSwatch(Window* window) {
+  ControlRecord* c = controlRecord(window);
+  return c ? c->swatch : -1;
+}
+
 void selectText(Window* window, int first, int last) {
   ControlRecord* c = controlRecord(window);
   if (!c) return;

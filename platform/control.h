@@ -89,6 +89,9 @@ const std::string& controlIcon(Window*);
 void setControlTip(Window*, const char* text);
 /// Draws the text in colorGreyText, though the control works.
 void setControlMuted(Window*, bool muted);
+/// A square of that colour, 0xRRGGBB, before a label's text; -1 takes it away.
+void setControlSwatch(Window* label, int color);
+int controlSwatch(Window* label);
 /// Of an edit box, in characters; last = -1 is the end of the text.
 void selectText(Window*, int first, int last);
 /// Of a combo box: how wide its list opens; 0 the box's own width.

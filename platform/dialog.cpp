@@ -41,6 +41,9 @@ bool takesFocus(Window* control) {
     case controlSeparator:
     case controlSpinButton:
       return false;
+    case controlRadioButton:  // of a group the chosen one
+      if (controlValue(control) == 0) return false;
+      [[fallthrough]];
     default:
       return windowShown(control) && windowEnabled(control);
   }
@@ -57,8 +60,8 @@ void placeDialog(Window* window, Window* owner, const DialogPlace& place) {
   Rect outer = windowPlace(window), screen = virtualScreen();
   Point centre = cursorPosition();
   if (place.kind == DialogPlace::overOwner && windowLives(owner)) {
-    Size size = clientSize(owner);
-    centre = clientToScreen(owner, {size.width / 2, size.height / 2});
+    Rect below = windowPlace(owner);
+    centre = {below.x + below.width / 2, below.y + below.height / 2};
   }
   Point corner{centre.x - outer.width / 2, centre.y - outer.height / 2};
   if (place.kind == DialogPlace::at) corner = {0, 0};

@@ -186,4 +186,20 @@ int characterBytes(const char* text) {
   return next.valid ? next.bytes : 1;
 }
 
+int64_t takeDigits(const char*& text, int64_t most) {
+  int64_t number = 0;
+  for (; isDigit(*text); text++) number = number > (most - (*text - '0')) / 10 ? most : number * 10 + (*text - '0');
+  return number;
+}
+
+std::string wholeCharacters(const std::string& text, size_t bytes) {
+  size_t used = 0;
+  while (used < text.size()) {
+    size_t next = used + static_cast<size_t>(characterBytes(text.c_str() + used));
+    if (next > bytes) break;
+    used = next;
+  }
+  return text.substr(0, used);
+}
+
 }  // namespace platform

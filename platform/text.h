@@ -27,5 +27,10 @@ std::string ansiFromFile(std::string_view bytes);
 /// Bytes of the character at `text` (which ends in NUL): 2 for a double-byte pair of page 932, the length of a complete
 /// sequence in UTF-8, otherwise 1.
 int characterBytes(const char* text);
+inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
+/// The number at `text`, which moves behind its digits: 0 without digits, at most `most`.
+int64_t takeDigits(const char*& text, int64_t most);
+/// The text's first whole characters that fit into so many bytes.
+std::string wholeCharacters(const std::string& text, size_t bytes);
 
 }  // namespace platform

@@ -65,6 +65,10 @@ bool goesToOwner(ControlKind kind, uint32_t message) {
 }
 
 intptr_t mouseState() { return input.mouse; }
+intptr_t screenButtons() {
+  if (desktopBackend().screenButtons) return desktopBackend().screenButtons();
+  return input.mouse & (mouseLeft | mouseRight | mouseMiddle);
+}
 bool keyIsDown(Key key) { return key >= 0 && key < 256 && input.keys[key]; }
 Point cursorPosition() { return desktopBackend().cursorPosition ? desktopBackend().cursorPosition() : input.cursor; }
 

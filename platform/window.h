@@ -35,7 +35,7 @@ enum WindowMessage : uint32_t {
   messageRightUp = 0x205,
   messageMiddleDown = 0x207,
   messageMiddleUp = 0x208,
-  messageMouseWheel = 0x20A,   // first: MouseState bits | notches << 16, positive away from the user
+  messageMouseWheel = 0x20A,   // first: MouseState bits | notches << 16, positive away from the user; 1 = taken
   messageSizing = 0x214,       // second: Rect* of the outer rectangle the user drags to; may be changed
   messageCaptureLost = 0x215,  // second: the Window* that has the capture now, or null; also after releaseMouse
   messageEnterSizeMove = 0x231,
@@ -171,6 +171,8 @@ Point cursorPosition();  // screen
 /// Of the keyboard and the mouse as they are now.
 intptr_t mouseState();
 bool keyIsDown(Key);
+/// MouseState bits of the buttons held now, whichever program's window they were pressed in.
+intptr_t screenButtons();
 
 /// messageTimer every `milliseconds` until stopped; the same id again restarts it. Without a desktop no time passes.
 void startTimer(Window*, int id, int milliseconds);

@@ -22,6 +22,7 @@ struct ControlRecord {
   int selectionFirst = 0, selectionLast = 0;
   int dropWidth = 0;
   bool muted = false;
+  int swatch = -1;
   std::vector<std::string> items;
   std::string icon, tip;
   WindowProcedure hook = nullptr;

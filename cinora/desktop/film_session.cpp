@@ -73,21 +73,41 @@ void FilmSession::load(const std::string& path) {
 }
 
 void FilmSession::openFile(const std::string& given) {
-  std::string path = fullPath(given), before = path_;
+  std::string path = fullPath(given);
   check(path);
+  std::optional<Kept> before = keep();
   try {
     load(path);
   } catch (...) {
-    if (host_.edit.open) host_.closeEdit();
-    path_.clear();
-    source_.clear();
+    close();
     try {
-      if (!before.empty() && before != path) load(before), adopt(before);
+      reopen(before);
     } catch (const std::exception&) {  // what is told is why the new file did not open
     }
     throw;
   }
   adopt(path);
+}
+
+std::optional<FilmSession::Kept> FilmSession::keep() {
+  if (!open()) return {};
+  bool unsaved = modified();
+  try {
+    FilmFile film{.path = host_.projectFile, .kind = ProjectKind::project, .project = takeProject(host_, name())};
+    return Kept{std::move(film), path_, source_, saved_, unsaved};
+  } catch (const Failure&) {
+    return {};
+  }
+}
+
+void FilmSession::reopen(const std::optional<Kept>& kept) {
+  if (!kept) return;
+  openProject(host_, kept->film);
+  path_ = kept->path;
+  source_ = kept->source;
+  saved_ = kept->modified ? kept->saved : fingerprint();
+  modified_ = kept->modified;
+  suspect_ = false;
 }
 
 void FilmSession::adopt(const std::string& path) {
@@ -106,7 +126,6 @@ void FilmSession::create(const ClipFormat& format) {
     std::vector<std::string> messages = host_.takeMessages();
     throw Failure(messages.empty() ? "the project cannot be made" : messages.front());
   }
-  begin();
 }
 
 void FilmSession::begin() {

@@ -1,10 +1,12 @@
 // The film being worked on as a document: its file, whether it holds unsaved work, the files opened lately.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cinora/host.h"
+#include "cinora/project.h"
 
 namespace cinora::desktop {
 
@@ -23,13 +25,23 @@ class FilmSession {
   /// Throws WrongUsage or Failure when the file cannot be a film's; what is open stays as it is.
   void check(const std::string& path) const;
   /// Opens a project, object file, backup, or any file the plug-in takes by drop as a new project with it on the first
-  /// layer. Throws Failure; the project open before is then open again as it was saved.
+  /// layer. Throws Failure; the project open before is then open again, unsaved work included.
   void openFile(const std::string& path);
   /// An empty project. Throws Failure.
   void create(const ClipFormat&);
   void close();
-  /// A plug-in has made the project that is open.
+  /// A clip was opened: the project on it has no file and nothing to lose yet.
   void begin();
+  /// The project that is open with its unsaved work, and back to it. There is nothing to go back to when none is open
+  /// or a filter cannot tell its part.
+  struct Kept {
+    FilmFile film;
+    std::string path, source;
+    size_t saved;
+    bool modified;
+  };
+  std::optional<Kept> keep();
+  void reopen(const std::optional<Kept>&);  // throws Failure
   /// Onto the first layer of the open project, as if dropped there. Throws Failure.
   void place(const std::string& path);
   /// Whether `save` needs no other name.

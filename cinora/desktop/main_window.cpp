@@ -116,6 +116,9 @@ void MainWindow::fillPorts(DesktopPorts& ports) {
     if (session_) openFile(path);
     return session_ && session_->path() == path;
   };
+  ports.opened = [this] {
+    if (session_) session_->begin();
+  };
   ports.changed = [this](bool picture) { noteChange(picture); };
 }
 

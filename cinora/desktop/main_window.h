@@ -100,9 +100,9 @@ class MainWindow : public QMainWindow {
   void fillPluginMenu();
   bool runKey(int key);
   bool runHostCommand(int command);
-  void runPluginCommand(const char* entry);
+  void runPluginCommand(int command);
   void sendPluginCommand(const MenuItem&);
-  const MenuItem* pluginEntry(const char* entry) const;
+  const MenuItem* pluginEntry(int command) const;
   int undoSteps() const;
 
   void newProject();

@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QRegularExpression>
 #include <QStatusBar>
 
 #include "cinora/desktop/export_dialog.h"
@@ -39,6 +40,23 @@ QString qtFilter(const char* list) {
     filters.push_back(label + " (" + patterns + ")");
   }
   return filters.join(";;");
+}
+
+/// ".cnp" of "Project (*.cnp)": the first extension that files of the filter have.
+QString suffixOf(const QString& filter) {
+  static const QRegularExpression extension(R"(\*\.(\w+))");
+  return extension.match(filter).captured(1);
+}
+
+/// Empty when cancelled. A name typed without extension gets that of the chosen kind.
+std::string askSavePath(QWidget* parent, const QString& title, const QString& filters, const QString& suggested) {
+  QFileDialog dialog(parent, title, QString(), filters);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(suffixOf(dialog.selectedNameFilter()));
+  QObject::connect(&dialog, &QFileDialog::filterSelected,
+                   [&](const QString& filter) { dialog.setDefaultSuffix(suffixOf(filter)); });
+  dialog.selectFile(suggested);
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().first().toStdString() : "";
 }
 
 std::string firstFile(const QMimeData* data) {
@@ -135,12 +153,8 @@ bool MainWindow::save() { return session_->hasProjectFile() ? saveTo(session_->p
 
 bool MainWindow::saveAs() {
   if (!session_->open()) return false;
-  QFileDialog dialog(this, "Save As", QString(), saveFilter);
-  dialog.setAcceptMode(QFileDialog::AcceptSave);
-  dialog.setDefaultSuffix("cnp");
-  dialog.selectFile(QString::fromStdString(session_->suggestedPath()));
-  if (dialog.exec() != QDialog::Accepted) return false;
-  return saveTo(dialog.selectedFiles().first().toStdString());
+  std::string path = askSavePath(this, "Save As", saveFilter, QString::fromStdString(session_->suggestedPath()));
+  return !path.empty() && saveTo(path);
 }
 
 void MainWindow::closeFilm() {
@@ -178,9 +192,8 @@ bool MainWindow::runExport(const ExportRequest& request) {
 
 std::string MainWindow::askFileName(bool save, const char* filter, const char* initial) {
   QString name = QString::fromUtf8(initial ? initial : "");
-  QString path = save ? QFileDialog::getSaveFileName(this, "Save", name, qtFilter(filter))
-                      : QFileDialog::getOpenFileName(this, "Open", name, qtFilter(filter));
-  return path.toStdString();
+  if (save) return askSavePath(this, "Save", qtFilter(filter), name);
+  return QFileDialog::getOpenFileName(this, "Open", name, qtFilter(filter)).toStdString();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -7,7 +7,6 @@
 
 #include "cinora/desktop/main_window.h"
 #include "cinora/desktop/plugin_docks.h"
-#include "cinora/failure.h"
 #include "cinora/project.h"
 #include "platform/icons.h"
 #include "platform/qt/qt_desktop.h"
@@ -18,10 +17,9 @@ namespace {
 enum MenuIndex { menuFile, menuEdit, menuView, menuPlayback, menuPlugin, menuHelp, menuCount };
 constexpr const char* menuTitles[menuCount] = {"&File", "&Edit", "&View", "&Playback", "", "&Help"};
 
-/// Shown among the host's own actions, or moved there from the plug-in's.
-constexpr char newEntry[] = "Creating a New Project", copyEntry[] = "Copy object (main window)",
-               pasteEntry[] = "Paste the object (main window)", deleteEntry[] = "Delete object (main window)";
-constexpr const char* entriesOfOwn[] = {newEntry, copyEntry, pasteEntry, deleteEntry};
+/// The editor's entries that stand among the host's own actions.
+constexpr int entriesOfOwn[] = {zenlay::commandNewProject, zenlay::commandHostCopy, zenlay::commandHostPaste,
+                                zenlay::commandHostDelete};
 
 constexpr char iconMarkIn[] = "mark_in", iconMarkOut[] = "mark_out";  // of this folder's own resources
 
@@ -174,7 +172,8 @@ void MainWindow::fillPluginMenu() {
   QList<QKeySequence> taken;
   for (QAction* own : actions_) taken += own->shortcuts();
   for (const MenuItem& item : items) {
-    if (std::find(std::begin(entriesOfOwn), std::end(entriesOfOwn), item.entry) != std::end(entriesOfOwn)) continue;
+    bool own = std::find(std::begin(entriesOfOwn), std::end(entriesOfOwn), item.command) != std::end(entriesOfOwn);
+    if (own && &item == pluginEntry(item.command)) continue;
     QString text = QString::fromStdString(item.entry).replace('&', "&&");
     QKeySequence keys = sequenceOf(item.key, item.modifiers);
     bool free = !keys.isEmpty() && !taken.contains(keys);
@@ -202,10 +201,12 @@ bool MainWindow::runKey(int key) {
   return false;
 }
 
-const MenuItem* MainWindow::pluginEntry(const char* entry) const {
-  auto found = std::find_if(host_->menuItems.begin(), host_->menuItems.end(),
-                            [entry](const MenuItem& item) { return item.entry == entry; });
-  return found == host_->menuItems.end() ? nullptr : &*found;
+/// The editor's own; null when it offers none.
+const MenuItem* MainWindow::pluginEntry(int command) const {
+  const Filter* editor = host_->plugins.editor();
+  for (const MenuItem& item : host_->menuItems)
+    if (editor && item.filter == editor->record && item.command == command) return &item;
+  return nullptr;
 }
 
 /// The plug-ins take some commands only when the main window is the active one.
@@ -215,8 +216,8 @@ void MainWindow::sendPluginCommand(const MenuItem& item) {
   tellMessages();
 }
 
-void MainWindow::runPluginCommand(const char* entry) {
-  const MenuItem* item = pluginEntry(entry);
+void MainWindow::runPluginCommand(int command) {
+  const MenuItem* item = pluginEntry(command);
   if (!item) return;
   QPointer<QWidget> focus = QApplication::focusWidget();
   platform::focusWindow(frame_);
@@ -228,9 +229,9 @@ void MainWindow::cut() {
   copy();
   remove();
 }
-void MainWindow::copy() { runPluginCommand(copyEntry); }
-void MainWindow::paste() { runPluginCommand(pasteEntry); }
-void MainWindow::remove() { runPluginCommand(deleteEntry); }
+void MainWindow::copy() { runPluginCommand(zenlay::commandHostCopy); }
+void MainWindow::paste() { runPluginCommand(zenlay::commandHostPaste); }
+void MainWindow::remove() { runPluginCommand(zenlay::commandHostDelete); }
 
 void MainWindow::undo() {
   Filter* editor = host_->plugins.editor();
@@ -254,34 +255,29 @@ void MainWindow::updateActions() {
                       ActionId::zoomIn, ActionId::zoomOut, ActionId::zoomFit, ActionId::zoomWhole})
     action(id)->setEnabled(film);
   action(ActionId::undo)->setEnabled(film && undoSteps() > 0);
-  const std::pair<ActionId, const char*> entries[] = {{ActionId::cut, deleteEntry},
-                                                      {ActionId::copy, copyEntry},
-                                                      {ActionId::paste, pasteEntry},
-                                                      {ActionId::remove, deleteEntry}};
-  for (const auto& [id, entry] : entries) action(id)->setEnabled(film && pluginEntry(entry));
+  constexpr std::pair<ActionId, int> entries[] = {{ActionId::cut, zenlay::commandHostDelete},
+                                                  {ActionId::copy, zenlay::commandHostCopy},
+                                                  {ActionId::paste, zenlay::commandHostPaste},
+                                                  {ActionId::remove, zenlay::commandHostDelete}};
+  for (const auto& [id, command] : entries) action(id)->setEnabled(film && pluginEntry(command));
   action(ActionId::play)->setIcon(platform::qt::themedIcon(playing ? platform::iconPause : platform::iconPlay));
   action(ActionId::play)->setText(playing ? "&Pause" : "&Play");
 }
 
-/// By the plug-in's dialog, which it shows only when nothing is open.
+/// By the plug-in's dialog, which it shows only when nothing is open: what was open is kept until there is an answer.
 void MainWindow::newProject() {
+  const MenuItem* item = pluginEntry(zenlay::commandNewProject);
+  if (!item)
+    return tell(host_->plugins.editor() ? "the editing plug-in makes no projects" : host_->plugins.whyNoEditor());
   if (!mayDiscard()) return;
-  const MenuItem* item = pluginEntry(newEntry);
-  if (!item) {
-    try {
-      session_->create({1920, 1080, 30, 1, 48000, 2});
-    } catch (const Failure& failure) {
-      tell(failure.what());
-    }
-    return refreshNow();
-  }
-  std::string before = session_->path();
+  const std::optional<FilmSession::Kept> before = session_->keep();
   session_->close();
-  platform::sendMessage(item->window, zenlay::messageHostCommand, item->command, 0);
-  if (host_->edit.open)
-    session_->begin();
-  else if (!before.empty())
-    openFile(before);
+  sendPluginCommand(*item);
+  try {
+    if (!session_->open()) session_->reopen(before);
+  } catch (const std::exception& error) {
+    tell(error.what());
+  }
   refreshNow();
 }
 

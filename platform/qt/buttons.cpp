@@ -19,10 +19,18 @@ void TextButton::paintEvent(QPaintEvent*) {
   QStyleOptionButton option;
   initStyleOption(&option);
   int room = width() - 2 * textMargin - (icon().isNull() ? 0 : iconSize().width() + 4);
-  option.text = fontMetrics().elidedText(option.text, Qt::ElideRight, room, Qt::TextShowMnemonic);
+  QStylePainter painter(this);
+  QFont narrow = font();
+  for (int stretch : {100, 87, 75}) {
+    if (stretch != 100) narrow.setStretch(stretch);
+    if (QFontMetrics(narrow).size(Qt::TextShowMnemonic, option.text).width() <= room) break;
+  }
+  painter.setFont(narrow);
+  option.fontMetrics = QFontMetrics(narrow);
+  option.text = option.fontMetrics.elidedText(option.text, Qt::ElideRight, room, Qt::TextShowMnemonic);
   if (isEnabled() && (isDown() || isChecked()))
     option.palette.setColor(QPalette::ButtonText, option.palette.color(QPalette::HighlightedText));
-  QStylePainter(this).drawControl(QStyle::CE_PushButton, option);
+  painter.drawControl(QStyle::CE_PushButton, option);
 }
 
 IconButton::IconButton(QWidget* parent) : QAbstractButton(parent) {

@@ -5,7 +5,7 @@
 
 namespace platform::qt {
 
-/// Shortens a text that is wider than the button.
+/// Narrows and then shortens a text that is wider than the button.
 struct TextButton : QPushButton {
   using QPushButton::QPushButton;
   void paintEvent(QPaintEvent*) override;

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 
@@ -42,8 +43,27 @@ void followClicks(NativeWindow* native) {
 
 void showChecked(NativeWindow* native) { as<QAbstractButton>(native)->setChecked(controlValue(native->window)); }
 
+constexpr int swatchWidth = 22, swatchHeight = 12, swatchGap = 6;
+
+/// With the square of its record before the text.
+struct Label : QLabel {
+  using QLabel::QLabel;
+  int swatch() const {
+    Window* window = windowOf(this);
+    return window ? controlSwatch(window) : -1;
+  }
+  void paintEvent(QPaintEvent* event) override {
+    QLabel::paintEvent(event);
+    if (swatch() < 0) return;
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.setBrush(QColor::fromRgb(static_cast<QRgb>(swatch())));
+    painter.drawRect(0, (height() - swatchHeight) / 2, swatchWidth - 1, swatchHeight - 1);
+  }
+};
+
 QWidget* makeLabel(QWidget* parent, const ControlRecord& record) {
-  auto* label = new QLabel(parent);
+  auto* label = new Label(parent);
   label->setTextFormat(Qt::PlainText);
   label->setAlignment(alignmentOf(record.style));
   if (record.style & controlSunken) label->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
@@ -85,7 +105,8 @@ QWidget* makeEdit(QWidget* parent, const ControlRecord& record) {
   auto* edit = new QLineEdit(parent);
   edit->setAlignment(alignmentOf(record.style));
   edit->setFrame(!(record.style & controlFlat));
-  edit->setAcceptDrops(false);  // files go to the window
+  if (record.style & controlFlat) edit->setFocusPolicy(Qt::TabFocus);  // a press may be the beginning of a drag
+  edit->setAcceptDrops(false);                                         // files go to the window
   if (record.style & controlNumber) {
     edit->setAttribute(Qt::WA_InputMethodEnabled, false);
     edit->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
@@ -275,6 +296,13 @@ void run(Follow follow, Window* control) {
   if (follow) follow(control->native);
 }
 
+/// Outside of dialogs a click on a button or slider leaves the keys with the window.
+void leaveKeysToWindow(Window* control, QWidget* widget) {
+  if (control->owner->style & windowDialog || !(widget->focusPolicy() & Qt::ClickFocus)) return;
+  if (qobject_cast<QAbstractButton*>(widget) || qobject_cast<QAbstractSlider*>(widget))
+    widget->setFocusPolicy(Qt::TabFocus);
+}
+
 }  // namespace
 
 void createControl(Window* control) {
@@ -284,6 +312,7 @@ void createControl(Window* control) {
   native->setValue = kind.showValue;
   widget->installEventFilter(native);
   widget->setGeometry(toQt(control->place));
+  leaveKeysToWindow(control, widget);
   run(kind.connect, control);
   run(kind.showText, control);
   run(kind.showRange, control);
@@ -308,6 +337,12 @@ void setTip(Window* control) {
 }
 
 void setMuted(Window* control) { applyColours(control); }
+
+void setSwatch(Window* control) {
+  if (auto* label = qobject_cast<QLabel*>(control->native->widget))
+    label->setIndent(controlSwatch(control) < 0 ? -1 : swatchWidth + swatchGap);
+  control->native->widget->update();
+}
 
 void applyColours(Window* control) {
   const ControlRecord& record = *control->control;

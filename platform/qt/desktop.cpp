@@ -1,7 +1,10 @@
 // The backend's table, and what concerns the screen as a whole.
+#include <xcb/xcb.h>
+
 #include <QApplication>
 #include <QCursor>
 #include <QScreen>
+#include <cstdlib>
 
 #include "platform/qt/native.h"
 #include "platform/user_input.h"
@@ -14,6 +17,21 @@ namespace platform::qt {
 namespace {
 
 Point cursorPosition() { return fromQt(QCursor::pos()); }
+intptr_t screenButtons() {
+  auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+  if (!x11) return stateOf(Qt::NoModifier, QGuiApplication::mouseButtons());
+  xcb_connection_t* connection = x11->connection();
+  const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+  xcb_query_pointer_reply_t* reply = xcb_query_pointer_reply(connection, xcb_query_pointer(connection, root), nullptr);
+  const int mask = reply ? reply->mask : 0;
+  free(reply);
+  intptr_t state = 0;
+  if (mask & XCB_BUTTON_MASK_1) state |= mouseLeft;
+  if (mask & XCB_BUTTON_MASK_2) state |= mouseMiddle;
+  if (mask & XCB_BUTTON_MASK_3) state |= mouseRight;
+  return state;
+}
+
 Window* windowAt(Point screen) { return windowOf(QApplication::widgetAt(toQt(screen))); }
 
 int screenPixel(Point at) {
@@ -94,6 +112,7 @@ constexpr DesktopBackend table{
     .setItems = setItems,
     .setIcon = setIcon,
     .setMuted = setMuted,
+    .setSwatch = setSwatch,
     .setTip = setTip,
     .selectText = selectText,
     .setDropWidth = setDropWidth,
@@ -102,6 +121,7 @@ constexpr DesktopBackend table{
     .endModal = endModal,
     .dialogUnits = dialogUnits,
     .cursorPosition = cursorPosition,
+    .screenButtons = screenButtons,
     .windowAt = windowAt,
     .screenPixel = screenPixel,
     .virtualScreen = virtualScreen,

@@ -56,6 +56,7 @@ int messageBox(Window* owner, const char* text, const char* caption, uint32_t st
   box->setEscapeButton(buttonOf(row.escape));
   int pressed = box->exec();
   delete box;
+  holdPresentModifiers();
   if (focused) focusWindow(focused);
   for (int i = 0; i < row.count; i++)
     if (buttonOf(row.buttons[i]) == pressed) return row.buttons[i];
@@ -68,6 +69,7 @@ void runModal(Window* dialog) {
   QEventLoop loop;
   native->modal = &loop;
   loop.exec(QEventLoop::DialogExec);
+  holdPresentModifiers();
   if (native) native->modal = nullptr;
 }
 

@@ -1,4 +1,5 @@
 // Keys by their virtual-key numbers, and their way through hooks and windows before anything of Qt's sees them.
+#include <QAbstractButton>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QKeyEvent>
@@ -120,6 +121,13 @@ Window* targetOf(QObject* receiver) {
   return widget == focus && window && nativeOf(window)->attached ? window : nullptr;
 }
 
+/// Enter does what Space does.
+bool pressButton(Window* window) {
+  auto* button = qobject_cast<QAbstractButton*>(widgetOf(window));
+  if (button) button->click();
+  return button;
+}
+
 struct KeyRouter : QObject {
   bool eventFilter(QObject*, QEvent*) override;
   bool route(Window*, const QKeyEvent*);
@@ -157,6 +165,7 @@ bool KeyRouter::route(Window* window, const QKeyEvent* event) {
     user::holdModifiers(stateOf(event->modifiers(), Qt::NoButton));
   bool taken = attached ? runKeyHooks(number, down) : user::key(number, down, repeats);
   sinceKey.start();
+  if (!taken && down && !repeats && number == keyEnter && pressButton(window)) return true;
   return taken;
 }
 

@@ -37,6 +37,7 @@ int showMenu(const Menu* menu, Window* owner, Point screen) {
   QAction* chosen = shown->exec(toQt(screen));
   int id = shown && chosen ? chosen->data().toInt() : 0;
   delete shown;
+  holdPresentModifiers();
   return id;
 }
 

@@ -49,6 +49,8 @@ inline Rect fromQt(const QRect& r) { return {r.x(), r.y(), r.width(), r.height()
 QString plainText(const std::string&);
 
 intptr_t stateOf(Qt::KeyboardModifiers, Qt::MouseButtons);
+/// After a menu or dialog, which has kept the keys to itself.
+void holdPresentModifiers();
 
 // windows.cpp
 void createWindow(Window*);
@@ -84,6 +86,7 @@ void setItems(Window*);
 void setIcon(Window*);
 void setTip(Window*);
 void setMuted(Window*);
+void setSwatch(Window*);
 void selectText(Window*);
 void setDropWidth(Window*);
 void setControlText(Window*);

@@ -1,6 +1,7 @@
 // Windows as widgets: creation, place, state, and which widget is whose.
 #include <QApplication>
 #include <QMouseEvent>
+#include <QScrollArea>
 #include <QTimerEvent>
 #include <QWheelEvent>
 
@@ -132,6 +133,13 @@ int notchesOf(const QWheelEvent* event) {
   return notches;
 }
 
+/// Where the window stands inside something that scrolls.
+void bringIntoView(QWidget* widget) {
+  constexpr int margin = 12;
+  for (QWidget* around = widget->parentWidget(); around; around = around->parentWidget())
+    if (auto* area = qobject_cast<QScrollArea*>(around)) return area->ensureWidgetVisible(widget, margin, margin);
+}
+
 /// The widget may be handling an event: it goes when that is over.
 void destroySurface(Window* window) {
   NativeWindow* native = window->native;
@@ -256,6 +264,7 @@ void focus(Window* window) {
   QWidget* widget = window->native->widget;
   if (!widget->window()->isActiveWindow() && widget->isVisible()) widget->activateWindow();
   widget->setFocus(Qt::OtherFocusReason);
+  if (window->control) bringIntoView(widget);
 }
 
 void capture(Window* window) {
@@ -282,6 +291,8 @@ intptr_t stateOf(Qt::KeyboardModifiers modifiers, Qt::MouseButtons buttons) {
   return state;
 }
 
+void holdPresentModifiers() { user::holdModifiers(stateOf(QGuiApplication::queryKeyboardModifiers(), Qt::NoButton)); }
+
 bool sendMouse(NativeWindow* native, QEvent* event) {
   Window* window = native->window;
   uint32_t message = messageMouseWheel;
@@ -290,8 +301,11 @@ bool sendMouse(NativeWindow* native, QEvent* event) {
     auto* wheel = static_cast<QWheelEvent*>(event);
     Point at = fromQt(wheel->position().toPoint());
     int notches = notchesOf(wheel);
+    // What the window does not take is for a scroll area around it.
+    wheel->setAccepted(activeWindow() == topLevelWindow(window));
     if (!notches) return !window->control || goesToOwner(controlKind(window), message);
     answer = user::wheel(window, at, notches, stateOf(wheel->modifiers(), wheel->buttons()));
+    wheel->setAccepted(answer == 1);
   } else {
     auto* mouse = static_cast<QMouseEvent*>(event);
     message = mouseMessage(mouse);

@@ -12,6 +12,7 @@
 #include "platform/window_record.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/qt/events.h"
+#include "zenlay/effects/effect_services.h"
 #include "zenlay/host/module_files.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/scenes.h"
@@ -39,6 +40,11 @@ const Row rows[] = {
      [] {
        std::string interval = "10";
        askText("Move frame interval", interval, textBoxSmall);
+     }},
+    {"numbers",
+     [] {
+       NumberItem numbers[] = {{"Waveform type (0/1)", 1, 0, 1}, {"Hx resolution", 64, 0, 2000}};
+       askNumbers(numbers);
      }},
     {"scene_list",
      [] {

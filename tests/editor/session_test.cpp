@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QDockWidget>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QScrollArea>
 #include <filesystem>
@@ -43,6 +44,33 @@ struct Session : testing::Test {
   QString title() {
     stage.window().refreshNow();
     return stage.window().windowTitle();
+  }
+  bool modified() {
+    title();
+    return stage.window().isWindowModified();
+  }
+  void typeFileName(QFileDialog* dialog, const char* name) {
+    auto* box = dialog->findChild<QLineEdit*>("fileNameEdit");
+    box->setText(QString::fromStdString(stage.folder / name));
+    QTest::keyClick(box, Qt::Key_Return);
+  }
+  /// Types into the plug-in's new-project dialog as soon as it is open, its boxes from top to bottom, and presses a
+  /// key.
+  void answerNewProject(QStringList texts, Qt::Key key) {
+    auto* timer = new QTimer(&stage.window());
+    QObject::connect(timer, &QTimer::timeout, &stage.window(), [=] {
+      for (QWidget* dialog : QApplication::topLevelWidgets()) {
+        if (dialog->windowTitle() != "Create a New Project" || !dialog->isVisible()) continue;
+        timer->deleteLater();
+        QList<QLineEdit*> boxes = dialog->findChildren<QLineEdit*>();
+        for (int i = 0; i < texts.size(); i++) {
+          boxes[i]->selectAll();
+          QTest::keyClicks(boxes[i], texts[i]);
+        }
+        return QTest::keyClick(boxes[0], key);
+      }
+    });
+    timer->start(5);
   }
 };
 
@@ -130,6 +158,77 @@ TEST_F(Session, BadFilesAreOneMessageAndLoseNothing) {
     EXPECT_EQ(stage.window().session().path(), project) << name;
     EXPECT_EQ(stage.colourAt(32, 24), QColor(Qt::white)) << name;
   }
+}
+
+TEST_F(Session, ACancelledNewProjectLosesNothing) {
+  for (bool saved : {false, true}) {
+    stage.window().openFile(film("a.zlo"));
+    if (saved) {
+      ASSERT_TRUE(stage.window().saveTo(stage.folder / "a.cnp"));
+    }
+    edit();
+    ASSERT_TRUE(modified());
+    const std::string before = askEditor(stage.host(), zenlay::queryProject, nullptr);
+    stage.answer(QMessageBox::Discard);
+    answerNewProject({}, Qt::Key_Escape);
+    stage.trigger(ActionId::newProject);
+    EXPECT_EQ(askEditor(stage.host(), zenlay::queryProject, nullptr), before);
+    EXPECT_EQ(title(), saved ? "a.cnp[*] — Cinora" : "a.zlo[*] — Cinora");
+    EXPECT_TRUE(modified());
+    EXPECT_EQ(stage.window().session().hasProjectFile(), saved);
+    stage.answer(QMessageBox::Discard);
+  }
+}
+
+TEST_F(Session, WhatTheHostCannotMakeIsTold) {
+  answerNewProject({"5000", "100"}, Qt::Key_Return);
+  stage.answer(QMessageBox::Ok);
+  stage.trigger(ActionId::newProject);
+  EXPECT_THAT(stage.asked.join("").toStdString(), HasSubstr("larger than the settings allow"));
+  stage.asked.clear();
+  stage.answer(QMessageBox::Ok);
+  stage.host().dialogs.load = "/tmp/" + std::string(300, 'x') + ".zlo";
+  platform::Window* editor = stage.host().plugins.editor()->window;
+  platform::sendMessage(editor, zenlay::messageCommand, zenlay::commandOpenObjectFile, 0);
+  stage.host().dialogs = {};
+  EXPECT_THAT(stage.asked.join("").toStdString(), HasSubstr("longer than 259 bytes"));
+}
+
+TEST_F(Session, AProjectBegunByThePluginHasNothingToLose) {
+  stage.window().openFile(film("a.zlo"));
+  stage.trigger(ActionId::close);
+  answerNewProject({"64", "48", "25", "44100"}, Qt::Key_Return);
+  platform::Window* editor = stage.host().plugins.editor()->window;
+  platform::sendMessage(editor, zenlay::messageCommand, zenlay::commandNewProject, 0);
+  stage.settle();
+  ASSERT_TRUE(stage.host().edit.open);
+  EXPECT_EQ(stage.host().edit.name, "64x48_25fps_44100Hz.zenlay");
+  EXPECT_EQ(title(), "Untitled[*] — Cinora");
+  EXPECT_FALSE(modified());
+  edit();
+  EXPECT_TRUE(modified());
+  stage.answer(QMessageBox::Discard);
+  stage.trigger(ActionId::close);
+}
+
+TEST_F(Session, ANameWithoutExtensionGetsThatOfItsKind) {
+  stage.window().openFile(film("a.zlo"));
+  struct Row {
+    const char *filter, *written;
+  };
+  for (const Row& row : {Row{"Project (*.cnp)", "named.cnp"}, Row{"Backup (*.zenlay_backup)", "named.zenlay_backup"}}) {
+    stage.whenAsked<QFileDialog>([&](QFileDialog* dialog) {
+      dialog->selectNameFilter(row.filter);
+      emit dialog->filterSelected(row.filter);
+      typeFileName(dialog, "named");
+    });
+    stage.trigger(ActionId::saveAs);
+    EXPECT_TRUE(platform::fileExists(stage.folder / row.written)) << row.filter;
+  }
+  stage.whenAsked<QFileDialog>([&](QFileDialog* dialog) { typeFileName(dialog, "objects"); });
+  platform::Window* editor = stage.host().plugins.editor()->window;
+  platform::sendMessage(editor, zenlay::messageCommand, zenlay::commandSaveObjectFile, 0);
+  EXPECT_TRUE(platform::fileExists(stage.folder / "objects.zlo"));
 }
 
 TEST_F(Session, SavingWhereNothingCanBeWrittenKeepsTheMark) {

@@ -61,11 +61,14 @@ class AudioFile : public ::testing::Test {
     };
     s.trackIntegralOf = [](ObjectRef ref, EffectProcessInfo* info, int track) {
       const int32_t* from = ref == videoRef ? videoData.startValues : SoundStage::current->tracks.data();
-      return (int64_t{info->absoluteFrame} * 100 + info->subFrame) * from[track];
+      int64_t time = int64_t{info->absoluteFrame} * 100 + info->subFrame;
+      return (ref == videoRef ? std::min<int64_t>(time, (videoData.lastFrame + 1) * 100) : time) * from[track];
     };
     companion = 0;
     stage.setText(0, "a.wav");
   }
+
+  ~AudioFile() override { closeAllMedia(); }
 
   static constexpr ObjectRef videoRef = 77;
   static inline ObjectRef companion = 0;
@@ -193,6 +196,9 @@ TEST_F(AudioFile, FollowsAVideo) {
   EXPECT_EQ(fakeMedia.opened, std::vector<std::string>{"video.mp4"});
   stage.setText(0, "");
   EXPECT_EQ(block(10, 1), Row({22050 + 14700 - 30000})) << "needs no file of its own";
+  videoData.lastFrame = 29;
+  EXPECT_EQ(block(40, 1), Row({22050 + 40 * 1470 - 60000})) << "goes on behind the picture's end";
+  videoData.lastFrame = 9999;
   values[1] = -1000;
   EXPECT_EQ(block(20, 1), Row({0})) << "backward";
   values[1] = 1000;
@@ -219,6 +225,36 @@ TEST_F(AudioFile, TimeControlsChangeTheRate) {
   stage.at(6);
   EXPECT_EQ(stage.run(Samples(4, 9)), 1);
   EXPECT_EQ(stage.own, Samples(4)) << "time stands";
+}
+
+TEST_F(AudioFile, LoopsGoOnUnderTimeControls) {
+  file.length = 10000;
+  stage.checks[0] = 1;
+  stage.block.speed = normalTimeSpeed / 2;  // at twice the rate: laps of 20000 samples
+  for (int frame = 0; frame <= 20; frame++) {
+    stage.at(frame);
+    stage.block.time = frame * 50;
+    stage.info.absoluteFrame = frame / 2;
+    stage.info.subFrame = frame % 2 * 50;
+    EXPECT_EQ(stage.run(Samples(2 * 1471)), 1);
+    // A sample a block more than time has passed.
+    EXPECT_EQ(stage.own[0], frame * 1471 % 20000) << frame;
+  }
+}
+
+TEST_F(AudioFile, BlocksOutOfOrderAreTheSame) {
+  stage.info.rate = 30000;
+  stage.info.scale = 1001;
+  auto firstOf = [](int frame) { return static_cast<int>(int64_t{frame} * 1001 * 44100 / 30000); };
+  for (int speed : {1000, 730, 1370}) {
+    setTracks(150, speed);
+    stage.memory.clear();
+    std::vector<Row> inOrder;
+    for (int frame = 0; frame < 70; frame++) inOrder.push_back(block(frame, firstOf(frame + 1) - firstOf(frame)));
+    // The virtual rate is a whole number, so that other speeds than normal drift by less than a sample.
+    for (int frame : {50, 69, 51, 0, 33})
+      EXPECT_NEAR(block(frame, 1471)[0], inOrder[frame][0], speed != 1000) << speed << " " << frame;
+  }
 }
 
 TEST_F(AudioFile, DividedObjectsGoOnWhereTheyWere) {

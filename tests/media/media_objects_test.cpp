@@ -7,7 +7,7 @@
 #include "zenlay/media/video_picture.h"
 
 namespace zenlay {
-extern EffectDefinition videoFileMedia, imageFileMedia, previousObjectMedia, frameBufferMedia;
+extern EffectDefinition videoFileMedia, imageFileMedia, previousObjectMedia, frameBufferMedia, sceneMedia;
 }
 
 namespace zenlay::test {
@@ -231,6 +231,44 @@ TEST_F(ImageFile, WithoutAPictureNothingIsDrawn) {
 }
 
 // ---- Previous object, frame buffer ----
+
+int shownFrame, shownHundredths;
+
+TEST(SceneMedia, ShowsTheSceneAtHundredthsOfItsFrames) {
+  EffectStage stage(sceneMedia);
+  stage.services.sceneLength = [](int) { return 50; };
+  stage.services.trackIntegral = [](EffectDefinition*, EffectProcessInfo*, int) { return integral; };
+  stage.services.renderScene = [](EffectProcessInfo*, int, int frame, int hundredths, int32_t*, int32_t*, int32_t*,
+                                  bool*) -> const void* {
+    shownFrame = frame;
+    shownHundredths = hundredths;
+    return nullptr;
+  };
+  stage.effect.frame_begin = 100;
+  stage.effect.frame_end = 110;
+  struct Row {
+    int position, speed, loop, mode, end;
+    int64_t frames;  // passed
+    int expected;    // hundredths
+  } rows[] = {
+      {1, 1000, 0, 0, 1, 7, 700},        {1, 333, 0, 0, 1, 2, 66},      {11, 1000, 0, 0, 11, 60, 4900},
+      {1, -1000, 0, 0, 1, 0, 4900},      {1, -250, 0, 0, 1, 1, 4875},   {1, -1000, 1, 0, 1, 50, 4900},
+      {1, 500, 1, 0, 1, 101, 50},        {11, 1000, 1, 1, 20, 9, 1900}, {11, 1000, 1, 1, 20, 10, 1000},
+      {11, 1000, 0, 1, 16, 3, 1150},     {16, 0, 0, 1, 11, 3, 1350},    {1, 0, 0, 1, 800, 3, 4900},
+      {11, 0, 0, 1 | 0x40, 16, 3, 1000},  // the value alone
+  };
+  for (const Row& row : rows) {
+    stage.tracks[playPosition] = stage.beginValues[playPosition] = row.position;
+    stage.endValues[playPosition] = row.end;
+    stage.beginValues[playSpeed] = row.speed;
+    stage.modes[playPosition] = row.mode;
+    stage.checks[playLoop] = row.loop;
+    stage.info.absoluteFrame = 100 + static_cast<int>(row.frames);
+    integral = row.frames * row.speed * 100;
+    EXPECT_EQ(stage.run(), 0);
+    EXPECT_EQ(shownFrame * 100 + shownHundredths, row.expected) << row.position << " after " << row.frames;
+  }
+}
 
 TEST(PreviousObjectMedia, TakesImageAndPlacement) {
   EffectStage stage{previousObjectMedia, 8, 8};

@@ -379,6 +379,7 @@ TEST_F(Pipeline, RendersNestedScenesUpToFourLevels) {
     int scene = d->scene;
     innermost = std::max(innermost, scene);
     EXPECT_EQ(info->depth, scene);
+    EXPECT_EQ(info->hostFrame, 7);
     EXPECT_EQ((info->host.flags & processNested) != 0, scene > 0);
     const void* picture = d->services->renderScene(info, scene + 1, 5, 0, &width, &height, &line, &alpha);
     EXPECT_EQ(d->scene, scene);  // bound to this slot again
@@ -404,7 +405,7 @@ TEST_F(Pipeline, RendersNestedScenesUpToFourLevels) {
   };
   for (int repeat = 0; repeat < 2; repeat++) {
     sawAlpha = false;
-    EXPECT_EQ(renderFrame(0).bounds(), (Bounds{28, 21, 36, 27}));
+    EXPECT_EQ(renderFrame(7).bounds(), (Bounds{28, 21, 36, 27}));
     EXPECT_EQ(innermost, 3);  // depths 0..3
     EXPECT_TRUE(sawAlpha);
   }

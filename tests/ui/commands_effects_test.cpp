@@ -224,7 +224,7 @@ TEST_F(EffectCommands, ATemplateBecomesAScene) {
   EXPECT_THAT(effectsIn(scene), ElementsAre(fxScene, fxDrawing));
   EXPECT_EQ(extraDataOf(scene, 0)[0], 1);
   EXPECT_EQ(currentObject, scene);
-  EXPECT_STREQ(sceneName(1), "Opening");
+  EXPECT_STREQ(sceneName(1), "opening");
   EXPECT_EQ(scenes[1].width, 320);
   EXPECT_EQ(scenes[1].height, 200);
   EXPECT_EQ(scenes[1].length, 90);
@@ -232,6 +232,8 @@ TEST_F(EffectCommands, ATemplateBecomesAScene) {
   EXPECT_EQ(objectCount, 3);
   undo();
   EXPECT_EQ(objectCount, 1);
+  EXPECT_EQ(freeScene(), 1);
+  EXPECT_STREQ(sceneName(1), "Scene 1");
 
   click(20, 5);
   EXPECT_EQ(runCommand(menuTemplate + 1, 0), 1);

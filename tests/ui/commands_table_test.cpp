@@ -5,6 +5,7 @@
 
 #include "tests/ui/commands_stage.h"
 #include "zenlay/ui/commands/table.h"
+#include "zenlay/ui/settings/state.h"
 #include "zenlay/ui/timeline/drag.h"
 
 namespace zenlay::test {
@@ -99,16 +100,19 @@ TEST_F(CommandTable, WithoutAProjectOrObjectsNothingHappens) {
 TEST_F(CommandTable, CommandsEndTheSettingsStep) {
   int a = create(0, 99, 0, fxGraphic);
   showObject(a);
-  const intptr_t firstTrack = 0 | changedStart;
+  auto editFirstTrack = [] {
+    settings::state.tracks[0].start.value++;
+    runCommand(commandApplySettings, changedStart);
+  };
   int steps = undoSteps();
-  runCommand(commandApplySettings, firstTrack);
-  runCommand(commandApplySettings, firstTrack);
+  editFirstTrack();
+  editFirstTrack();
   EXPECT_EQ(undoSteps(), steps + 1);
   moveCursor(50);
   runCommand(commandAddMidpointAtCursor, 0);
   showObject(a);
   EXPECT_EQ(undoSteps(), steps + 2);
-  runCommand(commandApplySettings, firstTrack);
+  editFirstTrack();
   EXPECT_EQ(undoSteps(), steps + 3);
 }
 

@@ -88,7 +88,7 @@ TEST_F(Dialogs, PreferencesLimitNumbers) {
       EXPECT_EQ(text(dialog, 173), "8");
       EXPECT_EQ(text(dialog, 174), "4");
       EXPECT_EQ(text(dialog, 175) + text(dialog, 176), "");
-      EXPECT_EQ(text(dialog, 177), "0");
+      EXPECT_EQ(text(dialog, 177), "2048") << "what is in force";
       EXPECT_EQ(text(dialog, 178), "10");
       EXPECT_EQ(text(dialog, 179), "5");
       type(dialog, row.id, row.typed);
@@ -223,7 +223,7 @@ TEST_F(Dialogs, NewProject) {
   preferences.new_hz = 0;
   preferences.new_fps[0] = 0;
   preferences.new_fmt = 1;
-  const std::string rate(70, '9');
+  const std::string rate = "30." + std::string(67, '0');
   answer([&](Window* dialog) {
     EXPECT_EQ(windowText(dialog), "Create a New Project");
     EXPECT_EQ(text(dialog, 171), "640");
@@ -233,6 +233,15 @@ TEST_F(Dialogs, NewProject) {
     EXPECT_EQ(value(dialog, 201), 0);
     EXPECT_FALSE(enabled(dialog, 201));
     for (int id : {171, 172, 173, 174}) EXPECT_TRUE(enabled(dialog, id));
+    for (int id : {171, 172, 173, 174}) {
+      for (const char* bad : {"", "0", "-1", "x"}) {
+        type(dialog, id, bad);
+        click(dialog, dialogOk);
+        EXPECT_EQ(desktop->boxes.size(), 1u) << id << bad;
+        desktop->boxes.clear();
+      }
+      type(dialog, id, "1");
+    }
     type(dialog, 171, "1920");
     type(dialog, 172, "1080");
     type(dialog, 173, rate.c_str());

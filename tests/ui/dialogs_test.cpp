@@ -1,5 +1,6 @@
 // The small dialogs: lengths, texts, aliases, scenes.
 #include "tests/ui/dialogs_stage.h"
+#include "zenlay/effects/effect_services.h"
 
 namespace zenlay {
 namespace {
@@ -266,14 +267,14 @@ TEST_F(Dialogs, SceneSettings) {
     bool expectedAlpha;
     size_t boxes;
   };
-  const std::string tooLong(64, 'n');
+  const std::string cut(62, 'n'), tooLong = cut + "\xC3\xB6";
   const Row rows[] = {
       {1, "Opening", "320", "200", true, "Opening", 320, 200, true, 0},
-      {1, "", "320", "", true, "Opening", 0, 0, true, 0},
+      {1, "", "320", "", true, "Scene 1", 0, 0, true, 0},
       {1, "Opening", "0", "200", false, "Opening", 0, 0, false, 0},
       {1, "Opening", "-4", "200", false, "Opening", 0, 0, false, 0},
-      {1, tooLong.c_str(), "64", "48", true, "Opening", 64, 48, true, 1},
-      {0, "Main", "", "", true, "Main", 0, 0, false, 1},
+      {1, tooLong.c_str(), "64", "48", true, cut.c_str(), 64, 48, true, 0},
+      {0, "Main", "", "", true, "Main", 0, 0, false, 0},
   };
   for (const Row& row : rows) {
     selectScene(row.scene);
@@ -308,6 +309,45 @@ TEST_F(Dialogs, SceneSettings) {
   });
   EXPECT_TRUE(editSceneSettings());
   EXPECT_EQ(scenes[2].name, nullptr) << "a name that was only shown is not stored";
+
+  for (int scene = 0, i = 0; scene < maxScenes; scene++)  // as many names as there is room for
+    for (int layer = 0; layer < layersPerScene; layer++, i++)
+      if (!setLayerName(scene, layer, (std::to_string(i) + std::string(58, 'x')).c_str())) break;
+  setLayerName(maxScenes - 1, 0, "12");
+  answer([&](Window* dialog) {
+    type(dialog, 171, "A name for which there is no room");
+    click(dialog, dialogOk);
+  });
+  EXPECT_TRUE(editSceneSettings());
+  EXPECT_EQ(scenes[2].name, nullptr);
+  EXPECT_EQ(desktop->boxes.back().text, "Unable to add more name");
+}
+
+// ---- Numbers ----
+
+TEST_F(Dialogs, Numbers) {
+  NumberItem numbers[] = {{"Type", 1, 0, 1}, {"Resolution", 64, 0, 2000}, {"Level", -5, -10, 10}};
+  answer([&](Window* dialog) {
+    EXPECT_EQ(windowText(dialog), "Parameter Settings");
+    EXPECT_EQ(text(dialog, 131) + text(dialog, 132) + text(dialog, 133), "TypeResolutionLevel");
+    EXPECT_EQ(text(dialog, 171) + " " + text(dialog, 172) + " " + text(dialog, 173), "1 64 -5");
+    type(dialog, 171, "2");
+    type(dialog, 172, "9999999999");
+    type(dialog, 173, "-10");
+    click(dialog, dialogCancel);
+  });
+  EXPECT_FALSE(askNumbers(numbers));
+  EXPECT_EQ(numbers[1].value, 64);
+  answer([&](Window* dialog) {
+    type(dialog, 171, "2");
+    type(dialog, 172, "9999999999");
+    type(dialog, 173, "-11");
+    user::press(keyEnter);
+  });
+  EXPECT_TRUE(askNumbers(numbers));
+  EXPECT_EQ(numbers[0].value, 1);
+  EXPECT_EQ(numbers[1].value, 2000);
+  EXPECT_EQ(numbers[2].value, -10);
 }
 
 }  // namespace

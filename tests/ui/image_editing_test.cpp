@@ -433,6 +433,50 @@ TEST_F(ImageEditing, TheHandleOfAGroupControl) {
   EXPECT_EQ(objects[control].startValues[1], 200);
 }
 
+TEST_F(ImageEditing, AGroupTurnsAndScalesWhatIsDragged) {
+  int control = addObject({.layer = 1, .effects = {group}});
+  setRange(control, 0);
+  for (auto [track, value] : {std::pair{0, 1000}, {3, 5000}, {6, 9000}}) setTrack(control, 0, track, value);
+  currentObject = object = add({.layer = 2});
+  move(0);
+  ASSERT_EQ(previewHandleCount, 3);
+  // (-100, 0) and (100, 50), halved, a quarter turn clockwise, 100 pixels to the right.
+  EXPECT_EQ(std::pair(previewHandles[1].x, previewHandles[1].y), std::pair(420, 190));
+  EXPECT_EQ(std::pair(previewHandles[2].x, previewHandles[2].y), std::pair(395, 290));
+  EXPECT_EQ(drag({420, 190}, {420, 200}), 1);
+  EXPECT_EQ(start(placingX), -800);
+  EXPECT_EQ(start(placingY), 0);
+  show(99);
+  EXPECT_EQ(drag({390, 285}, {380, 285}), 1);  // inside the box
+  EXPECT_EQ(end(placingX), 1000);
+  EXPECT_EQ(end(placingY), 700);
+}
+
+TEST_F(ImageEditing, MarksStandWhereTheMovementLeads) {
+  move(0);
+  for (int track : {placingX, placingY}) objects[object].modes[placed + track] = modeTeleport;
+  show(50);
+  EXPECT_EQ(previewHandleCount, 1);  // no section follows to jump to
+  EXPECT_EQ(drag({220, 240}, {230, 240}), 1);
+  EXPECT_EQ(start(placingX), -900);
+  EXPECT_EQ(end(placingX), 1000);
+  objects[object].modes[placed + placingX] = modeAmount;
+  objects[object].endValues[placed + placingX] = 20;  // 198 pixels in 99 frames
+  show(0);
+  ASSERT_EQ(previewHandleCount, 3);
+  EXPECT_EQ(std::pair(previewHandles[2].x, previewHandles[2].y), std::pair(428, 240));
+  EXPECT_EQ(drag({428, 240}, {527, 260}), 1);
+  EXPECT_EQ(end(placingX), 30);
+  EXPECT_EQ(end(placingY), 500);
+}
+
+TEST_F(ImageEditing, APictureOfNoSizeGrowsByItsCorner) {
+  setTrack(object, 1, placingZoom, 0);
+  show(0);
+  EXPECT_EQ(drag({320, 240}, corner), 1);
+  EXPECT_EQ(start(placingZoom), 10000);
+}
+
 TEST_F(ImageEditing, ADoubleClickChooses) {
   int above = add({.layer = 3}), aside = add({.layer = 5});
   setTrack(aside, 1, placingX, 2500);
@@ -471,9 +515,21 @@ TEST_F(ImageEditing, AClickGivesAWaitingEffectTheColorBelowTheHandles) {
     EXPECT_EQ(send(messageImageMouseDown, at), 1);
     EXPECT_FALSE(colorPickPending());
     EXPECT_FALSE(imageDragging());
-    EXPECT_FALSE(imageAidsHidden);
   }
   EXPECT_EQ(picked, (std::vector<intptr_t>{0x808080, 0x000000, -1}));
+  preferences.grid.grid2d = preferences.grid.out_of_area = 1;  // a line runs through the middle, where the picture is
+  preferences.grid.out_of_scale = 36;
+  imageAidsHidden = true;
+  renderFrame(0);
+  shownScene.value = 36;  // a third of its size
+  for (Point at : {Point{320, 240}, Point{0, 240}}) {
+    beginColorPick(object, 0, true);
+    EXPECT_EQ(send(messageImageMouseDown, at), 1);
+  }
+  imageAidsHidden = false;
+  EXPECT_EQ(picked.size(), 5u);
+  EXPECT_EQ(picked[3], 0x808080);
+  EXPECT_EQ(picked[4], -1);
   platform::destroyWindow(window);
   environment.timelineWindow = nullptr;
 }

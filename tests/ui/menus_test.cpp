@@ -12,8 +12,11 @@
 #include "zenlay/effects/registry.h"
 #include "zenlay/files/alias_list.h"
 #include "zenlay/host/preferences.h"
+#include "zenlay/model/scenes.h"
+#include "zenlay/model/timeline_view.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay::test {
 namespace {
@@ -88,9 +91,12 @@ TEST_F(Menus, NewObjectsInTheOrderOfTheRegistry) {
                           "Frame buffer 2005", "Audio waveform display 2006", "Scene 2007", "Scene (audio) 2008",
                           "Previous object 2009", "Particle output 2013"}));
   EXPECT_EQ(lines[11], "Custom object 2080");
-  EXPECT_EQ(lines[12], "New filter effect/Basic effect/Coordinate 2051");
-  EXPECT_EQ(lines[19], "New filter effect/Basic effect/Reversal 2060");
-  EXPECT_EQ(lines[20], "New filter effect/Color compensation 2015");
+  EXPECT_EQ(lines[12], "New filter effect/Color compensation 2015");
+  auto basic = std::find(lines.begin(), lines.end(), "New filter effect/Basic effect/Coordinate 2051");
+  ASSERT_NE(basic, lines.end());
+  EXPECT_EQ(basic[-1], "New filter effect/Motion blur 2049") << "where the first of them stands";
+  EXPECT_EQ(basic[7], "New filter effect/Basic effect/Reversal 2060");
+  EXPECT_EQ(basic[8], "New filter effect/Vibration 2058");
   EXPECT_THAT(lines, Contains("New filter effect/Object split 2087"));
   EXPECT_THAT(lines, Not(Contains("New filter effect/Volume fade 2089")));
   EXPECT_EQ(Lines(lines.end() - 6, lines.end()),
@@ -108,10 +114,13 @@ TEST_F(Menus, FilterObjects) {
 TEST_F(Menus, EffectsOfEachKindOfObject) {
   createMenus();
   Lines video = entries(effectsOf(menuVideoEffects));
-  EXPECT_EQ(Lines(video.begin(), video.begin() + 9),
+  Lines basic;
+  std::copy_if(video.begin(), video.end(), std::back_inserter(basic), [](auto& l) { return l.starts_with("Basic"); });
+  EXPECT_EQ(basic,
             (Lines{"Basic effect/Coordinate 2051", "Basic effect/Zoom% 2052", "Basic effect/Clearness 2053",
                    "Basic effect/Rotation 2054", "Basic effect/Region expansion 2055", "Basic effect/Resize 2056",
-                   "Basic effect/Locked Rotation 2057", "Basic effect/Reversal 2060", "Color compensation 2015"}));
+                   "Basic effect/Locked Rotation 2057", "Basic effect/Reversal 2060"}));
+  EXPECT_EQ(video.front(), "Color compensation 2015");
   EXPECT_EQ(video.size(), 55u);  // 8 basic ones, 40 from 15 to 79, 7 from 81 to 87
   EXPECT_EQ(entries(effectsOf(menuVideoFilters)),
             listed({14, 16, 20, 22, 24, 27, 29, 44, 46, 48, 50, 59, 61, 64, 67, 72, 74, 77}));
@@ -240,7 +249,7 @@ TEST_F(Menus, TemplatesAreNewObjects) {
   Lines lines = entries(newObjects());
   EXPECT_EQ(lines[12], "Opening 5000");
   EXPECT_EQ(lines[13], "Titles 5001");
-  EXPECT_EQ(lines[14], "New filter effect/Basic effect/Coordinate 2051");
+  EXPECT_EQ(lines[14], "New filter effect/Color compensation 2015");
 }
 
 TEST_F(Menus, TogglesAreCheckedFromThePreferences) {
@@ -261,6 +270,22 @@ TEST_F(Menus, TogglesAreCheckedFromThePreferences) {
   EXPECT_THAT(shown(menuRow), Contains("Display grid (BPM)"));
 }
 
+TEST_F(Menus, TheLayerMenuShowsTheClickedLayer) {
+  createMenus();
+  layers[2].flags = layerHidden | layerLocked | layerClipAbove;
+  for (int layer : {2, 3}) {
+    clickPosition = {0, layer, -1};
+    const std::string mark = layer == 2 ? "[x] " : "";
+    Lines lines = shown(menuLayer);
+    EXPECT_THAT(lines, Contains(mark + "Lock the layer"));
+    EXPECT_THAT(lines, Contains(mark + "Clip with the object above"));
+    EXPECT_THAT(lines, Contains("Coordinate's link"));
+    EXPECT_THAT(lines, Contains(layer == 2 ? "Display layer" : "[x] Display layer"));
+  }
+  timelineView.sceneLength = 0;
+  for (const std::string& line : shown(menuLayer)) EXPECT_TRUE(line == "-" || line.find('(') != line.npos) << line;
+}
+
 TEST_F(Menus, WhatCanDoNothingIsGrey) {
   createMenus();
   Lines lines = shown(menuRow);
@@ -268,7 +293,10 @@ TEST_F(Menus, WhatCanDoNothingIsGrey) {
   EXPECT_THAT(lines, Contains("(Undo)"));
   lines = shown(menuObject);
   EXPECT_THAT(lines, Contains("(Remove midpoint)"));
+  EXPECT_THAT(lines, Contains("(Cut)"));
   EXPECT_THAT(lines, Contains("Split"));
+  fakeHost.selectionLast = 10;
+  EXPECT_THAT(shown(menuObject), Contains("Cut"));
   environment.projectOpen = false;
   EXPECT_THAT(shown(menuScene), ElementsAre("(Scene settings)"));
 }

@@ -91,11 +91,11 @@ TEST_F(SettingsEffects, SectionsKeepTheirPlayback) {
   int second = addSection(head, 30, sectionSplit);
   showObject(second);
   current().startValues[0] = 5;
+  syncChain(second);
   drop(0, "/films/a.mp4");
   EXPECT_STREQ(video().media.file, "/films/a.mp4");
   EXPECT_EQ(current().startValues[0], 5);
   EXPECT_EQ(current().end, 59);
-  current().startValues[0] = 1;
 }
 
 TEST_F(SettingsEffects, ASynchronizedSynthesisCountsAnOffset) {
@@ -185,6 +185,31 @@ TEST_F(SettingsEffects, EveryButtonAndListOfEveryEffectCanBeOperated) {
     deleteObject(object);
     EXPECT_EQ(currentObject, -1);
   }
+}
+
+TEST_F(SettingsEffects, ASceneIsChosenWithItsLengthAndDirection) {
+  scenes[4].length = 80;
+  showObject(create(effectScene));
+  ASSERT_EQ(objects[currentObject].end, 59);
+  auto choose = [this](bool matches, bool reverses) {
+    desktop->dialogs.push_back([=](platform::Window* dialog) {
+      platform::setControlValue(platform::controlOf(dialog, 201), matches);
+      platform::setControlValue(platform::controlOf(dialog, 202), reverses);
+      platform::user::choose(platform::controlOf(dialog, 190), 3);
+    });
+    platform::user::click(settings::state.checks[1].button);
+  };
+  choose(false, true);
+  EXPECT_EQ(current().startValues[1], -1000);
+  EXPECT_EQ(current().startValues[0], 1);
+  EXPECT_EQ(current().end, 59);
+  choose(true, false);
+  EXPECT_EQ(current().startValues[1], 1000);
+  EXPECT_EQ(current().end, 10 + 80 - 1);
+  undo();
+  undo();
+  EXPECT_EQ(current().startValues[1], 1000);
+  EXPECT_EQ(current().end, 59);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "tests/ui/settings_stage.h"
+#include "zenlay/model/undo.h"
 #include "zenlay/ui/settings/value.h"
+#include "zenlay/ui/timeline/selection.h"
 
 namespace zenlay::test {
 namespace {
@@ -71,11 +73,43 @@ TEST_F(SettingsValues, TypingWritesStartAndFollowingEnd) {
   EXPECT_EQ(text(endBox(x)), "-0.5");
   EXPECT_EQ(platform::controlValue(state.tracks[x].start.spin), -5);
   EXPECT_THAT(commands, ElementsAre("1003 0x10006"));
-  user::type(startBox(x), "-0.55");  // the same value: nothing to tell
-  EXPECT_EQ(commands.size(), 1u);
+  user::press(platform::keyEnter);
+  user::type(startBox(x), "-0.55");  // the same value: told, and nothing to undo
+  EXPECT_EQ(commands.size(), 2u);
   user::press(platform::keyEnter);
   EXPECT_EQ(platform::focusedWindow(), settingsWindow());
   EXPECT_EQ(text(startBox(x)), "-0.5");
+  EXPECT_EQ(zenlay::undoSteps(), 1);
+}
+
+TEST_F(SettingsValues, TheSameValueStillReachesTheSelection) {
+  int other = create(effectGraphic, {}, 5);
+  objects[other].startValues[0] = 7;
+  addToSelection(other);
+  user::type(startBox(0), "0100");
+  EXPECT_EQ(objects[other].startValues[0], 100);
+  EXPECT_EQ(zenlay::undoSteps(), 1);
+  undo();
+  EXPECT_EQ(objects[other].startValues[0], 7);
+}
+
+TEST_F(SettingsValues, UpAndDownStepAndEscapeRestores) {
+  platform::focusWindow(startBox(x));
+  user::press(platform::keyUp);
+  user::press(platform::keyUp);
+  user::press(platform::keyDown, platform::mouseShift);
+  EXPECT_EQ(text(startBox(x)), "1.9");
+  EXPECT_EQ(current().endValues[x], 19);
+  user::press(platform::keyEscape);
+  EXPECT_EQ(platform::focusedWindow(), settingsWindow());
+  EXPECT_EQ(text(startBox(x)), "0.0");
+  EXPECT_EQ(zenlay::undoSteps(), 0);
+  platform::focusWindow(startBox(x));
+  user::type(startBox(x), "5");
+  user::scroll(state.tracks[x].start.bar, platform::scrollEnd, 50);  // another step begins
+  user::type(startBox(x), "6");
+  user::press(platform::keyEscape);
+  EXPECT_EQ(current().startValues[x], 0);
 }
 
 TEST_F(SettingsValues, TypedValuesAreClampedAndEmptyMeansTheDefault) {

@@ -296,11 +296,8 @@ TEST_F(TimelineWindow, PlaybackMayMoveTheCursor) {
 
 TEST_F(TimelineWindow, EveryScenesViewIsItsOwn) {
   int object = create(100, 199, 2);
-  currentObject = object;
-  moveCursor(150);
+  create(200, 299, 2);
   setTimelineZoom(20);
-  setLeftFrame(90);
-  setTopLayer(2);
   fakeHost.selectionFirst = 10, fakeHost.selectionLast = 20;
   preferences.grid.grid_tempo = 1200000;
   // As the host does, which tells of every frame it shows; an object under the cursor is not the current one.
@@ -309,8 +306,9 @@ TEST_F(TimelineWindow, EveryScenesViewIsItsOwn) {
     platform::sendMessage(environment.timelineWindow, messageUpdate, 0, 0);
     return frame;
   };
-  create(200, 299, 2);
   moveCursor(250);
+  setLeftFrame(90);
+  setTopLayer(2);
   currentObject = object;
   addToSelection(object);
   enterScene(4);

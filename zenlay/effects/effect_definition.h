@@ -118,7 +118,7 @@ enum ObjectEvent : intptr_t {
 /// once, as children of that window, and `hide_controls` hides them.
 enum ShowControls : uint32_t {
   controlsPlace = 1,  // wparam: id of the first custom control, lparam: y to place them at; the height they take
-  controlsFill = 2,   // show what the extra data holds
+  controlsFill = 2,   // show what the extra data holds; also of a folded slot, for its title
 };
 
 /// Coordinate slots of `coordinate_map`.

@@ -109,6 +109,8 @@ struct MediaReference {
 inline constexpr uint32_t chooseYcc = 0x200;
 /// chooseColour's colour when the user wants none; never with chooseYcc.
 inline constexpr int32_t chosenNoColour = 0x1000000;
+/// chooseScene's options.
+enum SceneOption { sceneMatchLength = 0x1, scenePlayReverse = 0x2 };
 /// A picked colour as a message parameter; 48 bits.
 inline intptr_t packedYcc(FramePixel c) {
   return static_cast<intptr_t>(uint64_t{static_cast<uint16_t>(c.cr)} << 32 |
@@ -117,6 +119,12 @@ inline intptr_t packedYcc(FramePixel c) {
 inline FramePixel unpackedYcc(intptr_t c) {
   return {static_cast<int16_t>(c), static_cast<int16_t>(c >> 16), static_cast<int16_t>(c >> 32)};
 }
+
+/// A number that the user is asked for.
+struct NumberItem {
+  const char* label;
+  int32_t value, min, max;
+};
 
 /// Kinds of getSettingsControl: the controls of a track, those of a check, and the slot's (index 0).
 enum SettingsControl : int {
@@ -230,9 +238,11 @@ struct EffectServiceTable {
   void (*releaseMedia)(MediaReference*);
   /// Waits for the next click on the screen, whose colour comes as commandTakeColor with the check. 1 / 0.
   int (*pickColour)(ObjectRef, int check, uint32_t flags);
-  /// The scene chosen from a dialog, or -1.
-  int (*chooseScene)(ObjectRef, int current);
+  /// The scene chosen from a dialog, or -1. `options` (SceneOption) are offered beside it unless null.
+  int (*chooseScene)(ObjectRef, int current, int* options);
   const char* (*sceneName)(int scene);
+  /// A dialog with the numbers, at most 16; 0 when cancelled, and then they are as before.
+  int (*askNumbers)(ObjectRef, NumberItem*, int count);
 };
 
 /// The object drawn last, for "Previous object".

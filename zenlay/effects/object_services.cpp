@@ -9,6 +9,7 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
+#include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/undo.h"
 #include "zenlay/render/binding.h"
@@ -50,7 +51,9 @@ ObjectRecord* objectOf(ObjectRef ref) {
 }
 
 void objectChangedService(ObjectRef ref) {
-  if (objectOf(ref) && modelHooks.objectChanged) modelHooks.objectChanged(objectOfRef(ref));
+  if (!objectOf(ref)) return;
+  syncChain(objectOfRef(ref));
+  if (modelHooks.objectChanged) modelHooks.objectChanged(objectOfRef(ref));
 }
 
 int getObjectData(ObjectRef ref, ObjectData* data) {

@@ -20,6 +20,8 @@ enum ProcessFlag : uint32_t {
   processPreparatory = 0x400,
   processNested = 0x800,
 };
+/// Of the host's record: the scene alone, without what is shown over it while it is edited.
+inline constexpr uint32_t processWithoutOverlay = 0x1000;
 
 /// Bits of `EffectProcessInfo::state`.
 enum PlacementState : uint32_t {

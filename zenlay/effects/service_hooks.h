@@ -14,6 +14,7 @@ struct ServiceHooks {
   int (*setTrackRange)(ObjectRef, int track, int min, int max, int denominator);
   decltype(EffectServiceTable::pickColour) pickColour;
   decltype(EffectServiceTable::chooseScene) chooseScene;
+  decltype(EffectServiceTable::askNumbers) askNumbers;
   // Installed by installMediaServices.
   decltype(EffectServiceTable::loadImage) loadImage;
   decltype(EffectServiceTable::imageFileFilter) imageFileFilter;

@@ -158,6 +158,7 @@ const EffectServiceTable effectServices = {
     .pickColour = Installed<&ServiceHooks::pickColour>::call,
     .chooseScene = Installed<&ServiceHooks::chooseScene>::call,
     .sceneName = sceneName,
+    .askNumbers = Installed<&ServiceHooks::askNumbers>::call,
 };
 
 }  // namespace zenlay

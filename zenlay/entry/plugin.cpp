@@ -54,8 +54,7 @@ int startAudio(HostFilterRecord* filter) {
 }
 
 int saveStart(HostFilterRecord*, int32_t first, int32_t last, EditHandle) {
-  bool backUp = environment.projectOpen && objectCount > 0 && preferences.auto_save && !environment.saving;
-  if (backUp) writeAutomaticBackup(true);
+  writeAutomaticBackup(true);
   environment.saveFirst = first;
   environment.saveLast = last;
   environment.saving = true;

@@ -39,10 +39,8 @@ namespace zenlay {
 namespace {
 
 constexpr int minHostBuild = 9933;
-constexpr int defaultShadowMax = 2048;
 constexpr int maxShadow = 0x10000;
 constexpr int shadowAlignment = 16;
-constexpr int defaultMediaHandles = 8;
 constexpr int cameraViewWidth = 640, cameraViewHeight = 480;
 constexpr int playbackLink = 900;  // code of the command that hands our callback to the playback window
 constexpr char playbackName[] = "Playback window";

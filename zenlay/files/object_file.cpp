@@ -253,8 +253,7 @@ int readObjectFileHeader(const char* path, ObjectFileHeader* header) {
     if (const char* value = valueOf(section, row.key)) header->*row.value = readInteger(value);
   if (valueOf(section, "alpha")) header->flags |= sceneHasAlpha;
   if (const char* name = valueOf(section, "name"))
-    for (int at = 0, bytes; name[at] && at + (bytes = platform::characterBytes(name + at)) < maxName; at += bytes)
-      memcpy(header->name + at, name + at, static_cast<size_t>(bytes));
+    strcpy(header->name, platform::wholeCharacters(name, maxName - 1).c_str());
   return 1;
 }
 

@@ -52,6 +52,7 @@ constexpr ExdataField fields[] = {
 constexpr ExtraControl controls[] = {
     {checkMix, extraList, offsetof(NoiseData, mode)},
     {checkPattern, extraList, offsetof(NoiseData, type)},
+    {checkSetting, extraNumber, offsetof(NoiseData, seed), 0, {"Seed", 4, 0, 65535}},
 };
 
 }  // namespace

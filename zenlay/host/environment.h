@@ -10,6 +10,7 @@ namespace zenlay {
 
 inline constexpr int workAlignment = 8;
 inline constexpr int64_t minWorkBuffer = 1048576;
+inline constexpr int defaultShadowMax = 2048;
 
 struct Environment {
   int32_t hostBuild;

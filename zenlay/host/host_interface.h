@@ -68,13 +68,17 @@ struct QueryRequest {
   const char* answer;  // owned by the plug-in, valid until the next query
 };
 
-/// Commands (messageCommand) with which a host drives the plug-in; the file comes from the host's file dialogs. Those
-/// that open answer 1 when the file was opened.
+/// Commands with which a host drives the plug-in: sent as messageCommand, or found among the entries that the plug-in
+/// offers for its menus. Files come from the host's file dialogs. Those that open answer 1 when something was opened.
 enum PluginCommand : int32_t {
   commandUndoStep = 1010,
+  commandNewProject = 1030,      // asks for the format
   commandOpenObjectFile = 1037,  // import; with no project open: new project from the object file
   commandSaveObjectFile = 1038,
   commandOpenBackup = 1067,      // new project from a backup file
+  commandHostCopy = 1200,        // these three from the host's main window only
+  commandHostPaste = 1201,
+  commandHostDelete = 1202,
 };
 
 /// A command (messageCommand) of the plug-in to the host's main window: plays the preview. second = first frame.

@@ -20,18 +20,15 @@ enum WaveformCheck { checkPreset, checkColor, checkReference, checkOriginal, che
 
 enum WaveformMode { modeLine, modeBars };
 
-/// See WaveformShape.
-struct WaveformGrid {
-  int16_t mode;  // WaveformMode
-  int16_t res_w, res_h;
-  int16_t pad_w, pad_h;
-};
-
 struct WaveformData {
   MediaReference media;
   uint8_t reserved[12];
-  int16_t type;  // index into presetList
-  WaveformGrid grid;
+  int16_t type;   // index into presetList
+  int16_t mode;   // WaveformMode
+  int16_t res_w;  // see WaveformShape
+  int16_t res_h;
+  int16_t pad_w;  // gaps, percent
+  int16_t pad_h;
   uint8_t color[3];  // red, green, blue
   uint8_t reserved2;
   int32_t sample_n;  // samples shown; 0 = those of the frame
@@ -49,9 +46,11 @@ constexpr char presetList[] =
 
 /// What a preset puts into the settings.
 struct Preset {
-  WaveformGrid grid;
+  int16_t shape[5];
   uint8_t mirror;
 };
+constexpr int16_t WaveformData::*shapeFields[] = {&WaveformData::mode, &WaveformData::res_w, &WaveformData::res_h,
+                                                  &WaveformData::pad_w, &WaveformData::pad_h};
 constexpr Preset presets[] = {
     {{modeLine, 0, 0, 0, 0}, 0},      // every sample
     {{modeLine, 64, 0, 0, 0}, 1},     // few points and their mirror image
@@ -61,7 +60,8 @@ constexpr Preset presets[] = {
 };
 
 constexpr int maxShownSeconds = 10;
-constexpr double quietest = 60.0;  // dB below full scale, where bars begin
+constexpr int maxResolution = 2000;  // of a picture's sides, too
+constexpr double quietest = 60.0;    // dB below full scale, where bars begin
 
 /// The sound around the frame, and which of it is shown.
 struct ShownSound {
@@ -145,9 +145,8 @@ void draw(EffectDefinition* effect, EffectProcessInfo* info, const int16_t* mono
     std::fill_n(info->objectImage + static_cast<ptrdiff_t>(y) * info->bufferLine, info->objectWidth, colour);
 
   WaveformImage image{info->objectImage, info->bufferLine, info->objectWidth, info->objectHeight};
-  const WaveformGrid& grid = data.grid;
-  WaveformShape shape{grid.res_w, grid.res_h, grid.pad_w, grid.pad_h, data.mirror != 0};
-  if (grid.mode != modeBars) return drawWaveLine(image, mono, count, shape);
+  WaveformShape shape{data.res_w, data.res_h, data.pad_w, data.pad_h, data.mirror != 0};
+  if (data.mode != modeBars) return drawWaveLine(image, mono, count, shape);
   float levels[spectrumLevels];
   soundSpectrum(mono, count, levels);
   toHeights(levels);
@@ -165,7 +164,7 @@ ShownSound shownSound(const EffectProcessInfo* info, const WaveformData& data, c
                    0};
   const int64_t ofFrame = sound.frameSample(int64_t{info->hostFrame} + 1) - sound.frameSample(info->hostFrame);
   const int64_t wanted = data.sample_n > 0 ? int64_t{data.sample_n} : ofFrame;
-  const int64_t fewest = data.grid.mode == modeBars ? spectrumBlock : 2;
+  const int64_t fewest = data.mode == modeBars ? spectrumBlock : 2;
   sound.count = static_cast<int>(std::clamp<int64_t>(wanted, fewest, int64_t{maxShownSeconds} * sound.rate));
   sound.from = (ofFrame - sound.count) / 2;
   return sound;
@@ -179,7 +178,9 @@ int processWaveform(EffectDefinition* effect, EffectProcessInfo* info) {
   const ShownSound sound = shownSound(info, extraData<WaveformData>(effect), hasSound ? &file : nullptr);
   if (sound.channels < 1 || sound.frameSample(1) > int64_t{maxShownSeconds} * sound.rate) return 0;
 
-  size_t samples = static_cast<size_t>(sound.count) + static_cast<size_t>(sound.frameSamples()) * sound.channels;
+  const int frameSamples = sound.frameSamples();  // blocks differ by one, the memory must not
+  size_t samples =
+      static_cast<size_t>(std::max(sound.count, frameSamples)) + static_cast<size_t>(frameSamples) * sound.channels;
   bool created;
   auto* mono =
       static_cast<int16_t*>(effect->services->workMemory(effect->object_ref, samples * sizeof(int16_t), &created));
@@ -200,6 +201,12 @@ constexpr ExtraControl controls[] = {
     {checkPreset, extraShortList, offsetof(WaveformData, type)},
     {checkColor, extraColor, offsetof(WaveformData, color)},
     {checkReference, extraSound, offsetof(WaveformData, media)},
+    {checkSetting, extraNumber, offsetof(WaveformData, mode), 0, {"Waveform type (0/1)", 2, 0, 1}},
+    {checkSetting, extraNumber, offsetof(WaveformData, res_w), 0, {"Hx resolution", 2, 0, maxResolution}},
+    {checkSetting, extraNumber, offsetof(WaveformData, res_h), 0, {"Vy resolution", 2, 0, maxResolution}},
+    {checkSetting, extraNumber, offsetof(WaveformData, pad_w), 0, {"Hx space (%)", 2, 0, 100}},
+    {checkSetting, extraNumber, offsetof(WaveformData, pad_h), 0, {"Vy space (%)", 2, 0, 100}},
+    {checkSetting, extraNumber, offsetof(WaveformData, mirror), 0, {"Mirror", 1, 0, 1}},
 };
 
 /// A preset of the list brings its other values along.
@@ -208,7 +215,7 @@ int choosePreset(EffectDefinition* effect, intptr_t index) {
   effect->services->recordUndo(effect->object_ref);
   WaveformData& data = extraData<WaveformData>(effect);
   data.type = static_cast<int16_t>(index);
-  data.grid = presets[index].grid;
+  for (size_t i = 0; i < std::size(shapeFields); i++) data.*shapeFields[i] = presets[index].shape[i];
   data.mirror = presets[index].mirror;
   effect->services->objectChanged(effect->object_ref);
   return 1;
@@ -240,11 +247,11 @@ constexpr ExdataField fields[] = {
     {exdataString, sizeof(MediaReference::file), "file"},
     {exdataReserved, 20, nullptr},
     {exdataInteger, sizeof(WaveformData::type), "type"},
-    {exdataInteger, sizeof(WaveformGrid::mode), "mode"},
-    {exdataInteger, sizeof(WaveformGrid::res_w), "res_w"},
-    {exdataInteger, sizeof(WaveformGrid::res_h), "res_h"},
-    {exdataInteger, sizeof(WaveformGrid::pad_w), "pad_w"},
-    {exdataInteger, sizeof(WaveformGrid::pad_h), "pad_h"},
+    {exdataInteger, sizeof(WaveformData::mode), "mode"},
+    {exdataInteger, sizeof(WaveformData::res_w), "res_w"},
+    {exdataInteger, sizeof(WaveformData::res_h), "res_h"},
+    {exdataInteger, sizeof(WaveformData::pad_w), "pad_w"},
+    {exdataInteger, sizeof(WaveformData::pad_h), "pad_h"},
     {exdataBytes, sizeof(WaveformData::color), "color"},
     {exdataReserved, sizeof(WaveformData::reserved2), nullptr},
     {exdataInteger, sizeof(WaveformData::sample_n), "sample_n"},
@@ -254,11 +261,15 @@ constexpr ExdataField fields[] = {
 constexpr WaveformData defaults = {.media = {},
                                    .reserved = {},
                                    .type = 0,
-                                   .grid = presets[0].grid,
+                                   .mode = modeLine,
+                                   .res_w = 0,
+                                   .res_h = 0,
+                                   .pad_w = 0,
+                                   .pad_h = 0,
                                    .color = {255, 255, 255},
                                    .reserved2 = 0,
                                    .sample_n = 0,
-                                   .mirror = presets[0].mirror,
+                                   .mirror = 0,
                                    .reserved3 = {}};
 
 }  // namespace

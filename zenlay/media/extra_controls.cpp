@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "platform/control.h"
 #include "platform/paths.h"
 #include "zenlay/media/figures.h"
+#include "zenlay/render/convert.h"
 
 namespace zenlay {
 
@@ -76,8 +79,40 @@ int chooseKeyColor(EffectDefinition* effect, size_t offset) {
 
 int chooseScene(EffectDefinition* effect, size_t offset) {
   int32_t& scene = fieldAt<int32_t>(effect, offset);
-  int chosen = effect->services->chooseScene(effect->object_ref, scene);
+  int chosen = effect->services->chooseScene(effect->object_ref, scene, nullptr);
   return chosen < 0 ? 0 : store(effect, [&] { scene = chosen; });
+}
+
+int32_t numberAt(EffectDefinition* effect, const ExtraControl& row) {
+  if (row.number.bytes == 1) return fieldAt<uint8_t>(effect, row.offset);
+  return row.number.bytes == 2 ? fieldAt<int16_t>(effect, row.offset) : fieldAt<int32_t>(effect, row.offset);
+}
+
+void setNumber(EffectDefinition* effect, const ExtraControl& row, int32_t value) {
+  if (row.number.bytes == 1)
+    fieldAt<uint8_t>(effect, row.offset) = static_cast<uint8_t>(value);
+  else if (row.number.bytes == 2)
+    fieldAt<int16_t>(effect, row.offset) = static_cast<int16_t>(value);
+  else
+    fieldAt<int32_t>(effect, row.offset) = value;
+}
+
+/// All numbers of the button.
+int askNumbers(EffectDefinition* effect, const ExtraControl* controls, size_t rows, int check) {
+  std::vector<const ExtraControl*> asked;
+  std::vector<NumberItem> items;
+  for (const ExtraControl* row = controls; row != controls + rows; row++) {
+    if (row->check != check || row->kind != extraNumber) continue;
+    asked.push_back(row);
+    items.push_back({row->number.label, numberAt(effect, *row), row->number.min, row->number.max});
+  }
+  if (!effect->services->askNumbers(effect->object_ref, items.data(), static_cast<int>(items.size()))) return 0;
+  bool changed = false;
+  for (size_t i = 0; i < asked.size(); i++) changed |= items[i].value != numberAt(effect, *asked[i]);
+  if (!changed) return 0;
+  return store(effect, [&] {
+    for (size_t i = 0; i < asked.size(); i++) setNumber(effect, *asked[i], items[i].value);
+  });
 }
 
 /// A picture that cannot be decoded is told and stored all the same.
@@ -185,11 +220,17 @@ void setChoice(EffectDefinition* effect, int check, int choice) {
   if (platform::Window* list = controlOf(effect, checkListControl, check)) platform::setControlValue(list, choice);
 }
 
+void showSwatch(EffectDefinition* effect, int check, int color) {
+  if (platform::Window* label = controlOf(effect, checkLabelControl, check)) platform::setControlSwatch(label, color);
+}
+
 void labelColor(EffectDefinition* effect, const ExtraControl& row) {
   const uint8_t* color = &fieldAt<uint8_t>(effect, row.offset);
   char text[32];
   snprintf(text, sizeof text, "#%02X%02X%02X", color[0], color[1], color[2]);
-  labelCheck(effect, row.check, row.kind == extraOptionalColor && color[3] ? "Not Specified" : text);
+  const bool none = row.kind == extraOptionalColor && color[3];
+  labelCheck(effect, row.check, none ? "Not Specified" : text);
+  showSwatch(effect, row.check, none ? -1 : color[0] << 16 | color[1] << 8 | color[2]);
 }
 
 void showKeyColor(EffectDefinition* effect, const ExtraControl& row) {
@@ -197,6 +238,8 @@ void showKeyColor(EffectDefinition* effect, const ExtraControl& row) {
   char text[48] = "Not Specified";
   if (key.status) snprintf(text, sizeof text, "Y %d  Cb %d  Cr %d", key.color[0], key.color[1], key.color[2]);
   labelCheck(effect, row.check, text);
+  const Bgr rgb = toRgb(key.color[0], key.color[1], key.color[2]);
+  showSwatch(effect, row.check, key.status ? rgb.r << 16 | rgb.g << 8 | rgb.b : -1);
 }
 
 /// The list's choice, the file beside it, and "Effect(figure)" as the effect's title.
@@ -205,9 +248,10 @@ void showFigure(EffectDefinition* effect, const ExtraControl& row) {
   const char* file = *name == '*' ? fileNameOf(name + 1) : "";
   char title[2 * nameBytes];
   snprintf(title, sizeof title, "%s(%s)", effect->name,
-           *file   ? file
-           : *name ? name
-                   : figureName(fieldAt<int32_t>(effect, row.offset)));
+           *file          ? file
+           : *name == ':' ? effect->services->sceneName(atoi(name + 1))
+           : *name        ? name
+                          : figureName(fieldAt<int32_t>(effect, row.offset)));
   labelCheck(effect, row.check, file);
   setChoice(effect, row.check, chosenFigure(effect, row));
   if (platform::Window* box = controlOf(effect, slotTitle, 0)) platform::setWindowText(box, title);
@@ -232,6 +276,8 @@ void showControl(EffectDefinition* effect, const ExtraControl& row) {
       return labelCheck(effect, row.check, fileNameOf(textAt(effect, row.offset, pathBytes)));
     case extraScene:
       return labelCheck(effect, row.check, effect->services->sceneName(fieldAt<int32_t>(effect, row.offset)));
+    case extraNumber:
+      return;
   }
 }
 
@@ -267,7 +313,7 @@ int operateControls(EffectDefinition* effect, const ExtraControl* controls, size
     if (message != messageEffectCommand || checkOfCommand(wparam) != row->check) continue;
     switch (wparam & 0xFFFF) {
       case commandPushed:
-        return push(effect, *row);
+        return row->kind == extraNumber ? askNumbers(effect, controls, rows, row->check) : push(effect, *row);
       case commandDropDown:
         return choose(effect, *row, lparam);
       case commandTakeColor:

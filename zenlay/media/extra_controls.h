@@ -19,6 +19,13 @@ enum ExtraKind : uint8_t {
   extraSound,          // MediaReference
   extraScene,          // int32: scene number
   extraFigure,         // int32: Figure; `name` is a figure picture, or "*" and the path of a picture
+  extraNumber,         // ExtraNumber: the button of the check asks for all of its numbers
+};
+
+struct ExtraNumber {
+  const char* label;
+  int bytes;  // 1 (unsigned), 2 or 4
+  int32_t min, max;
 };
 
 struct ExtraControl {
@@ -26,6 +33,7 @@ struct ExtraControl {
   ExtraKind kind;
   size_t offset;    // in the extra data
   size_t name = 0;  // extraFigure: offset of its char[256]
+  ExtraNumber number{};
 };
 
 /// Carries out what the message asks of one of the rows, after one undo step; 1 when it was for one of them and

@@ -179,24 +179,8 @@ int drawBuiltIn(EffectDefinition* effect, EffectProcessInfo* info, const FigureS
 }
 
 int loadScene(EffectDefinition* effect, EffectProcessInfo* info, const char* number) {
-  long scene = strtol(number, nullptr, 10);  // a number too long for it ends at its limit
-  if (scene < 1 || scene > lastScene) return 0;
-  int32_t width, height, lineBytes;
-  bool alpha;
-  const void* picture = effect->services->renderScene(info, static_cast<int>(scene), info->absoluteFrame,
-                                                      info->subFrame, &width, &height, &lineBytes, &alpha);
-  if (!picture) return 0;
-  setSize(info, std::min(width, info->maxWidth), std::min(height, info->maxHeight));
-  overRows(effect->host_functions, info->objectHeight, [&](int first, int last) {
-    for (int y = first; y < last; y++) {
-      const uint8_t* from = static_cast<const uint8_t*>(picture) + static_cast<ptrdiff_t>(y) * lineBytes;
-      if (alpha)
-        memcpy(rowOf(info, y), from, static_cast<size_t>(info->objectWidth) * sizeof(ObjectPixel));
-      else
-        frameToObjectRow(rowOf(info, y), reinterpret_cast<const FramePixel*>(from), info->objectWidth);
-    }
-  });
-  return 1;
+  long scene = std::clamp(strtol(number, nullptr, 10), 0L, lastScene + 1L);
+  return takeScene(effect, info, static_cast<int>(scene), info->absoluteFrame, info->subFrame);
 }
 
 int loadFigurePicture(EffectDefinition* effect, EffectProcessInfo* info, const char* name) {
@@ -238,6 +222,26 @@ int drawNamed(EffectDefinition* effect, EffectProcessInfo* info, const FigureSha
 }
 
 }  // namespace
+
+int takeScene(EffectDefinition* effect, EffectProcessInfo* info, int scene, int frame, int subFrame) {
+  if (scene < 1 || scene > lastScene) return 0;
+  int32_t width, height, lineBytes;
+  bool alpha;
+  const void* picture =
+      effect->services->renderScene(info, scene, frame, subFrame, &width, &height, &lineBytes, &alpha);
+  if (!picture) return 0;
+  setSize(info, std::min(width, info->maxWidth), std::min(height, info->maxHeight));
+  overRows(effect->host_functions, info->objectHeight, [&](int first, int last) {
+    for (int y = first; y < last; y++) {
+      const uint8_t* from = static_cast<const uint8_t*>(picture) + static_cast<ptrdiff_t>(y) * lineBytes;
+      if (alpha)
+        memcpy(rowOf(info, y), from, static_cast<size_t>(info->objectWidth) * sizeof(ObjectPixel));
+      else
+        frameToObjectRow(rowOf(info, y), reinterpret_cast<const FramePixel*>(from), info->objectWidth);
+    }
+  });
+  return 1;
+}
 
 void buildFigureList(const char* pluginDirectory) {
   names.clear();

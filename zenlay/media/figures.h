@@ -20,6 +20,9 @@ const char* figureDropDown();
 /// 1 when something was drawn into the object image.
 int drawFigure(EffectDefinition*, EffectProcessInfo*, const FigureRequest*);
 
+/// The picture of another scene at a frame and its hundredths becomes the object image; 0 when there is none.
+int takeScene(EffectDefinition*, EffectProcessInfo*, int scene, int frame, int subFrame);
+
 /// `init` of an effect whose check 0 is the figure list: its items then hold the figure pictures beside the plug-in.
 template <auto& checks>
 int listFigures(EffectDefinition*) {

@@ -5,7 +5,7 @@
 
 namespace zenlay {
 
-inline constexpr int maxMediaHandles = 32;
+inline constexpr int maxMediaHandles = 32, defaultMediaHandles = 8;
 
 /// Flags of openMedia beyond the host's OpenMediaFlag.
 enum MediaOpenFlag : uint32_t {

@@ -43,6 +43,27 @@ PlaybackTime timeOf(EffectDefinition* effect, EffectProcessInfo* info, const Hos
   return time;
 }
 
+/// 0-based frames between which a moving position loops.
+struct LoopRange {
+  int64_t low, high;
+};
+LoopRange loopRange(const PlaybackTime& time, int64_t last) {
+  const int64_t a = std::clamp<int64_t>(int64_t{time.sectionStart} - 1, 0, last);
+  const int64_t b = std::clamp<int64_t>(int64_t{time.sectionEnd} - 1, 0, last);
+  return {std::min(a, b), std::max(a, b)};
+}
+
+/// Where a moving position stands. Only a straight movement at an even pace lies between two frames.
+int64_t movingHundredths(const EffectDefinition* effect, const EffectProcessInfo* info) {
+  constexpr int64_t unit = 100;
+  constexpr int32_t even = 1;  // mode word
+  const int64_t from = effect->track_begin_values[playPosition], to = effect->track_end_values[playPosition];
+  const int64_t length = int64_t{effect->frame_end} - effect->frame_begin;
+  if (effect->track_modes[playPosition] != even || length < 1) return (int64_t{effect->track[playPosition]} - 1) * unit;
+  const int64_t at = (int64_t{info->absoluteFrame} - effect->frame_begin) * unit + info->subFrame;
+  return (from - 1) * unit + (to - from) * std::clamp<int64_t>(at, 0, length * unit) / length;
+}
+
 }  // namespace
 
 int64_t playedFrames(const PlaybackTime& time) {
@@ -61,9 +82,7 @@ int playbackFrame(const PlaybackTime& time) {
 
   int64_t offset = playedFrames(time);
   if (time.loop && time.moving) {
-    int64_t a = std::clamp<int64_t>(int64_t{time.sectionStart} - 1, 0, last);
-    int64_t b = std::clamp<int64_t>(int64_t{time.sectionEnd} - 1, 0, last);
-    auto [low, high] = std::minmax(a, b);
+    const auto [low, high] = loopRange(time, last);
     return static_cast<int>(wrapInto((time.backward ? high : low) + offset, low, high));
   }
   int64_t position = int64_t{time.position} - 1;
@@ -73,6 +92,24 @@ int playbackFrame(const PlaybackTime& time) {
 
 int playbackFrameOf(EffectDefinition* effect, EffectProcessInfo* info, const HostFileInfo& video) {
   return playbackFrame(timeOf(effect, info, video, effect->track[playPosition], effect->check[playLoop]));
+}
+
+int64_t playbackHundredths(EffectDefinition* effect, EffectProcessInfo* info, int sceneLength) {
+  constexpr int64_t unit = 100;
+  HostFileInfo scene{};
+  scene.frameCount = sceneLength;
+  const PlaybackTime time = timeOf(effect, info, scene, effect->track[playPosition], effect->check[playLoop]);
+  const int64_t last = std::max(sceneLength, 1) - 1;
+  if (time.moving && !time.loop) return std::clamp<int64_t>(movingHundredths(effect, info), 0, last * unit);
+
+  const int64_t played = time.played / normalSpeed;
+  if (!time.moving) {
+    const int64_t position = int64_t{time.position} - 1, from = (time.backward ? last - position : position) * unit;
+    return time.loop ? wrapInto(from + played, 0, last * unit + unit - 1)
+                     : std::clamp<int64_t>(from + played, 0, last * unit);
+  }
+  const auto [low, high] = loopRange(time, last);
+  return wrapInto((time.backward ? high : low) * unit + played, low * unit, high * unit + unit - 1);
 }
 
 void continuePlayback(EffectDefinition* effect, EditHandle edit, const HostFileInfo& video) {

@@ -31,6 +31,9 @@ int playbackFrame(const PlaybackTime&);
 /// 0.
 int playbackFrameOf(EffectDefinition*, EffectProcessInfo*, const HostFileInfo& video);
 
+/// The same for the frames of a scene, which has the project's rate, in hundredths of a frame.
+int64_t playbackHundredths(EffectDefinition*, EffectProcessInfo*, int sceneLength);
+
 /// For objectDivided: the still position of the bound section becomes the frame that it begins with, so that the new
 /// object goes on where the old one ended. A moving position was divided with the other tracks.
 void continuePlayback(EffectDefinition*, EditHandle, const HostFileInfo& video);

@@ -58,6 +58,7 @@ struct SceneReader {
   SceneStream* stream;
   int16_t* samples;
   int32_t length;  // frames of the scene
+  SoundKernel kernel = {};
 
   int16_t* at(int64_t sample) const { return samples + (sample - stream->first) * stream->source.channels; }
 
@@ -109,7 +110,8 @@ struct SceneReader {
       } else {
         reach(sample - taken + 1, sample + taken);
         run = 1;
-        interpolateSound(at(sample), channels, part, step, out);
+        aimKernel(&kernel, part, step);
+        interpolateSound(kernel, at(sample), channels, out);
       }
     }
   }

@@ -29,10 +29,10 @@ double bessel0(double x) {
   return sum;
 }
 
-/// The right half of the kernel and two zeros behind it.
-const float* kernel() {
+/// The right half of the kernel, and zeros for what the last sample lies beyond it.
+const float* kernelTable() {
   static const std::vector<float> table = [] {
-    std::vector<float> made(crossings * entries + 2);
+    std::vector<float> made((crossings + 1) * entries + 2);
     for (int i = 0; i < crossings * entries; i++) {
       double x = static_cast<double>(i) / entries, angle = std::numbers::pi * x;
       double window = bessel0(beta * std::sqrt(1 - (x / crossings) * (x / crossings))) / bessel0(beta);
@@ -48,27 +48,54 @@ double densityAt(int64_t step) {
   return passed * soundStep / static_cast<double>(std::clamp(step, soundStep, maxStretch * soundStep));
 }
 
+/// Fills one side, from the sample next to the place on.
+void weigh(float* weights, int direction, int count, double distance, double density) {
+  const float* table = kernelTable();
+  for (int i = 0; i < count; i++, weights += direction) {
+    const double place = (distance + i) * density;
+    const int entry = static_cast<int>(place);
+    *weights = table[entry] + (table[entry + 1] - table[entry]) * static_cast<float>(place - entry);
+  }
+}
+
+int16_t rounded(float value) {
+  return static_cast<int16_t>(std::clamp<long>(std::lround(value), INT16_MIN, INT16_MAX));
+}
+
 }  // namespace
 
 int kernelReach(int64_t step) { return static_cast<int>(crossings / densityAt(step)) + 1; }
 
-void interpolateSound(const int16_t* at, int channels, int64_t part, int64_t step, int16_t* to) {
-  const float* table = kernel();
-  const int reach = kernelReach(step);
-  const double density = densityAt(step) * entries, offset = static_cast<double>(part) / soundStep;
-  const int16_t* first = at - static_cast<ptrdiff_t>(reach - 1) * channels;
-  float weights[2 * maxKernelReach];
+void aimKernel(SoundKernel* kernel, int64_t part, int64_t step) {
+  if (kernel->part == part && kernel->step == step) return;
+  kernel->part = part;
+  kernel->step = step;
+  kernel->reach = kernelReach(step);
+  const double density = densityAt(step) * entries, behind = static_cast<double>(part) / soundStep;
+  weigh(kernel->weights + kernel->reach - 1, -1, kernel->reach, behind, density);
+  weigh(kernel->weights + kernel->reach, 1, kernel->reach, 1 - behind, density);
   double sum = 0;
-  for (int i = 0; i < 2 * reach; i++) {
-    double distance = std::min(std::abs(i - (reach - 1) - offset) * density, double{crossings * entries});
-    int entry = static_cast<int>(distance);
-    weights[i] = table[entry] + (table[entry + 1] - table[entry]) * static_cast<float>(distance - entry);
-    sum += weights[i];
+  for (int i = 0; i < 2 * kernel->reach; i++) sum += kernel->weights[i];
+  for (int i = 0; i < 2 * kernel->reach; i++) kernel->weights[i] /= static_cast<float>(sum);
+}
+
+void interpolateSound(const SoundKernel& kernel, const int16_t* at, int channels, int16_t* to) {
+  const float* weights = kernel.weights;
+  const int16_t* from = at - static_cast<ptrdiff_t>(kernel.reach - 1) * channels;
+  if (channels == 2) {
+    float even[2] = {}, odd[2] = {};
+    for (int i = 0; i < 2 * kernel.reach; i += 2, from += 4)
+      for (int c = 0; c < 2; c++) {
+        even[c] += weights[i] * from[c];
+        odd[c] += weights[i + 1] * from[2 + c];
+      }
+    for (int c = 0; c < 2; c++) to[c] = rounded(even[c] + odd[c]);
+    return;
   }
   for (int c = 0; c < channels; c++) {
-    double value = 0;
-    for (int i = 0; i < 2 * reach; i++) value += double{weights[i]} * first[static_cast<ptrdiff_t>(i) * channels + c];
-    to[c] = static_cast<int16_t>(std::clamp<long>(std::lround(value / sum), INT16_MIN, INT16_MAX));
+    float value = 0;
+    for (int i = 0; i < 2 * kernel.reach; i++) value += weights[i] * from[static_cast<ptrdiff_t>(i) * channels + c];
+    to[c] = rounded(value);
   }
 }
 

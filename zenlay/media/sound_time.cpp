@@ -53,9 +53,11 @@ SoundTime soundTimeOf(EffectDefinition* effect, EffectProcessInfo* info, ObjectR
     time.played = elapsed * time.speed;
   } else {
     int32_t values[2] = {time.position, normalSpeed};
-    services->getTrackValues(player, info->absoluteFrame, info->subFrame, values, 0);
+    services->getTrackValues(player, std::min(info->absoluteFrame, section.lastFrame), info->subFrame, values, 0);
     time.speed = static_cast<int32_t>(values[playSpeed] * speedPerTrack);
-    time.played = services->trackIntegralOf(player, info, playSpeed) * speedPerTrack;
+    int64_t beyond = (int64_t{info->absoluteFrame} - section.lastFrame - 1) * 100 + info->subFrame;
+    int64_t ended = std::max<int64_t>(beyond, 0);  // since the followed object's end, where its speed stays
+    time.played = (services->trackIntegralOf(player, info, playSpeed) + ended * values[playSpeed]) * speedPerTrack;
   }
   int64_t flowing = int64_t{time.speed} * info->audio->speed / normalTimeSpeed;
   time.speed = static_cast<int32_t>(std::clamp<int64_t>(flowing, 0, INT32_MAX));

@@ -51,6 +51,11 @@ void setGroup(std::span<const int> selection, int group) {
 
 int newGroupNumber() { return groupsInUse().fresh(); }
 
+void joinGroup(int object, int other) {
+  if (objects[other].group == 0) objects[other].group = newGroupNumber();
+  objects[object].group = objects[other].group;
+}
+
 void renumberMarkedGroups() {
   GroupNumbers groups = groupsInUse();
   std::unordered_map<int, int> numbers;

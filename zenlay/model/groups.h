@@ -7,6 +7,8 @@ namespace zenlay {
 
 /// A group number that no object carries, or 0 when none is left.
 int newGroupNumber();
+/// The object joins the other's group, which is a new one when there was none.
+void joinGroup(int object, int other);
 /// Gives every negative group number (set by imports and pastes) a fresh one, in layerOrder; objects that share a
 /// number keep sharing one. 0 when no number is left.
 void renumberMarkedGroups();

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/text.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/objects.h"
@@ -71,6 +72,16 @@ int setName(const char*& target, const char* name) {
   return 1;
 }
 
+bool rename(const char*& target, const std::string& name) {
+  if (name.empty()) {
+    target = nullptr;
+    return true;
+  }
+  if (setName(target, platform::wholeCharacters(name, maxName - 1).c_str())) return true;
+  showMessage("Unable to add more name", boxWarning);
+  return false;
+}
+
 bool validScene(int scene) { return scene >= 0 && scene < maxScenes; }
 
 void setUpScene(int scene) {
@@ -111,6 +122,13 @@ int setSceneName(int scene, const char* name) { return validScene(scene) ? setNa
 int setLayerName(int scene, int layer, const char* name) {
   if (!validScene(scene) || layer < 0 || layer >= layersPerScene) return 0;
   return setName(layerTable[scene * layersPerScene + layer].name, name);
+}
+
+bool renameScene(int scene, const std::string& name) { return validScene(scene) && rename(scenes[scene].name, name); }
+
+bool renameLayer(int scene, int layer, const std::string& name) {
+  return validScene(scene) && layer >= 0 && layer < layersPerScene &&
+         rename(layerTable[scene * layersPerScene + layer].name, name);
 }
 
 int32_t nameOffset(const char* name) { return name ? static_cast<int32_t>(name - namePool) : -1; }

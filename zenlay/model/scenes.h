@@ -3,6 +3,8 @@
 // Names live in one pool of `namePoolBytes`; a record's `name` points into it and may move when the pool is compacted.
 #pragma once
 
+#include <string>
+
 #include "zenlay/model/records.h"
 
 namespace zenlay {
@@ -30,6 +32,10 @@ int sceneLength(int scene);
 /// 0 when the name is empty, 64 bytes or longer, or does not fit; the old name stays.
 int setSceneName(int scene, const char* name);
 int setLayerName(int scene, int layer, const char* name);
+/// As much of the name as there may be; an empty one takes the name away. False, after a message, when the pool is
+/// full.
+bool renameScene(int scene, const std::string& name);
+bool renameLayer(int scene, int layer, const std::string& name);
 /// Offset of a name in the pool, -1 for none, and back. Offsets change when the pool is compacted.
 int32_t nameOffset(const char* name);
 const char* nameAt(int32_t offset);

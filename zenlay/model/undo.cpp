@@ -24,6 +24,8 @@ struct UndoRecord {
   int32_t layer, start, end;  // of a position record, otherwise 0
 };
 static_assert(sizeof(UndoRecord) == 28);
+constexpr int sceneTarget = 0x2000000;  // bit of a record's target with undoNewScene
+constexpr int otherTargets = undoLayerTarget | sceneTarget;
 struct LayerPayload {
   uint32_t flags;
   int32_t name;  // offset in the name pool or -1
@@ -129,7 +131,7 @@ bool makeRoomForStep() {
   std::vector<uint32_t> sizes;
   for (int record = undoLog.count; record > 0 && headerAt(record - 1).step == undoLog.step; record--) {
     UndoRecord header = headerAt(record - 1);
-    if (header.target & undoLayerTarget || header.size <= headerSize) continue;
+    if (header.target & otherTargets || header.size <= headerSize) continue;
     const ObjectRecord& o = objects[header.target];
     const auto size = static_cast<uint32_t>(header.size - snapshotSize);
     if (!o.flags || o.extraDataSize != size) sizes.push_back(size);
@@ -168,6 +170,10 @@ Restored restore(const UndoRecord& header, const uint8_t* payload) {
     restoreLayer(header, payload);
     return restoredNothing;
   }
+  if (header.target & sceneTarget) {
+    scenes[header.target & ~sceneTarget] = {};
+    return restoredNothing;
+  }
   if (header.size > headerSize) return restoreSnapshot(header, payload);
   if (!objects[header.target].flags) return restoredNothing;
   bool created = header.flags == 0;
@@ -204,6 +210,10 @@ void recordUndo(int target, int kind) {
   if (undoLog.count < 0 || (undoLog.batch && !(kind & undoCreated))) return;
   if (kind & undoLayer) {
     recordLayer(target);
+    return;
+  }
+  if (kind & undoNewScene) {
+    append({undoLog.step, target | sceneTarget, headerSize, 0, 0, 0, 0});
     return;
   }
   if (target < 0 || target >= objectCapacity || (!(kind & undoCreated) && !objects[target].flags)) return;

@@ -4,8 +4,16 @@
 namespace zenlay {
 
 /// For recordUndo, before the change: the whole object with its extra data, that of every section of its chain (or'ed
-/// with another kind), its creation (undone by deleting it), its flags, layer and frames alone, or a layer's record.
-enum UndoKind : int { undoSnapshot = 0, undoChain = 0x1, undoCreated = 0x2, undoPosition = 0x8, undoLayer = 0x10 };
+/// with another kind), its creation (undone by deleting it), its flags, layer and frames alone, a layer's record, or
+/// the creation of a scene (undone by emptying its record).
+enum UndoKind : int {
+  undoSnapshot = 0,
+  undoChain = 0x1,
+  undoCreated = 0x2,
+  undoPosition = 0x8,
+  undoLayer = 0x10,
+  undoNewScene = 0x20
+};
 
 void beginUndoStep();
 void recordUndo(int target, int kind);

@@ -1,13 +1,16 @@
 #include "zenlay/render/handles.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/model/objects.h"
+#include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/render/binding.h"
+#include "zenlay/render/placement.h"
 #include "zenlay/render/targets.h"
 
 namespace zenlay {
@@ -27,21 +30,67 @@ bool isLocked(ObjectRef ref) {
   return layerTable[o.scene * layersPerScene + o.homeLayer].flags & layerLocked;
 }
 
-/// Position on the frame, pixels, of one end of the section.
-void addPosition(const EffectDefinition* effect, const EffectProcessInfo* info, const int32_t* values, uint32_t kind) {
-  auto at = [&](int slot) {
-    int track = effect->coordinate_map[slot];
-    return track < 0 ? 0 : values[track] / trackScale(effect, track);
-  };
+/// Whether a track jumps to its end value, which it reaches with the next section only.
+bool endsInJump(const EffectDefinition* effect, int track) {
+  return (effect->track_modes[track] & modeNumber) == modeTeleport && nextSection(objectOfRef(effect->object_ref)) < 0;
+}
+
+/// What a track has at one end of its section; of a movement whose values are a range, that end of the range.
+int32_t valueAtEnd(const EffectDefinition* effect, const EffectProcessInfo* info, int track, bool end) {
+  const int32_t first = effect->track_begin_values[track], last = effect->track_end_values[track];
+  switch (effect->track_modes[track] & modeNumber) {
+    case modeNone:
+      return first;
+    case modeTeleport:
+      return end && !endsInJump(effect, track) ? last : first;
+    case modeAmount: {
+      const int64_t chainStart = int64_t{info->absoluteFrame} - info->host.frameNumber;
+      const int64_t value = first + last * ((end ? effect->frame_end : effect->frame_begin) - chainStart);
+      return static_cast<int32_t>(std::clamp<int64_t>(value, INT32_MIN, INT32_MAX));
+    }
+    default:
+      return end ? last : first;
+  }
+}
+
+HandleAxes axesAt(const EffectDefinition* effect, const EffectProcessInfo* info, const int32_t (&position)[3]) {
+  constexpr int step = 16;  // pixels
+  const ScenePoint here = anchorAt(effect, info, position);
+  HandleAxes axes;
+  for (int slot : {slotX, slotY}) {
+    const int track = effect->coordinate_map[slot];
+    if (track < 0) continue;
+    int32_t moved[3] = {position[0], position[1], position[2]};
+    moved[slot] += step * trackScale(effect, track);
+    const ScenePoint there = anchorAt(effect, info, moved);
+    double* axis = slot == slotX ? axes.across : axes.down;
+    axis[0] = (there.x - here.x) / step;
+    axis[1] = (there.y - here.y) / step;
+  }
+  return axes;
+}
+
+void addPosition(const EffectDefinition* effect, const EffectProcessInfo* info, uint32_t kind) {
+  int32_t position[3]{};
+  for (int slot : {slotX, slotY, slotZ})
+    if (int track = effect->coordinate_map[slot]; track >= 0)
+      position[slot] = valueAtEnd(effect, info, track, kind == handleEnd);
+  const ScenePoint at = anchorAt(effect, info, position);
   recordHandle({.ref = effect->object_ref,
                 .coordinate1 = effect->coordinate_map[slotX],
                 .coordinate2 = effect->coordinate_map[slotY],
-                .x = info->host.width / 2 + at(slotX),
-                .y = info->host.height / 2 + at(slotY),
-                .kind = kind});
+                .x = static_cast<int32_t>(std::lround(at.x)),
+                .y = static_cast<int32_t>(std::lround(at.y)),
+                .kind = kind,
+                .axes = axesAt(effect, info, position)});
 }
 
-void addBox(const EffectDefinition* effect, const int32_t corners[8]) {
+void addBox(const EffectDefinition* effect, const EffectProcessInfo* info, const int32_t corners[8]) {
+  int32_t position[3]{};
+  if (effect->coordinate_map)
+    for (int slot : {slotX, slotY, slotZ})
+      if (int track = effect->coordinate_map[slot]; track >= 0) position[slot] = effect->track[track];
+  auto size = [](int32_t pixels) { return static_cast<int16_t>(std::min<int32_t>(pixels, INT16_MAX)); };
   auto [left, right] = std::minmax({corners[0], corners[2], corners[4], corners[6]});
   auto [top, bottom] = std::minmax({corners[1], corners[3], corners[5], corners[7]});
   PreviewHandle box{.ref = effect->object_ref,
@@ -51,8 +100,10 @@ void addBox(const EffectDefinition* effect, const int32_t corners[8]) {
                     .y = top >> 12,
                     .w = (right - left) >> 12,
                     .h = (bottom - top) >> 12,
+                    .parameters = {size(info->objectWidth), size(info->objectHeight)},
                     .kind = handleObject};
   std::copy_n(corners, 8, box.corners);
+  if (effect->coordinate_map) box.axes = axesAt(effect, info, position);
   recordHandle(box);
 }
 
@@ -60,7 +111,7 @@ bool positionMoves(const EffectDefinition* effect) {
   if (!effect->coordinate_map || !effect->track_modes) return false;
   for (int slot : {slotX, slotY, slotZ}) {
     int track = effect->coordinate_map[slot];
-    if (track >= 0 && (effect->track_modes[track] & modeNumber) != modeNone) return true;
+    if (track >= 0 && (effect->track_modes[track] & modeNumber) != modeNone && !endsInJump(effect, track)) return true;
   }
   return false;
 }
@@ -83,10 +134,10 @@ void recordPlacement(const EffectDefinition* effect, const EffectProcessInfo* in
     std::copy_n(corners, 8, drawn.corners);
   }
   if (!(info->host.flags & processHandles)) return;
-  if (shown) addBox(effect, corners);
+  if (shown) addBox(effect, info, corners);
   if (!positionMoves(effect)) return;
-  addPosition(effect, info, effect->track_begin_values, handleStart);
-  addPosition(effect, info, effect->track_end_values, handleEnd);
+  addPosition(effect, info, handleStart);
+  addPosition(effect, info, handleEnd);
 }
 
 int coordinateTrack(ObjectRef ref, CoordinateSlot coordinate) {

@@ -1,4 +1,4 @@
-// Handles shown over the preview. They are recorded while a frame is rendered; moving them is ui/image_editing.h's.
+// Handles shown over the preview. They are recorded while a frame is rendered; moving them is ui/image's.
 //
 // A box (kind handleObject alone) is a quadrilateral; every other handle is a mark of `w` x `h` pixels around (x, y).
 #pragma once
@@ -18,18 +18,25 @@ enum HandleKind : uint32_t {
   handleSpace = 0x41800,
 };
 
+/// By how many pixels of the picture a handle goes while its first or its second coordinate goes by one: groups turn and
+/// scale what they take, and what is far away goes slowly.
+struct HandleAxes {
+  double across[2] = {1, 0}, down[2] = {0, 1};
+};
+
 struct PreviewHandle {
   ObjectRef ref;  // 0 for free handles
   /// Tracks of the effect that the handle moves, -1 = none. With those of neither, `parameters` tell.
   int32_t coordinate1, coordinate2;
   int32_t x, y, w, h;  // scene pixels
   /// Of a handle that an effect adds: 1 + the track moved across and down (0 none), and the stored units it changes by
-  /// per pixel (0 = the track's scale).
+  /// per pixel (0 = the track's scale). Of a box: the picture's size at 100 %.
   int16_t parameters[4];
   uint32_t kind;
   int32_t value;  // the effect's own
   /// Of a box: x and y of left top, right top, right bottom and left bottom, 1/4096 pixel.
   int32_t corners[8];
+  HandleAxes axes;
 };
 
 extern PreviewHandle previewHandles[maxHandles];

@@ -121,7 +121,8 @@ int renderSceneFrame(FrameProcessInfo* frame, int layerLimit, int frameOffset, i
   collectLayers(&level, shown, frame->frameNumber, subFrame, limit);
   renderLayers(&level, limit);
 
-  if (depth == 0 && !environment.saving && !environment.playing && !frameHasAlpha(info)) drawPreviewOverlay(info);
+  const bool edited = !environment.saving && !environment.playing && !(frame->flags & processWithoutOverlay);
+  if (depth == 0 && edited && !frameHasAlpha(info)) drawPreviewOverlay(info);
   frame->width = size.width;
   frame->height = size.height;
   if (larger) {

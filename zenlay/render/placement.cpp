@@ -108,4 +108,20 @@ int placeObject(EffectDefinition* effect, EffectProcessInfo* info, uint32_t opti
   return 1;
 }
 
+ScenePoint anchorAt(const EffectDefinition* effect, const EffectProcessInfo* info, const int32_t position[3]) {
+  EffectDefinition moved = *effect;
+  int32_t values[maxTracks];
+  std::copy_n(effect->track, effect->track_count, values);
+  for (int slot : {slotX, slotY, slotZ})
+    if (int track = effect->coordinate_map[slot]; track >= 0) values[track] = position[slot];
+  moved.track = values;
+  Placed p = combine(&moved, info);
+  p.at.zoom = 0;  // the whole picture is one point
+  ImageRegion region = objectRegion(info);
+  region.width = region.height = 1;
+  int32_t corners[8]{};
+  drawImageInSpace(environment.hostFunctions, nullptr, region, p.at, p.turnedByGroup ? &p.group : nullptr, 0, corners);
+  return {corners[0] / double{subPixel}, corners[1] / double{subPixel}};
+}
+
 }  // namespace zenlay

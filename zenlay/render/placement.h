@@ -3,6 +3,7 @@
 
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/effects/scales_and_turns.h"
+#include "zenlay/render/preview_overlay.h"
 
 namespace zenlay {
 
@@ -14,5 +15,8 @@ void readPlacement(const EffectDefinition*, ImagePlacement*);
 /// Combines the slots with the object's accumulated placement and draws the object image into the frame. `options` are
 /// the drawing effect's own bits (blend mode in bits 24..28). 1.
 int placeObject(EffectDefinition*, EffectProcessInfo*, uint32_t options);
+/// Where the object's centre of rotation would lie on the scene's picture, pixels, if the tracks of X, Y and Z had these
+/// values, in the groups and under the camera of now.
+ScenePoint anchorAt(const EffectDefinition*, const EffectProcessInfo*, const int32_t position[3]);
 
 }  // namespace zenlay

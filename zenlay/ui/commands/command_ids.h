@@ -13,7 +13,7 @@ enum CommandId : int {
   commandReloadSettings = 1005,
   commandCopy = 1008,   // the target
   commandPaste = 1009,  // at the click
-  commandUndo = 1010,
+  commandUndo = commandUndoStep,
   commandPushButton = 1011,     // parameter: check row
   commandSelectSection = 1012,  // parameter: object
   commandToggleBeatGrid = 1013,
@@ -32,7 +32,6 @@ enum CommandId : int {
   commandCheckChanged = 1027,  // parameter: check row
   commandColorPicked = 1028,   // parameter: the colour, or -1
   commandToggleTrackSelected = 1029,
-  commandNewProject = 1030,
   commandLastFrameAtCursor = 1031,
   commandInsertLayer = 1032,
   commandDeleteLayer = 1033,
@@ -106,10 +105,6 @@ enum CommandId : int {
   settingsMovement = 1122,
   settingsSpaceMidpoints = 1123,
   settingsRemoveEffect = 4300,
-  // From the host's main window only.
-  commandHostCopy = 1200,
-  commandHostPaste = 1201,
-  commandHostDelete = 1202,
 };
 
 }  // namespace zenlay

@@ -16,6 +16,7 @@
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/model/undo.h"
 #include "zenlay/ui/commands/table.h"
 #include "zenlay/ui/menus/menus.h"
 #include "zenlay/ui/timeline/snapping.h"
@@ -54,9 +55,11 @@ int createFromAlias(int alias) {
 // ---- Templates: an object file in a scene of its own ----
 
 /// Reads the file into the free scene; false after a message.
-bool loadScene(int scene, const std::string& path, const std::string& name) {
+bool loadScene(int scene, const std::string& name) {
+  const std::string path = templatePath(name);
   ObjectFileHeader header;
   if (!readObjectFileHeader(path.c_str(), &header)) header = {};
+  recordUndo(scene, undoNewScene);
   const int home = currentScene;
   selectScene(scene);
   const int end = readObjectFile(path.c_str(), 0, 0);
@@ -71,7 +74,7 @@ bool loadScene(int scene, const std::string& path, const std::string& name) {
   s.zoomLevel = timelineView.zoomLevel;
   s.currentObject = -1;
   s.grid = preferences.grid;
-  setSceneName(scene, header.name[0] ? header.name : name.c_str());
+  renameScene(scene, name);
   return true;
 }
 
@@ -97,7 +100,7 @@ int createSceneObjects(int scene) {
   if (picture < 0 || !hasSound(scene) || !(environment.clip.flags & fileHasAudio) || layer + 1 == layersPerScene)
     return picture;
   const int sound = createSceneObject(effectSceneAudio, scene, objects[picture].start, layer + 1);
-  if (sound >= 0 && preferences.group_open) objects[picture].group = objects[sound].group = newGroupNumber();
+  if (sound >= 0 && preferences.group_open) joinGroup(sound, picture);
   return picture;
 }
 
@@ -110,11 +113,8 @@ int createFromTemplate(int number) {
   }
   const std::string name = objectTemplates[number];
   return inOneStep([&] {
-    const int object = loadScene(scene, templatePath(name), name) ? createSceneObjects(scene) : -1;
-    if (object < 0) {
-      scenes[scene] = {};
-      return 0;
-    }
+    const int object = loadScene(scene, name) ? createSceneObjects(scene) : -1;
+    if (object < 0) return 0;
     showCreated(object);
     return 1;
   });

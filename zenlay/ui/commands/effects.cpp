@@ -9,8 +9,8 @@
 #include "zenlay/model/slots.h"
 #include "zenlay/model/undo.h"
 #include "zenlay/ui/commands/table.h"
-#include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/menus/menus.h"
+#include "zenlay/ui/project/new_alias.h"
 #include "zenlay/ui/settings/window.h"
 #include "zenlay/ui/timeline/selection.h"
 
@@ -101,24 +101,18 @@ int moveSlotBy(int slot, int delta) {
   return inOneStep([=] { return moveSlot(currentObject, slot, delta); });
 }
 
-int createAlias() {
-  const int object = selection().empty() ? headOf(currentObject) : headOf(selection().front());
-  std::string name = objects[object].name, folder;
-  if (name.empty()) name = effectIn(object, 0)->name;
-  if (!askAliasName("New alias <all object>", name, folder) || !inUse(object)) return 0;
-  if (!writeAlias(object, aliasWholeObject, 0, aliasPath(folder, name).c_str())) return 0;
-  registerAlias(folder, name, firstAliasCommand);
-  refillAliasMenus();
+int createObjectAlias() {
+  const int object = headOf(selection().empty() ? currentObject : selection().front());
+  const std::string name = objects[object].name;
+  createAlias("New alias <all object>", name.empty() ? effectIn(object, 0)->name : name, object, aliasWholeObject);
   return 0;
 }
-
-int numberOf(const Call& call) { return static_cast<int>(call.parameter); }
 
 constexpr Row rows[] = {
     {commandAddEffect, [](const Call& call) { return addEffectToTarget(numberOf(call)); }, needsTarget, showsBoth},
     {commandRemoveEffect, [](const Call& call) { return removeSlot(numberOf(call)); }, needsCurrent, showsBoth},
     {commandAddAlias, [](const Call& call) { return addAliasToTarget(numberOf(call)); }, needsTarget, showsBoth},
-    {commandCreateAlias, [](const Call&) { return createAlias(); }, needsTarget},
+    {commandCreateAlias, [](const Call&) { return createObjectAlias(); }, needsTarget},
     {commandMoveEffectUp, [](const Call& call) { return moveSlotBy(numberOf(call), -1); }, needsCurrent, showsBoth},
     {commandMoveEffectDown, [](const Call& call) { return moveSlotBy(numberOf(call), 1); }, needsCurrent, showsBoth},
 };

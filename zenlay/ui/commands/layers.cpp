@@ -1,7 +1,6 @@
 // Commands on the layer whose header was clicked.
 #include <string>
 
-#include "platform/text.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/arrange.h"
 #include "zenlay/model/objects.h"
@@ -38,34 +37,14 @@ int linkLayer() {
   });
 }
 
-/// As much of the text as a name may have.
-std::string asName(const std::string& text) {
-  size_t length = 0;
-  for (int bytes; length < text.size(); length += static_cast<size_t>(bytes)) {
-    bytes = platform::characterBytes(text.c_str() + length);
-    if (length + static_cast<size_t>(bytes) >= maxName) break;
-  }
-  return text.substr(0, length);
-}
-
-int setName(int layer, const std::string& name) {
-  if (name.empty()) {
-    layers[layer].name = nullptr;
-    return 1;
-  }
-  if (setLayerName(currentScene, layer, name.c_str())) return 1;
-  showMessage("Unable to add more name", boxWarning);
-  return 0;
-}
-
-int renameLayer() {
+int renameClicked() {
   const int layer = clicked(), scene = currentScene;
   const std::string before = layers[layer].name ? layers[layer].name : "";
   std::string name = before;
   if (!askLayerName(name) || scene != currentScene || name == before) return 0;
   return inOneStep([&] {
     recordUndo(layer | undoLayerTarget, undoLayer);
-    return setName(layer, asName(name));
+    return renameLayer(scene, layer, name);
   });
 }
 
@@ -96,7 +75,7 @@ constexpr Row rows[] = {
     {commandLockLayer, [](const Call&) { return toggleLayer(clicked(), layerLocked); }, needsProject, showsTimeline},
     {commandInsertLayer, [](const Call&) { return rearrange(insertLayer); }, needsProject, showsBoth},
     {commandDeleteLayer, [](const Call&) { return rearrange(deleteLayer); }, needsProject, showsBoth},
-    {commandRenameLayer, [](const Call&) { return renameLayer(); }, needsProject, showsTimeline},
+    {commandRenameLayer, [](const Call&) { return renameClicked(); }, needsProject, showsTimeline},
     {commandLinkCoordinates, [](const Call&) { return linkLayer(); }, needsProject, showsBoth},
     {commandClipLayer, [](const Call&) { return toggleLayer(clicked(), layerClipAbove); }, needsProject, showsTimeline},
     {commandShowOtherLayers, [](const Call&) { return showOtherLayers(); }, needsProject, showsTimeline},

@@ -5,8 +5,6 @@
 namespace zenlay::commands {
 namespace {
 
-int numberOf(const Call& call) { return static_cast<int>(call.parameter); }
-
 constexpr Row rows[] = {
     {commandApplySettings, [](const Call& call) { return applySettings(call.parameter); }, needsCurrent},
     {commandReloadSettings,

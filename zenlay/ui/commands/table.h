@@ -18,6 +18,8 @@ struct Call {
   ActiveWindow active;  // when it came
 };
 
+inline int numberOf(const Call& call) { return static_cast<int>(call.parameter); }
+
 /// What must be there; without it the command does nothing.
 enum Need : uint8_t {
   needsNothing,

@@ -26,8 +26,8 @@ int toggleTrackSelected() {
   return 1;
 }
 
-int setCursor(intptr_t frame) {
-  moveCursor(static_cast<int>(frame));
+int setCursor(int frame) {
+  moveCursor(frame);
   return 1;
 }
 
@@ -65,7 +65,7 @@ int undoStep() {
 }
 
 constexpr Row rows[] = {
-    {commandSetCursor, [](const Call& call) { return setCursor(call.parameter); }, needsProject | anyTime},
+    {commandSetCursor, [](const Call& call) { return setCursor(numberOf(call)); }, needsProject | anyTime},
     {commandUndo, [](const Call&) { return undoStep(); }, needsProject, showsBoth},
     {commandToggleBeatGrid, [](const Call&) { return toggle(preferences.grid.grid); }, needsNothing, showsTimeline},
     {commandPreferences, [](const Call&) { return static_cast<int>(editPreferences()); }, needsNothing, showsBoth},

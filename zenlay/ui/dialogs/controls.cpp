@@ -11,29 +11,13 @@ namespace zenlay {
 using platform::controlOf;
 using platform::Window;
 
-namespace {
-
-/// As many whole characters as fit.
-std::string cut(std::string text, size_t bytes) {
-  size_t used = 0;
-  while (used < text.size()) {
-    size_t next = used + static_cast<size_t>(platform::characterBytes(text.c_str() + used));
-    if (next > bytes) break;
-    used = next;
-  }
-  text.resize(used);
-  return text;
-}
-
-}  // namespace
-
 Window* dialogOwner() {
   Window* active = platform::activeWindow();
   return active ? active : environment.timelineWindow;
 }
 
-std::string textIn(Window* dialog, int id) {
-  return cut(platform::ansiFromUtf8(platform::windowText(controlOf(dialog, id))), dialogTextBytes);
+std::string textIn(Window* dialog, int id, size_t bytes) {
+  return platform::wholeCharacters(platform::ansiFromUtf8(platform::windowText(controlOf(dialog, id))), bytes);
 }
 
 void showText(Window* dialog, int id, std::string_view text) {
@@ -44,9 +28,8 @@ int parseNumber(const char* text) {
   while (*text == ' ') text++;
   bool negative = *text == '-';
   if (negative || *text == '+') text++;
-  int64_t value = 0;
-  for (; *text >= '0' && *text <= '9'; text++) value = std::min<int64_t>(value * 10 + (*text - '0'), int64_t{1} << 32);
-  return static_cast<int>(std::clamp<int64_t>(negative ? -value : value, INT32_MIN, INT32_MAX));
+  int64_t value = platform::takeDigits(text, int64_t{INT32_MAX} + negative);
+  return static_cast<int>(negative ? -value : value);
 }
 
 int numberIn(Window* dialog, int id) { return parseNumber(platform::windowText(controlOf(dialog, id)).c_str()); }

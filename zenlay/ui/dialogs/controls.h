@@ -9,12 +9,13 @@
 
 namespace zenlay {
 
-inline constexpr int dialogTextBytes = 259;  // of a text taken from a dialog, without the terminator
+inline constexpr size_t dialogTextBytes = 259;  // of a text taken from a dialog, without the terminator
 
 /// The window a dialog belongs to: the active one, else the timeline window.
 platform::Window* dialogOwner();
 
-std::string textIn(platform::Window* dialog, int id);  // cut to dialogTextBytes
+/// As many whole characters as fit.
+std::string textIn(platform::Window* dialog, int id, size_t bytes = dialogTextBytes);
 void showText(platform::Window* dialog, int id, std::string_view text);
 /// A signed decimal behind blanks, what follows it ignored: 0 without digits, saturated at 32 bits.
 int parseNumber(const char* text);

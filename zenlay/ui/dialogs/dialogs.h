@@ -1,11 +1,15 @@
 // The plug-in's modal dialogs. Each returns false (or the stated value) when cancelled and leaves its arguments alone.
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "platform/window.h"
+#include "zenlay/effects/effect_services.h"
 
 namespace zenlay {
+
+struct NumberItem;
 
 bool askLayerName(std::string& name);
 /// Frames, or 0 when cancelled or nothing sensible was typed. `frames` is shown at first.
@@ -13,9 +17,9 @@ int askLength(const char* title, int frames);
 enum TextBoxSize { textBoxWide, textBoxSmall };
 /// One line of text, at most 259 bytes. An empty title is "Parameter Settings".
 bool askText(const char* title, std::string& text, TextBoxSize);
-/// Bits of chooseScene's options.
-enum SceneOption { sceneMatchLength = 0x1, scenePlayReverse = 0x2 };
-/// The scene chosen, or -1. `options` may be null: no check boxes then.
+/// "Parameter Settings" with a box for each number, at most 16; what is typed is limited to the item's range.
+bool askNumbers(std::span<NumberItem>);
+/// The scene chosen, or -1. `options` (SceneOption) may be null: no check boxes then.
 int chooseScene(platform::Point screen, int current, bool withRoot, int* options);
 /// Name, size and alpha flag of the current scene.
 bool editSceneSettings();

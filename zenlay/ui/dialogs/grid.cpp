@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/text.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/ui/dialogs/controls.h"
 #include "zenlay/ui/dialogs/dialogs.h"
@@ -60,14 +61,10 @@ std::string tempoText(int tempo) {
   return text;
 }
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
 /// Digits behind the fourth decimal are ignored; what does not fit saturates.
 int parseTempo(const char* text) {
   while (*text == ' ') text++;
-  int64_t tempo = 0;
-  for (; isDigit(*text); text++) tempo = std::min<int64_t>(tempo * 10 + (*text - '0'), INT32_MAX);
-  tempo *= tempoUnit;
+  int64_t tempo = takeDigits(text, INT32_MAX) * tempoUnit;
   if (*text == '.')
     for (int unit = tempoUnit / 10; isDigit(*++text) && unit > 0; unit /= 10) tempo += (*text - '0') * unit;
   return static_cast<int>(std::min<int64_t>(tempo, INT32_MAX));

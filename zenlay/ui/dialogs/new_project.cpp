@@ -1,6 +1,9 @@
 // The dialog "Create a New Project".
+#include "zenlay/ui/project/new_project.h"
+
 #include <cstring>
 
+#include "zenlay/host/environment.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/ui/dialogs/controls.h"
 #include "zenlay/ui/dialogs/dialogs.h"
@@ -56,11 +59,22 @@ void fill(Window* dialog, bool importing) {
   enableFields(dialog);
 }
 
+/// Whether a project can be made of what was typed; otherwise the user is told.
+bool isUsable(Window* dialog) {
+  int32_t rate, scale;
+  if (isTicked(dialog, matchCheck)) return true;
+  const bool size = numberIn(dialog, widthEdit) > 0 && numberIn(dialog, heightEdit) > 0;
+  if (size && numberIn(dialog, audioRateEdit) > 0 && parseFrameRate(textIn(dialog, rateEdit).c_str(), &rate, &scale))
+    return true;
+  showMessage("The image size and both rates must be above 0.", boxWarning);
+  return false;
+}
+
 void take(Window* dialog, bool importing) {
   preferences.new_w = numberIn(dialog, widthEdit);
   preferences.new_h = numberIn(dialog, heightEdit);
   preferences.new_hz = numberIn(dialog, audioRateEdit);
-  std::string rate = textIn(dialog, rateEdit).substr(0, rateBytes);
+  std::string rate = textIn(dialog, rateEdit, rateBytes);
   memcpy(preferences.new_fps, rate.c_str(), rate.size() + 1);
   if (importing) preferences.new_fmt = isTicked(dialog, matchCheck);
 }
@@ -69,7 +83,9 @@ intptr_t procedure(Window* dialog, uint32_t message, intptr_t first, intptr_t, v
   bool importing = *static_cast<bool*>(user);
   if (message == messageDialogOpened) fill(dialog, importing);
   if (isPress(message, first, matchCheck)) enableFields(dialog);
-  if (isPress(message, first, dialogOk)) take(dialog, importing);
+  if (!isPress(message, first, dialogOk)) return 0;
+  if (!isUsable(dialog)) return 1;
+  take(dialog, importing);
   return 0;
 }
 

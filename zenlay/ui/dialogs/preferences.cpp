@@ -131,11 +131,10 @@ struct StoredRow {
   const char* key;
   int fallback;
 };
-constexpr int defaultVideoHandles = 8;
-constexpr StoredRow videoHandles{handlesEdit, "avi_handle_max", defaultVideoHandles};
+constexpr StoredRow videoHandles{handlesEdit, "avi_handle_max", defaultMediaHandles};
 constexpr StoredRow cachedImages{imagesEdit, "image_cache_max", defaultImageCacheSlots};
 constexpr StoredRow maxWidth{maxWidthEdit, "max_w", 0}, maxHeight{maxHeightEdit, "max_h", 0};
-constexpr StoredRow shadowMap{shadowEdit, "shadow_max", 0};
+constexpr StoredRow shadowMap{shadowEdit, "shadow_max", defaultShadowMax};
 
 constexpr int firstBuildFindingMoved = 9930;  // of the host
 constexpr int maxBackups = 1000, maxMinutes = 10000;

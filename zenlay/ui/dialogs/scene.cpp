@@ -106,14 +106,10 @@ constexpr DialogItem settingsItems[] = {
 };
 constexpr DialogTable settingsTable{"Scene Settings", {190, 86}, settingsItems};
 
-void rename(int scene, const std::string& name) {
-  if (name.empty() || name == sceneName(scene)) return;
-  if (!setSceneName(scene, name.c_str())) showMessage("The scene's name is too long.", boxWarning);
-}
-
 void storeSettings(Window* dialog) {
   SceneRecord& scene = scenes[currentScene];
-  rename(currentScene, textIn(dialog, nameEdit));
+  const std::string name = textIn(dialog, nameEdit);
+  if (name != sceneName(currentScene)) renameScene(currentScene, name);
   int width = numberIn(dialog, widthEdit), height = numberIn(dialog, heightEdit);
   bool own = width > 0 && height > 0;
   scene.width = own ? width : 0;

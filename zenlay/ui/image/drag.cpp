@@ -53,11 +53,12 @@ struct Ends {
 };
 Ends endsAt(int object, int track, uint32_t kind) {
   const ObjectRecord& o = objects[object];
-  if ((o.modes[track] & modeNumber) == modeNone || (o.modes[track] & modeNumber) == modeAmount) return {true, false};
-  if (kind & handleStart) return {true, false};
-  if (kind & handleEnd) return {false, true};
-  bool atStart = timelineView.cursorFrame <= o.start;
-  bool atEnd = timelineView.cursorFrame >= o.end && nextSection(object) < 0;
+  const int mode = o.modes[track] & modeNumber;
+  const bool last = nextSection(object) < 0;
+  if (mode == modeNone || kind & handleStart) return {true, false};
+  if (kind & handleEnd) return {false, mode != modeTeleport || !last};
+  if (mode == modeAmount || mode == modeTeleport) return {true, false};
+  bool atStart = timelineView.cursorFrame <= o.start, atEnd = timelineView.cursorFrame >= o.end && last;
   return {!atEnd || atStart, !atStart};
 }
 
@@ -84,7 +85,14 @@ HandleTrack trackOfHandle(const PreviewHandle& handle, int direction) {
     units = handle.parameters[2 + direction];
   }
   if (coordinate < 0 || coordinate >= effect->track_count) return {-1, 0};
-  return {o.slots[slotOfRef(handle.ref)].firstTrack + coordinate, units != 0 ? units : trackScale(effect, coordinate)};
+  const int track = o.slots[slotOfRef(handle.ref)].firstTrack + coordinate;
+  if (units == 0) units = trackScale(effect, coordinate);
+  // The end of a movement by an amount a frame lies as many amounts away as frames have passed.
+  if (handle.kind & handleEnd && (o.modes[track] & modeNumber) == modeAmount) {
+    const int object = objectOfRef(handle.ref), passed = o.end + (nextSection(object) >= 0) - chainRange(object).first;
+    units /= std::max(passed, 1);
+  }
+  return {track, units};
 }
 
 const EffectDefinition* effectOf(const ImageDrag& drag) { return effectList[drag.effect]; }
@@ -151,13 +159,23 @@ double toGrid(const DraggedTrack& track, double change, int cell) {
   return unit > 0 ? std::round(value / unit) * unit - (value - change) : change;
 }
 
+/// How far the two coordinates go for a way on the picture.
+ScenePoint alongAxes(const HandleAxes& axes, double dx, double dy) {
+  const auto& [across, down] = axes;
+  const double area = across[0] * down[1] - across[1] * down[0];
+  constexpr double edgeOn = 1e-3;  // seen from the side, where a pixel would be any distance
+  if (std::abs(area) < edgeOn) return {dx, dy};
+  return {(dx * down[1] - dy * down[0]) / area, (dy * across[0] - dx * across[1]) / area};
+}
+
 bool moveTo(ImageDrag& drag, ScenePoint at, intptr_t mouseState) {
   double dx = at.x - drag.from.x, dy = at.y - drag.from.y;
   if (mouseState & platform::mouseShift) (std::abs(dx) >= std::abs(dy) ? dy : dx) = 0;
-  double across = dx * drag.across.unitsPerPixel, down = dy * drag.down.unitsPerPixel;
+  ScenePoint way = alongAxes(drag.axes, dx, dy);
+  double across = way.x * drag.across.unitsPerPixel, down = way.y * drag.down.unitsPerPixel;
   if (mouseState & platform::mouseCtrl) {
-    if (dx != 0) across = toGrid(drag.across, across, preferences.grid.grid2d_w);
-    if (dy != 0) down = toGrid(drag.down, down, preferences.grid.grid2d_h);
+    if (way.x != 0) across = toGrid(drag.across, across, preferences.grid.grid2d_w);
+    if (way.y != 0) down = toGrid(drag.down, down, preferences.grid.grid2d_h);
   }
   return store(drag, {changedValues(drag, drag.across, [&](int32_t v) { return v + across; }),
                       changedValues(drag, drag.down, [&](int32_t v) { return v + down; })});
@@ -166,9 +184,14 @@ bool moveTo(ImageDrag& drag, ScenePoint at, intptr_t mouseState) {
 bool scaleTo(ImageDrag& drag, ScenePoint at, intptr_t mouseState) {
   double before = std::hypot(drag.from.x - drag.centre.x, drag.from.y - drag.centre.y);
   double now = std::hypot(at.x - drag.centre.x, at.y - drag.centre.y);
-  if (before < 1e-3) return false;
+  constexpr int wholeZoom = 10000;
+  constexpr double tooNear = 1e-3;
   auto scaled = [&](int32_t v) {
-    double value = v * now / before;
+    double value = v;
+    if (v == 0 && drag.wholeRadius > 0)
+      value = wholeZoom * now / drag.wholeRadius;  // from nothing: as large as the mouse is away
+    else if (before >= tooNear)
+      value = v * now / before;
     return mouseState & platform::mouseShift ? std::round(value / zoomStep) * zoomStep : value;
   };
   return store(drag, {changedValues(drag, drag.across, scaled), changedValues(drag, drag.down, scaled)});
@@ -205,12 +228,14 @@ ImageDrag beginImageDrag(GrabbedHandle grabbed, ScenePoint at) {
   drag.effect = objects[object].slots[slot].effect;
   drag.firstTrack = objects[object].slots[slot].firstTrack;
   drag.kind = handle.kind;
+  drag.axes = handle.axes;
   drag.from = at;
   if (isBox(handle)) {
     for (int i = 0; i < 4; i++) {
       drag.centre.x += boxCorner(handle, i).x / 4;
       drag.centre.y += boxCorner(handle, i).y / 4;
     }
+    drag.wholeRadius = std::hypot(handle.parameters[0], handle.parameters[1]) / 2;
   }
   if (grabbed.grip == gripMove) {
     HandleTrack across = trackOfHandle(handle, 0), down = trackOfHandle(handle, 1);

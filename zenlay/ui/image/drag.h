@@ -25,7 +25,9 @@ struct ImageDrag {
   int firstTrack = 0;         // of that slot
   uint32_t kind = 0;          // of the handle
   DraggedTrack across, down;  // of gripMove; the others use the first
+  HandleAxes axes;
   ScenePoint from{}, centre{};
+  double wholeRadius = 0;  // of a box: from its centre to a corner at 100 %, pixels
   bool recorded = false;
 };
 

@@ -1,10 +1,12 @@
 #include "zenlay/ui/image/editing.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
 #include "platform/window.h"
 #include "zenlay/effects/registry.h"
+#include "zenlay/effects/service_hooks.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/objects.h"
@@ -32,10 +34,13 @@ int stepsBehind;   // undo steps when the drag or the nudging had recorded its o
 
 // ---- Effects that take part ----
 
-/// Offers a command to the current object's effects until one takes it.
+/// Offers a command to the effect that has said what the operation acts on, else to the current object's effects until
+/// one takes it.
 bool offer(int command, int handle, intptr_t value) {
-  if (!onTimeline(currentObject)) return false;
   const int wparam = command | (handle + 1) << 16;
+  if (ObjectRef ref = serviceState.operatedObject; ref && holder >= 0)
+    return onTimeline(objectOfRef(ref)) && callEffect(objectOfRef(ref), slotOfRef(ref), wparam, value) == 1;
+  if (!onTimeline(currentObject)) return false;
   for (int slot = 0; slot < usedSlots(currentObject); slot++) {
     const EffectDefinition* effect = effectList[objects[currentObject].slots[slot].effect];
     bool takesPart = isBuiltIn(effect) && effect->flag & effectPreview && effect->window_proc;
@@ -46,8 +51,8 @@ bool offer(int command, int handle, intptr_t value) {
   return false;
 }
 
-/// Its object is still the one shown.
-bool effectHolds() { return holder >= 0 && holder == currentObject; }
+/// Its object is still the one shown, or it has named another.
+bool effectHolds() { return holder >= 0 && (holder == currentObject || serviceState.operatedObject); }
 
 intptr_t packed(ScenePoint p) {
   return platform::packPoint({static_cast<int>(std::lround(p.x)), static_cast<int>(std::lround(p.y))});
@@ -61,6 +66,7 @@ void endNudging() { nudging = false; }
 void forgetDrag() {
   drag = {};
   pressed = holder = -1;
+  serviceState.operatedObject = 0;
 }
 
 /// Whether the newest undo step is still the one this drag recorded.
@@ -110,12 +116,12 @@ int takeBack() {
 
 // ---- Keys ----
 
-/// Stored units a key moves by: a pixel, ten with Shift, one unit with Ctrl.
+/// Stored units a key moves by: a pixel, ten with Shift, one unit with Ctrl; one at least.
 int nudgeUnits(const DraggedTrack& track, int direction, intptr_t mouseState) {
-  if (direction == 0) return 0;
-  if (mouseState & platform::mouseCtrl) return direction;
-  double units = track.unitsPerPixel * (mouseState & platform::mouseShift ? 10 : 1);
-  return direction * static_cast<int>(std::lround(units));
+  if (direction == 0 || track.unitsPerPixel == 0) return 0;
+  const double pixels = mouseState & platform::mouseCtrl ? 0 : mouseState & platform::mouseShift ? 10 : 1;
+  const int units = std::max(static_cast<int>(std::lround(std::abs(track.unitsPerPixel) * pixels)), 1);
+  return track.unitsPerPixel < 0 ? -direction * units : direction * units;
 }
 
 struct Arrow {
@@ -174,27 +180,26 @@ int doubleClickAt(ScenePoint scene) {
   return 1;
 }
 
-/// With the aids off, so that none of them is picked.
-int pickColor(Point at) {
-  bool hidden = imageAidsHidden;
-  imageAidsHidden = true;
-  int picked = pickImageColor(at);
-  imageAidsHidden = hidden;
-  return picked;
+/// Of what is shown at a pixel of the host's frame, however large that shows the scene.
+int pickColor(ScenePoint scene) {
+  return pickImageColor({static_cast<int>(std::floor(scene.x)) - shownScene.offsetX,
+                         static_cast<int>(std::floor(scene.y)) - shownScene.offsetY});
 }
 
 }  // namespace
 
 int imageMessage(uint32_t message, intptr_t first, intptr_t second) {
-  if (!environment.projectOpen || environment.saving || environment.playing || imageAidsHidden) {
+  Point at = platform::unpackPoint(second);
+  ScenePoint scene = sceneAt(at.x, at.y);
+  const bool open = environment.projectOpen && !environment.saving;
+  if (open && message == messageImageMouseDown && colorPickPending()) return pickColor(scene);
+  if (!open || environment.playing || imageAidsHidden) {
     forgetDrag();
     return 0;
   }
-  Point at = platform::unpackPoint(second);
-  ScenePoint scene = sceneAt(at.x, at.y);
   switch (message) {
     case messageImageMouseDown:
-      return colorPickPending() ? pickColor(at) : pressAt(at, scene);
+      return pressAt(at, scene);
     case messageImageMouseMove:
       return moveAt(scene, first);
     case messageImageMouseUp:

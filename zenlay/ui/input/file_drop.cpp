@@ -98,9 +98,7 @@ bool projectHasAudio() { return environment.clip.flags & fileHasAudio; }
 /// A further object of one drop goes by the first.
 void matchFirst(int object, int first) {
   setObjectLength(object, objects[first].end - objects[first].start + 1);
-  if (!preferences.group_open) return;
-  if (objects[first].group == 0) objects[first].group = newGroupNumber();
-  objects[object].group = objects[first].group;
+  if (preferences.group_open) joinGroup(object, first);
 }
 
 /// The n-th further object of a drop goes below the first, or above it where the layers end.

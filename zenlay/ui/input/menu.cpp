@@ -21,38 +21,12 @@ using platform::Point;
 
 namespace {
 
-struct LayerItem {
-  int id;
-  uint32_t flag;  // LayerFlag that checks it; 0: never
-  bool inverted;
-};
-constexpr LayerItem layerItems[] = {
-    {commandLockLayer, layerLocked, false},
-    {commandToggleLayer, layerHidden, true},
-    {commandRenameLayer, 0, false},
-    {commandShowOtherLayers, 0, false},
-    {commandInsertLayer, 0, false},
-    {commandDeleteLayer, 0, false},
-    {commandLinkCoordinates, layerCoordinateLink, false},
-    {commandClipLayer, layerClipAbove, false},
-};
-
 int showAndRun(ContextMenu menu, Point at) {
   platform::Window* window = environment.timelineWindow;
   flushTimeline();
   keysGoElsewhere();
   int id = showContextMenu(menu, window, platform::clientToScreen(window, at));
   return id > 0 ? runCommand(id, 0) : 0;
-}
-
-int openLayerMenu(Point at) {
-  uint32_t flags = layers[clickPosition.layer].flags;
-  platform::Menu* menu = contextMenu(menuLayer);
-  for (const LayerItem& item : layerItems) {
-    platform::checkMenuItem(menu, item.id, item.flag && static_cast<bool>(flags & item.flag) != item.inverted);
-    platform::enableMenuItem(menu, item.id, timelineView.sceneLength > 0);
-  }
-  return showAndRun(menuLayer, at);
 }
 
 /// The section behind the boundary of the piece that is nearest to x, when it is close; -1 otherwise.
@@ -65,10 +39,6 @@ int boundaryNear(int piece, int x) {
 
 int openObjectMenu(Point at) {
   int first = selection().front();
-  platform::Menu* menu = contextMenu(menuObject);
-  int from, to;
-  platform::enableMenuItem(menu, commandCut, frameSelection(&from, &to));
-  platform::checkMenuItem(menu, commandCameraTarget, objects[first].flags & objectCameraTarget);
   clickPosition.section = boundaryNear(sectionAt(first, clickPosition.frame), at.x);
   redrawChain(first);
   return showAndRun(menuObject, at);
@@ -94,7 +64,7 @@ int openAreaMenu(Point at, intptr_t state) {
 
 int openMenu(Point at, intptr_t state) {
   if (at.x < headerWidth && at.y >= rowsBottom()) return 0;
-  if (at.x < headerWidth) return at.y < rowsTop ? showAndRun(menuScene, at) : openLayerMenu(at);
+  if (at.x < headerWidth) return showAndRun(at.y < rowsTop ? menuScene : menuLayer, at);
   if (timelineView.sceneLength < 1) return showAndRun(menuNoProject, at);
   dropUnselectable();
   return openAreaMenu(at, state);

@@ -78,6 +78,12 @@ Menu* groupOf(Menu* list, const char* name) {
   return group ? group : platform::addSubmenu(list, name, platform::findSubmenu(list, textNewFilterEffect));
 }
 
+void addEffect(Menu* list, int effect) {
+  const EffectDefinition* d = effectList[effect];
+  const char* group = d->flag & effectBasic ? textBasicEffect : d->category;
+  platform::addMenuItem(groupOf(list, group), d->name, menuEffect + effect);
+}
+
 /// Where an effect stands in the list of new objects, whose last entries are "New filter effect", the control objects
 /// and "Camera control".
 void addNewObject(Menu* list, int effect) {
@@ -89,28 +95,19 @@ void addNewObject(Menu* list, int effect) {
     Menu* to = camera ? cameras : groupOf(list, d->category);
     platform::addMenuItem(to, d->name, menuEffect + effect, to == list ? cameras : nullptr);
   } else if (d->flag & effectFilter) {
-    Menu* to = d->flag & effectBasic ? platform::findSubmenu(filters, textBasicEffect) : groupOf(filters, d->category);
-    platform::addMenuItem(to, d->name, menuEffect + effect);
+    addEffect(filters, effect);
   } else {
     Menu* to = groupOf(list, d->category);
     platform::addMenuItem(to, d->name, menuEffect + effect, to == list ? filters : nullptr);
   }
 }
 
-void addEffect(Menu* list, int effect) {
-  const EffectDefinition* d = effectList[effect];
-  const char* group = d->flag & effectBasic ? textBasicEffect : d->category;
-  platform::addMenuItem(groupOf(list, group), d->name, menuEffect + effect);
-}
-
 void addEffects(Menu* const (&menus)[contextMenus]) {
   for (const EffectListRow& row : effectLists) {
     Menu* list = listOf(menus[row.menu], row.submenu);
     bool newObjects = row.submenu == textNewObject;
-    for (bool basic : {true, false})  // their submenu comes first
-      for (int effect = 0; effect < effectCount; effect++)
-        if (row.takes(effect) && has(effect, effectBasic) == basic)
-          (newObjects ? addNewObject : addEffect)(list, effect);
+    for (int effect = 0; effect < effectCount; effect++)
+      if (row.takes(effect)) (newObjects ? addNewObject : addEffect)(list, effect);
   }
 }
 

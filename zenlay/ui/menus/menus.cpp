@@ -4,6 +4,7 @@
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/clipboard.h"
 #include "zenlay/model/objects.h"
+#include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
 #include "zenlay/ui/commands/command_ids.h"
@@ -17,11 +18,13 @@ namespace {
 
 platform::Menu* menus[contextMenus];
 
-struct CheckedItem {
+// ---- What the timeline's menus show when they open ----
+
+struct ToggleItem {
   int id;
   int32_t* preference;
 };
-constexpr CheckedItem checkedItems[] = {
+constexpr ToggleItem toggleItems[] = {
     {commandToggleBeatGrid, &preferences.grid.grid},        {commandToggleGrid2d, &preferences.grid.grid2d},
     {commandToggleGrid3d, &preferences.grid.grid3d},        {commandToggleOutOfArea, &preferences.grid.out_of_area},
     {commandToggleCameraGui, &preferences.camera_gui},      {commandToggleObjectRange, &preferences.object_range},
@@ -29,7 +32,24 @@ constexpr CheckedItem checkedItems[] = {
     {commandToggleFastPreview, &preferences.fast_preview},
 };
 
-bool canUndo() { return undoSteps() > 0; }
+/// Of the clicked layer.
+bool layerHas(uint32_t flag) { return layers[clickPosition.layer].flags & flag; }
+bool firstSelectedHas(uint32_t flag) { return !selection().empty() && objects[selection().front()].flags & flag; }
+
+struct CheckedItem {
+  int id;
+  bool (*checked)();
+};
+constexpr CheckedItem checkedItems[] = {
+    {commandLockLayer, [] { return layerHas(layerLocked); }},
+    {commandToggleLayer, [] { return !layerHas(layerHidden); }},
+    {commandLinkCoordinates, [] { return layerHas(layerCoordinateLink); }},
+    {commandClipLayer, [] { return layerHas(layerClipAbove); }},
+    {commandClipObject, [] { return firstSelectedHas(objectClipAbove); }},
+    {commandCameraTarget, [] { return firstSelectedHas(objectCameraTarget); }},
+};
+
+bool hasFrames() { return timelineView.sceneLength > 0; }
 
 bool anySelected(bool (*wanted)(const ObjectRecord&)) {
   for (int object : selection())
@@ -42,20 +62,31 @@ struct GreyedItem {
   bool (*enabled)();
 };
 constexpr GreyedItem greyedItems[] = {
-    {commandUndo, canUndo},
-    {settingsUndo, canUndo},
+    {commandUndo, [] { return undoSteps() > 0; }},
     {commandPaste, [] { return clipboardEntries() > 0; }},
+    {commandCut,
+     [] {
+       int first, last;
+       return frameSelection(&first, &last);
+     }},
     {commandRemoveMidpoint, [] { return onTimeline(clickPosition.section); }},
     {commandUngroup, [] { return anySelected([](const ObjectRecord& o) { return o.group != 0; }); }},
     {commandSpaceMidpointsByTime, [] { return anySelected([](const ObjectRecord& o) { return o.chainHead >= 0; }); }},
     {commandSceneSettings, [] { return environment.projectOpen; }},
+    {commandLockLayer, hasFrames},
+    {commandToggleLayer, hasFrames},
+    {commandRenameLayer, hasFrames},
+    {commandShowOtherLayers, hasFrames},
+    {commandInsertLayer, hasFrames},
+    {commandDeleteLayer, hasFrames},
+    {commandLinkCoordinates, hasFrames},
+    {commandClipLayer, hasFrames},
 };
 
 void showState(platform::Menu* menu) {
-  for (const CheckedItem& item : checkedItems) platform::checkMenuItem(menu, item.id, *item.preference != 0);
+  for (const ToggleItem& item : toggleItems) platform::checkMenuItem(menu, item.id, *item.preference != 0);
+  for (const CheckedItem& item : checkedItems) platform::checkMenuItem(menu, item.id, item.checked());
   for (const GreyedItem& item : greyedItems) platform::enableMenuItem(menu, item.id, item.enabled());
-  const bool clips = !selection().empty() && objects[selection().front()].flags & objectClipAbove;
-  platform::checkMenuItem(menu, commandClipObject, clips);
 }
 
 ContextMenu at(int menu) { return static_cast<ContextMenu>(menu); }

@@ -14,8 +14,6 @@ using platform::menuSeparator;
 constexpr MenuRow rowMenu[] = {
     menuBegin(textNewObject),
     menuBegin(textNewFilterEffect),
-    menuBegin(textBasicEffect),
-    menuEnd,
     menuEnd,
     menuBegin(textCameraControl),
     menuEnd,

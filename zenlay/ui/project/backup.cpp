@@ -44,8 +44,6 @@ struct CloseFile {
 };
 using File = std::unique_ptr<FILE, CloseFile>;
 
-uint32_t lastBackup;
-
 std::vector<std::string> backups() { return platform::filesMatching(environment.backupDirectory, pattern); }
 
 std::string timeStampedName() {
@@ -79,6 +77,16 @@ const char* backupBytes(std::vector<char>& bytes) {
   return nullptr;
 }
 
+/// Whether there is something to lose, and the user wants it kept.
+bool mayBackUp() {
+  return preferences.auto_save && preferences.auto_save_num > 0 && preferences.auto_save_time > 0 &&
+         timelineView.sceneLength > 0 && objectCount > 0 && !environment.backupDirectory.empty();
+}
+
+bool intervalIsOver() {
+  return platform::tickCount() - lastBackup >= static_cast<uint32_t>(preferences.auto_save_time) * minuteMilliseconds;
+}
+
 const char* writeBytes(const char* path, const std::vector<char>& bytes, bool replace) {
   File file(platform::openFile(path, replace ? "wb" : "wbx"));
   if (!file) return createFailure;
@@ -96,6 +104,8 @@ int32_t channelsBehind(FILE* file, const BackupHeader& header) {
 
 }  // namespace
 
+uint32_t lastBackup;
+
 void configureBackups() { lastBackup = platform::tickCount(); }
 
 void pruneBackups() {
@@ -104,16 +114,11 @@ void pruneBackups() {
   for (size_t i = 0; i + kept < names.size(); i++) platform::removeFile(environment.backupDirectory + names[i]);
 }
 
-bool backupIsDue() {
-  if (timelineView.sceneLength < 1 || objectCount == 0 || !preferences.auto_save || environment.saving) return false;
-  return platform::tickCount() - lastBackup >= static_cast<uint32_t>(preferences.auto_save_time) * minuteMilliseconds;
-}
-
 void writeAutomaticBackup(bool force) {
-  if (preferences.auto_save_num < 1 || preferences.auto_save_time < 1 || (!force && !backupIsDue())) return;
+  if (!mayBackUp() || (!force && (environment.saving || !intervalIsOver()))) return;
   lastBackup = platform::tickCount();
   std::vector<char> bytes;
-  if (environment.backupDirectory.empty() || backupBytes(bytes)) return;
+  if (backupBytes(bytes)) return;
   std::vector<std::string> names = backups();
   if (names.empty()) platform::makeFolders(environment.backupDirectory);
   if (static_cast<int>(names.size()) >= preferences.auto_save_num) {

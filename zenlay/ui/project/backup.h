@@ -1,16 +1,19 @@
 // Backups: the whole project with the clip's format, in time-stamped files beside the module.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace zenlay {
+
+extern uint32_t lastBackup;  // tick count from which the interval runs
 
 /// Takes the number and interval from the preferences and restarts the interval.
 void configureBackups();
 /// Deletes what exceeds `auto_save_num`, the oldest first.
 void pruneBackups();
-bool backupIsDue();
-/// Writes a backup into the backup folder; `force` disregards the interval. Failures show a message.
+/// Writes a backup into the backup folder when the preferences want it and the project holds something; without
+/// `force` only when the interval is over and the host isn't saving. Failures show a message.
 void writeAutomaticBackup(bool force);
 /// Path of the newest backup, or the folder when there is none.
 std::string newestBackup();

@@ -101,7 +101,7 @@ void followHost(EditHandle edit) {
   if (int frame = host->getCurrentFrame(edit); frame != timelineView.cursorFrame && timelineView.sceneLength > 0)
     setCursorFrame(frame);
   followSelection(edit);
-  if (backupIsDue()) writeAutomaticBackup(false);
+  writeAutomaticBackup(false);
 }
 
 void showModel() {

@@ -2,30 +2,31 @@
 
 #include <cstdio>
 
+#include "platform/text.h"
 #include "zenlay/host/environment.h"
 
 namespace zenlay {
+
+using platform::isDigit;
+using platform::takeDigits;
+
 namespace {
 
-constexpr int64_t maxNumber = 0x7FFFFFFF;
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr int64_t maxNumber = 0x7FFFFFFF, maxScale = 1000000000;
 
 }  // namespace
 
 bool parseFrameRate(const char* text, int32_t* rate, int32_t* scale) {
   while (*text == ' ') text++;
   if (!isDigit(*text)) return false;
-  int64_t numerator = 0, denominator = 1;
-  for (; isDigit(*text) && numerator <= maxNumber; text++) numerator = numerator * 10 + (*text - '0');
+  int64_t numerator = takeDigits(text, maxNumber + 1), denominator = 1;
   if (*text == '.') {
-    for (text++; isDigit(*text) && numerator <= maxNumber && denominator <= maxNumber; text++) {
+    for (text++; isDigit(*text) && numerator * 10 + (*text - '0') <= maxNumber && denominator < maxScale; text++) {
       numerator = numerator * 10 + (*text - '0');
       denominator *= 10;
     }
   } else if (*text == '/' && isDigit(text[1])) {
-    denominator = 0;
-    for (text++; isDigit(*text) && denominator <= maxNumber; text++) denominator = denominator * 10 + (*text - '0');
+    denominator = takeDigits(++text, maxNumber + 1);
   }
   if (numerator < 1 || denominator < 1 || numerator > maxNumber || denominator > maxNumber) return false;
   *rate = static_cast<int32_t>(numerator);
@@ -47,8 +48,13 @@ std::string clipName(const ClipFormat& format) {
 }
 
 bool createProject(const ClipFormat& format) {
-  std::string name = clipName(format);
-  return environment.hostFunctions->openEdit(environment.edit, name.c_str(), 0) == 1 && environment.projectOpen;
+  const std::string name = clipName(format);
+  if (environment.hostFunctions->openEdit(environment.edit, name.c_str(), 0) != 1 || !environment.projectOpen)
+    return false;
+  const HostFileInfo& clip = environment.clip;
+  if (int64_t{clip.rate} * format.scale != int64_t{format.rate} * clip.scale)
+    showMessage("The project was opened with another frame rate.", boxWarning);
+  return true;
 }
 
 }  // namespace zenlay

@@ -43,9 +43,8 @@ int sameSlot(int object, int slot) {
   return -1;
 }
 
-void recordStep() {
+void recordStep(std::vector<int> touched) {
   beginUndoStep();
-  std::vector<int> touched = selectedHeads();
   touched.push_back(currentObject);
   for (int object : touched) {
     recordUndo(object, undoSnapshot | undoChain);
@@ -63,76 +62,112 @@ std::vector<int> changedModes(int row) {
   return rows;
 }
 
-void writeTrack(int row) {
+/// Writes values, or only tells whether that would change any.
+struct Writer {
+  bool writes;
+  bool changes = false;
+  void put(int32_t& to, int32_t value) {
+    changes |= to != value;
+    if (writes) to = value;
+  }
+  void putFlags(int object, int slot, uint8_t flags) {
+    changes |= slotFlagsOf(object, slot) != flags;
+    if (writes) setSlotFlags(object, slot, flags);
+  }
+};
+
+/// One item of the window: a SettingsChange and its index.
+struct Item {
+  intptr_t change;
+  int index;
+  std::vector<int> modeRows;  // of changedMode
+};
+
+void writeTrack(Writer& writer, int row) {
   ObjectRecord& object = objects[currentObject];
   const TrackLine& line = state.tracks[row];
-  object.startValues[row] = line.start.value;
-  object.endValues[row] = line.end.value;
-  object.modes[row] = line.mode;
-  object.params[row] = line.param;
+  writer.put(object.startValues[row], line.start.value);
+  writer.put(object.endValues[row], line.end.value);
+  writer.put(object.modes[row], line.mode);
+  writer.put(object.params[row], line.param);
 }
 
 /// What the window has not changed it shows as the model has it.
-void writeValues(intptr_t change, int index, const std::vector<int>& modeRows) {
-  if (change & (changedStart | changedEnd)) writeTrack(index);
-  for (int row : modeRows) writeTrack(row);
-  if (change == changedCheck) objects[currentObject].checks[index] = state.checks[index].value;
-  if (change & slotChanges) setSlotFlags(currentObject, index, state.slots[index].flags);
-  syncChain(currentObject);
+void writeCurrent(Writer& writer, const Item& item) {
+  if (item.change & (changedStart | changedEnd)) writeTrack(writer, item.index);
+  for (int row : item.modeRows) writeTrack(writer, row);
+  if (item.change == changedCheck)
+    writer.put(objects[currentObject].checks[item.index], state.checks[item.index].value);
+  if (item.change & slotChanges) writer.putFlags(currentObject, item.index, state.slots[item.index].flags);
 }
 
-void copyMode(ObjectRecord& to, int track, const TrackLine& row) {
+void copyMode(Writer& writer, ObjectRecord& to, int track, const TrackLine& row) {
   int before = to.modes[track] & modeNumber, after = row.mode & modeNumber;
-  to.modes[track] = row.mode;
-  to.params[track] = row.param;
-  if (before == modeAmount && after != modeAmount) to.endValues[track] = to.startValues[track];
-  if (before != modeAmount && after == modeAmount) to.endValues[track] = 0;
+  writer.put(to.modes[track], row.mode);
+  writer.put(to.params[track], row.param);
+  if (before == modeAmount && after != modeAmount) writer.put(to.endValues[track], to.startValues[track]);
+  if (before != modeAmount && after == modeAmount) writer.put(to.endValues[track], 0);
 }
 
 /// One item of the current object into every section of a selected one; a movement there stays continuous.
-void copyTrackItem(int head, intptr_t change, int row) {
+void copyTrackItem(Writer& writer, int head, intptr_t change, int row) {
   RowOwner owner = trackOwner(row);
   int slot = sameSlot(head, owner.slot);
   if (slot < 0) return;
   for (int section : sectionsOf(head)) {
     ObjectRecord& to = objects[section];
     int track = trackOf(to, slot, owner.index);
-    if (change == changedStart) to.startValues[track] = state.tracks[row].start.value;
-    if (change == changedEnd) to.endValues[track] = state.tracks[row].end.value;
-    if (change == changedMode) copyMode(to, track, state.tracks[row]);
-    if (change != changedMode) syncChain(section);
+    if (change == changedStart) writer.put(to.startValues[track], state.tracks[row].start.value);
+    if (change == changedEnd) writer.put(to.endValues[track], state.tracks[row].end.value);
+    if (change == changedMode) copyMode(writer, to, track, state.tracks[row]);
+    if (change != changedMode && writer.writes) syncChain(section);
   }
 }
 
-void copyCheck(int head, int row) {
+void copyCheck(Writer& writer, int head, int row) {
   RowOwner owner = checkOwner(row);
   int slot = sameSlot(head, owner.slot);
   if (slot < 0) return;
   for (int section : sectionsOf(head))
-    objects[section].checks[checkOf(objects[section], slot, owner.index)] = state.checks[row].value;
+    writer.put(objects[section].checks[checkOf(objects[section], slot, owner.index)], state.checks[row].value);
 }
 
-void copySlotFlags(int head, intptr_t change, int slot) {
+void copySlotFlags(Writer& writer, int head, intptr_t change, int slot) {
   int same = sameSlot(head, slot);
   if (same < 0) return;
   uint8_t bits = change == changedFold ? slotFolded : slotEnabled | slotHandles;
-  setSlotFlags(head, same, static_cast<uint8_t>((slotFlagsOf(head, same) & ~bits) | (state.slots[slot].flags & bits)));
+  writer.putFlags(head, same,
+                  static_cast<uint8_t>((slotFlagsOf(head, same) & ~bits) | (state.slots[slot].flags & bits)));
 }
 
-void copyToSelected(intptr_t change, int index, const std::vector<int>& modeRows) {
-  for (int head : selectedHeads()) {
-    if (change & trackChanges) {
-      if (change == changedMode)
-        for (int row : modeRows) copyTrackItem(head, change, row);
-      else
-        copyTrackItem(head, change, index);
-    } else if (change == changedCheck) {
-      copyCheck(head, index);
-    } else {
-      copySlotFlags(head, change, index);
-    }
+void copyItem(Writer& writer, int head, const Item& item) {
+  if (item.change == changedMode)
+    for (int row : item.modeRows) copyTrackItem(writer, head, item.change, row);
+  else if (item.change & trackChanges)
+    copyTrackItem(writer, head, item.change, item.index);
+  else if (item.change == changedCheck)
+    copyCheck(writer, head, item.index);
+  else
+    copySlotFlags(writer, head, item.change, item.index);
+}
+
+bool changesAnything(const Item& item, const std::vector<int>& selected) {
+  Writer look{false};
+  writeCurrent(look, item);
+  for (int head : selected) copyItem(look, head, item);
+  return look.changes;
+}
+
+void write(const Item& item, const std::vector<int>& selected) {
+  Writer writer{true};
+  const bool tracks = item.change & trackChanges;
+  writeCurrent(writer, item);
+  syncChain(currentObject);
+  if (tracks) followLinkedCoordinates(currentObject, false);
+  for (int head : selected) {
+    copyItem(writer, head, item);
     syncChain(head);
-    if (change & trackChanges) followLinkedCoordinates(head, false);
+    if (tracks) followLinkedCoordinates(head, false);
     redrawChain(head);
   }
 }
@@ -159,15 +194,14 @@ int applySettings(intptr_t parameter) {
   intptr_t change = parameter & ~indexBits;
   int index = static_cast<int>(parameter & indexBits);
   if (!hasObject() || !hasItem(change, index)) return 0;
-  if (state.lastObject != currentObject || state.lastParameter != parameter) recordStep();
+  Item item{change, index, change == changedMode ? changedModes(index) : std::vector<int>{}};
+  const std::vector<int> selected = selectedHeads();
+  if (!changesAnything(item, selected)) return 0;
+  if (state.lastObject != currentObject || state.lastParameter != parameter) recordStep(selected);
   state.lastObject = currentObject;
   state.lastParameter = parameter;
 
-  std::vector<int> modeRows;
-  if (change == changedMode) modeRows = changedModes(index);
-  writeValues(change, index, modeRows);
-  if (change & trackChanges) followLinkedCoordinates(currentObject, false);
-  copyToSelected(change, index, modeRows);
+  write(item, selected);
   if (change & trackChanges) return trackChanged();
   if (change == changedCheck) checkChanged(index);
   redrawChain(currentObject);

@@ -58,7 +58,7 @@ void filesDropped(const DroppedFiles& files) {
 void fillEffectControls() {
   for (int slot = 0; slot < state.usedSlots; slot++) {
     const EffectDefinition* d = effectOf(slot);
-    if (!d || !isBuiltIn(d) || !d->show_controls || state.slots[slot].flags & slotFolded) continue;
+    if (!d || !isBuiltIn(d) || !d->show_controls) continue;
     showEffectControls(currentObject, slot, state.window, controlsFill, 0, 0);
     const std::string title = windowText(state.slots[slot].enable);
     showSlotRow(state.slots[slot], state.slots[slot].y, title.c_str());

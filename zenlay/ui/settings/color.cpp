@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "platform/system.h"
+#include "zenlay/effects/process_info.h"
 #include "zenlay/effects/service_hooks.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/model/objects.h"
@@ -58,6 +59,7 @@ bool framePixel(platform::Point at, FramePixel* pixel) {
     info.frameCount = timelineView.sceneLength;
     info.edit = environment.edit;
     info.pixelBytes = sizeof(FramePixel);
+    info.flags = processWithoutOverlay;
     info.lineBytes = environment.bufferWidth * static_cast<int>(sizeof(FramePixel));
     rendered = renderSceneFrame(&info, layersPerScene, 0, 0, 0);
     if (rendered) *pixel = info.frame[static_cast<size_t>(environment.bufferWidth) * at.y + at.x];
@@ -69,7 +71,16 @@ bool framePixel(platform::Point at, FramePixel* pixel) {
 
 }  // namespace
 
-void beginColorPick(int object, int row, bool wantsRgb) { pending = {object, row, wantsRgb}; }
+void beginColorPick(int object, int row, bool wantsRgb) {
+  constexpr int lookEvery = 20;  // ms; no click is shorter by hand
+  pending = {object, row, wantsRgb};
+  platform::startTimer(settingsWindow(), pickTimer, lookEvery);
+}
+
+void endColorPick() {
+  pending = {};
+  platform::stopTimer(settingsWindow(), pickTimer);
+}
 
 bool colorPickPending() { return pending.object >= 0; }
 
@@ -78,25 +89,26 @@ int pickImageColor(platform::Point at) {
   FramePixel pixel{};
   bool known = framePixel(at, &pixel);
   sendCommand(commandColorPicked, !known ? noPick : pending.wantsRgb ? rgbOf(pixel) : packedYcc(pixel));
-  pending = {};
+  endColorPick();
   return 1;
 }
 
 int pickScreenColor() {
-  if (!colorPickPending() || !(platform::mouseState() & platform::mouseLeft)) return 0;
+  if (!colorPickPending() || !(platform::screenButtons() & platform::mouseLeft)) return 0;
   platform::Point at = platform::cursorPosition();
   if (environment.projectOpen && platform::topLevelWindow(platform::windowAt(at)) == environment.hostMainWindow)
     return 0;
   int color = platform::screenPixel(at);
   sendCommand(commandColorPicked, color < 0 ? noPick : pending.wantsRgb ? color : packedYcc(yccOf(color)));
-  pending = {};
+  endColorPick();
   return 1;
 }
 
 int colorPicked(intptr_t color) {
   PendingPick pick = pending;
-  pending = {};
-  RowOwner owner = pick.object == currentObject ? checkOwner(pick.row) : RowOwner{-1, 0};
+  endColorPick();
+  bool shown = hasObject() && inUse(pick.object) && headOf(pick.object) == headOf(currentObject);
+  RowOwner owner = shown ? checkOwner(pick.row) : RowOwner{-1, 0};
   if (color == noPick || owner.slot < 0) return 0;
   return callEffect(currentObject, owner.slot, commandTakeColor | owner.index << 16, color);
 }

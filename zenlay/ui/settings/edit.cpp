@@ -1,6 +1,8 @@
 // Track values changed by the user: typed, dragged in the box, by track bar or spin button.
 #include <algorithm>
 
+#include "zenlay/model/objects.h"
+#include "zenlay/model/undo.h"
 #include "zenlay/ui/commands/command_ids.h"
 #include "zenlay/ui/settings/state.h"
 #include "zenlay/ui/settings/value.h"
@@ -17,6 +19,14 @@ struct Drag {
   bool moved = false;
 };
 Drag drag;
+
+/// A value box since it got the focus.
+struct Entry {
+  Window* box = nullptr;
+  int32_t value = 0;  // it had then
+  int steps = 0;      // of undo there were
+};
+Entry entry;
 
 /// One of the two values of a row.
 struct Side {
@@ -45,6 +55,8 @@ void showSide(TrackRowState& side) {
   setControlValue(side.bar, side.value / side.multiplier);
 }
 
+intptr_t changeOf(Side side) { return side.row | (side.end ? changedEnd : changedStart); }
+
 /// Stores the value, with that of an end that follows its start, and tells the timeline. `typed`: the user's own text
 /// stays in the box.
 void change(Side side, int64_t wanted, bool typed = false) {
@@ -60,7 +72,7 @@ void change(Side side, int64_t wanted, bool typed = false) {
     setControlValue(value.bar, value.value / value.multiplier);
     if (row.mode == 0) showSide(row.end);
   }
-  if (value.value != before) sendCommand(commandApplySettings, side.row | (side.end ? changedEnd : changedStart));
+  if (typed || value.value != before) sendCommand(commandApplySettings, changeOf(side));
 }
 
 int dragStep(const TrackRowState& value) { return value.scale < 2 || mouseState() & mouseShift ? 1 : value.scale; }
@@ -122,6 +134,8 @@ bool boxEvent(Window* box, int event) {
   if (event == controlTextChanged && focusedWindow() == box) {
     const char* text = windowText(box).c_str();
     change(side, *text ? parseValue(text, value.scale) : value.fallback, true);
+  } else if (event == controlGotFocus) {
+    entry = {box, value.value, undoSteps()};
   } else if (event == controlLostFocus) {
     Updating updating;
     showSide(value);
@@ -156,8 +170,7 @@ intptr_t valueBoxHook(Window* box, uint32_t message, intptr_t first, intptr_t se
       endDrag();
       return 1;
     case messageMouseWheel:
-      sendMessage(state.window, message, first, second);
-      return 1;
+      return sendMessage(state.window, message, first, second);
     default:
       return 0;
   }
@@ -169,6 +182,23 @@ bool dragKey(int key) {
   Side side = sideOfBox(drag.box);
   if (side.row >= 0) change(side, side.value().value + int64_t{key == keyLeft ? -1 : 1} * dragStep(side.value()));
   return true;
+}
+
+void stepBox(Window* box, int direction) {
+  Side side = sideOfBox(box);
+  if (side.row < 0) return;
+  change(side, side.value().value + int64_t{direction} * dragStep(side.value()));
+  selectText(box, 0, -1);
+}
+
+void restoreBox(Window* box) {
+  Side side = sideOfBox(box);
+  if (side.row < 0 || entry.box != box || side.value().value == entry.value) return;
+  bool oneStep = state.lastObject == currentObject && state.lastParameter == changeOf(side);
+  if (oneStep && undoSteps() == entry.steps + 1)
+    sendCommand(commandUndo);
+  else
+    change(side, entry.value);
 }
 
 /// Tab goes from a start box to its end box, then down to the next row, around at the foot; disabled boxes are passed.

@@ -71,11 +71,8 @@ void paintSections(Canvas* canvas) {
 void setCursor(Point at) {
   FrameRange chain = chainRange(currentObject);
   int64_t length = std::max(chain.last - chain.first, 1);
-  int64_t offset = (int64_t{at.x - sectionStrip.x} * length + sectionStrip.width / 2) / sectionStrip.width;
-  int frame = static_cast<int>(std::clamp<int64_t>(chain.first + offset, chain.first, chain.last));
-  int section = sectionAt(currentObject, frame);
-  if (section != currentObject) sendCommand(commandSelectSection, section);
-  sendCommand(commandSetCursor, frame);
+  setCursorInChain(chain.first +
+                   (int64_t{at.x - sectionStrip.x} * length + sectionStrip.width / 2) / sectionStrip.width);
 }
 
 }  // namespace
@@ -115,6 +112,14 @@ void showHeader() {
   setWindowText(state.endLabel, frameLabel(object.end).c_str());
   setWindowText(state.window, objectDisplayName(currentObject));
   drawStrip();
+}
+
+void setCursorInChain(int64_t frame) {
+  FrameRange chain = chainRange(currentObject);
+  int cursor = static_cast<int>(std::clamp<int64_t>(frame, chain.first, chain.last));
+  int section = sectionAt(currentObject, cursor);
+  if (section != currentObject) sendCommand(commandSelectSection, section);
+  sendCommand(commandSetCursor, cursor);
 }
 
 bool inStrip(Point at) { return at.x > pressLeft && at.x < pressRight && at.y < pressBottom; }

@@ -1,5 +1,6 @@
 // Keys pressed in the window: value boxes, the cursor, undo; everything else is the host's.
 #include <algorithm>
+#include <vector>
 
 #include "zenlay/host/environment.h"
 #include "zenlay/model/objects.h"
@@ -18,19 +19,67 @@ using namespace platform;
 bool onList(Window* focus) { return controlKind(focus) == controlComboBox; }
 bool onText(Window* focus) { return controlKind(focus) == controlEdit; }
 
+bool onButton(Window* focus) {
+  ControlKind kind = controlKind(focus);
+  return kind == controlButton || kind == controlToggle || kind == controlIconButton || kind == controlCheckBox;
+}
+
 bool isModifier(int key) { return key == platform::keyShift || key == platform::keyCtrl || key == platform::keyAlt; }
 
-int boxKey(Window* box, int key) {
-  if (key == keyEnter) {
-    focusWindow(state.window);
-    return 1;
-  }
-  if (key != keyTab) return 0;
-  if (Window* next = nextBox(box, keyIsDown(platform::keyShift))) {
+void goToBox(Window* from) {
+  if (Window* next = nextBox(from, keyIsDown(platform::keyShift))) {
     focusWindow(next);
     selectText(next, 0, -1);
   }
-  return 1;
+}
+
+/// What can be operated besides the value boxes, from the top down.
+std::vector<Window*> buttonsAndLists() {
+  std::vector<Window*> all{state.camera, state.clip, state.jumpStart, state.jumpEnd, state.source, state.add};
+  for (int slot = 0; slot < state.usedSlots; slot++) {
+    const SlotLine& head = state.slots[slot];
+    all.insert(all.end(), {head.fold, head.handles, head.enable});
+    const EffectDefinition* d = effectOf(slot);
+    const EffectSlot& place = objects[currentObject].slots[slot];
+    for (int t = 0; t < d->track_count; t++) all.push_back(state.tracks[place.firstTrack + t].name);
+    for (int c = 0; c < d->check_count; c++) {
+      const CheckLine& row = state.checks[place.firstCheck + c];
+      all.insert(all.end(), {row.box, row.button, row.list, row.toggle});
+    }
+  }
+  std::erase_if(all, [](Window* control) { return !windowShown(control) || !windowEnabled(control); });
+  return all;
+}
+
+void goToButton(Window* from) {
+  if (!hasObject()) return;
+  const std::vector<Window*> all = buttonsAndLists();
+  const size_t count = all.size(), at = std::find(all.begin(), all.end(), from) - all.begin();
+  if (count == 0) return;
+  const bool backward = keyIsDown(platform::keyShift), outside = at == count;
+  const size_t next = backward ? (outside ? count : at) + count - 1 : outside ? 0 : at + 1;
+  focusWindow(all[next % count]);
+}
+
+/// A key in a value box; 1 = taken.
+int boxKey(Window* box, int key) {
+  switch (key) {
+    case keyEscape:
+      restoreBox(box);
+      [[fallthrough]];
+    case keyEnter:
+      focusWindow(state.window);
+      return 1;
+    case keyTab:
+      keyIsDown(platform::keyCtrl) ? goToButton(nullptr) : goToBox(box);
+      return 1;
+    case keyUp:
+    case keyDown:
+      stepBox(box, key == keyUp ? 1 : -1);
+      return 1;
+    default:
+      return 0;
+  }
 }
 
 /// What a list does with keys by itself.
@@ -39,26 +88,24 @@ bool isListKey(int key) {
          key == keyF1 + 3;
 }
 
-void stepCursor(int key) {
-  FrameRange chain = chainRange(currentObject);
-  int frame = timelineView.cursorFrame + (key == keyLeft ? -1 : 1);
-  sendCommand(commandSetCursor, std::clamp(frame, chain.first, chain.last));
-}
-
 void tellHost(int key, bool down) {
   uint32_t message = !down ? messageKeyUp : keyIsDown(platform::keyAlt) ? messageSystemKeyDown : messageKeyDown;
   postMessage(environment.hostMainWindow, message, key, 0);
 }
 
 /// A key with the focus outside text boxes; 1 = taken.
-int plainKey(int key) {
-  if (key == keyTab) return boxKey(nullptr, key);
-  if (key == 'Z' && keyIsDown(platform::keyCtrl))
+int plainKey(Window* focus, int key) {
+  const bool ctrl = keyIsDown(platform::keyCtrl), onWindow = focus == state.window;
+  if (key == keyTab)
+    onWindow && !ctrl ? goToBox(nullptr) : goToButton(focus);
+  else if (key == keyEscape && !onWindow)
+    focusWindow(state.window);
+  else if (key == 'Z' && ctrl && !keyIsDown(platform::keyShift) && !keyIsDown(platform::keyAlt))
     postMessage(environment.timelineWindow, platform::messageCommand, commandUndo, 0);
   else if (key != keyLeft && key != keyRight)
     return 0;
   else if (hasObject())
-    stepCursor(key);
+    setCursorInChain(int64_t{timelineView.cursorFrame} + (key == keyLeft ? -1 : 1));
   return 1;
 }
 
@@ -72,9 +119,14 @@ enum KeyTarget : uint8_t { keyElsewhere, keyHere, keyToHost };
 KeyTarget pressed[256];
 
 KeyTarget press(Window* focus, int key) {
+  if (key == keyEscape && colorPickPending()) {
+    endColorPick();
+    return keyHere;
+  }
   if (onText(focus)) return isValueBox(focus) && boxKey(focus, key) ? keyHere : keyElsewhere;
   if (onList(focus) && isListKey(key)) return keyElsewhere;
-  return plainKey(key) ? keyHere : keyToHost;
+  if (onButton(focus) && (key == keySpace || key == keyEnter)) return keyElsewhere;
+  return plainKey(focus, key) ? keyHere : keyToHost;
 }
 
 }  // namespace

@@ -78,6 +78,7 @@ int layChecks(int slot, const EffectDefinition* d, int y, bool folded) {
     Point at{std::max(toggles - 1, 0) * toggleWidth, y - checkHeight};
     showCheckRow(row, folded ? nullptr : d->check_names[c], at);
     setWindowText(row.label, "");
+    setControlSwatch(row.label, -1);
     if (row.kind == checkDropDown) setControlValue(row.list, -1);
   }
   state.checkRows += d->check_count;
@@ -189,6 +190,13 @@ void readValues() {
 
 void forgetLayout() { shownLayout = {}; }
 
+void clearLayout() {
+  hideForeignControls(shownLayout);
+  state.trackRows = state.checkRows = state.usedSlots = 0;
+  hideRest();
+  forgetLayout();
+}
+
 void layoutObject() {
   Updating updating;
   LayoutKey before = shownLayout;
@@ -211,6 +219,7 @@ void showObject(int object) {
   if (!state.window) return;
   if (currentObject < 0) {
     platform::showWindow(state.window, false);
+    clearLayout();
     return;
   }
   if (shownLayout == layoutKeyOf(currentObject))
@@ -223,13 +232,8 @@ void relayoutSettings() {
   endSettingsEdit();
   if (!state.window || !hasObject()) return;
   layoutObject();
-  refreshSettings();
   platform::setClientSize(state.window, {windowWidth, state.height});
-}
-
-int reloadSettings() {
-  relayoutSettings();
-  return 0;
+  refreshSettings();
 }
 
 void refreshSettings() {

@@ -1,15 +1,13 @@
 // The window's menus, and what their entries and the header's buttons ask for.
 #include <string>
 
-#include "zenlay/files/alias_file.h"
-#include "zenlay/files/alias_list.h"
 #include "zenlay/files/default_settings.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/undo.h"
 #include "zenlay/ui/commands/command_ids.h"
-#include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/menus/menus.h"
+#include "zenlay/ui/project/new_alias.h"
 #include "zenlay/ui/settings/state.h"
 #include "zenlay/ui/settings/window.h"
 
@@ -49,15 +47,10 @@ void openSlotMenu(int slot, Point screen) {
 }
 
 /// A media effect's alias takes the drawing effect along and is named after that.
-void createAlias() {
+void createSlotAlias() {
   bool media = clickedSlot == 0 && objects[currentObject].flags & objectDrawn;
-  std::string name = effectOf(media ? lastSlot(currentObject) : clickedSlot)->name, folder;
-  int object = currentObject;
-  const std::string title = "Creation of alias <" + name + ">";
-  if (!askAliasName(title.c_str(), name, folder) || object != currentObject || !effectOf(clickedSlot)) return;
-  if (!writeAlias(object, clickedSlot, clickedSlot, aliasPath(folder, name).c_str())) return;
-  registerAlias(folder, name, firstAliasCommand);
-  refillAliasMenus();
+  const std::string name = effectOf(media ? lastSlot(currentObject) : clickedSlot)->name;
+  createAlias(("Creation of alias <" + name + ">").c_str(), name, currentObject, clickedSlot);
 }
 
 struct ItemRow {
@@ -72,7 +65,7 @@ constexpr ItemRow items[] = {
     {idChangeSource, [] { openSourceMenu(); }},
     {settingsRestoreDefaults, [] { sendCommand(commandRestoreDefaults, clickedSlot); }},
     {settingsSaveDefaults, [] { writeDefaults(currentObject, clickedSlot); }},
-    {settingsCreateAlias, createAlias},
+    {settingsCreateAlias, createSlotAlias},
     {settingsChangeLength, [] { sendHostCommand(commandChangeLength); }},
     {settingsAddMidpoint, [] { sendCommand(commandAddMidpointAtCursor); }},
     {settingsUndo, [] { sendCommand(commandUndo); }},

@@ -34,8 +34,14 @@ struct Movement {
 
 /// By mode number. "Acceleration movement" means to begin and end slowly.
 constexpr Movement movements[] = {
-    {false, false, 0}, {true, false, 0}, {true, false, 0},         {false, false, 0}, {true, false, 0},
-    {false, false, 0}, {false, true, 0}, {true, false, speedBits}, {true, true, 0},
+    {false, false, 0},                          // none
+    {true, false, 0},                           // rectilinear
+    {true, false, 0},                           // curve
+    {false, false, 0},                          // teleportation
+    {true, false, 0},                           // ignored midpoints
+    {false, false, 0},                          // specified amount
+    {false, true, 0},                           // random
+    {true, false, speedBits}, {true, true, 0},  // repetitive
 };
 
 Movement movementOf(int32_t mode) {

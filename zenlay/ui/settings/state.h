@@ -34,6 +34,8 @@ enum ControlId : int {
   idCustomEnd = idCustom + customControls * maxSlots,
 };
 
+enum TimerId { pickTimer = 1 };  // looks for the click that gives a colour
+
 inline constexpr int windowWidth = 496;
 inline constexpr Rect sectionStrip{141, 4, 204, 20};
 
@@ -118,6 +120,9 @@ intptr_t valueBoxHook(Window*, uint32_t message, intptr_t first, intptr_t second
 bool dragKey(int key);  // Left and Right during a drag of a value box
 Window* nextBox(Window*, bool backward);
 bool isValueBox(Window*);
+void stepBox(Window*, int direction);
+/// Back to the value it had when it got the focus.
+void restoreBox(Window*);
 
 // settings_movement.cpp
 void openMovementMenu(int row);
@@ -137,6 +142,8 @@ void drawStrip();
 void paintStrip(platform::Canvas*);
 /// In the user's time unit.
 std::string frameLabel(int frame);
+/// Nearest to `frame` within the chain; the section there becomes current.
+void setCursorInChain(int64_t frame);
 /// A press in the strip moves the cursor, and so does the mouse until the button is up.
 void pressStrip(Point);
 void dragStrip(Point, bool down);
@@ -149,6 +156,7 @@ bool runSettingsItem(int id);
 
 // settings_layout.cpp
 void layoutObject();
+void clearLayout();   // no object is shown
 void forgetLayout();  // of an earlier window
 void readValues();
 /// The slot under a client y, -1 above the first.

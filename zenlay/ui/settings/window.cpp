@@ -42,9 +42,12 @@ void controlCommand(int id, int event, Window* control) {
     pushed(id);
 }
 
-void turnWheel(intptr_t first) {
+/// 1 = taken. A window that is not active leaves the wheel to what scrolls around it.
+int turnWheel(intptr_t first) {
+  if (activeWindow() != state.window || !hasObject()) return 0;
   int frame = timelineView.cursorFrame - wheelNotches(first);
-  if (hasObject()) sendCommand(commandSetCursor, std::clamp(frame, 0, std::max(timelineView.sceneLength - 1, 0)));
+  sendCommand(commandSetCursor, std::clamp(frame, 0, std::max(timelineView.sceneLength - 1, 0)));
+  return 1;
 }
 
 void paintAll() {
@@ -86,13 +89,15 @@ intptr_t procedure(Window*, uint32_t message, intptr_t first, intptr_t second, v
       openContextMenu(unpackPoint(second));
       return 0;
     case messageMouseWheel:
-      turnWheel(first);
-      return 0;
+      return turnWheel(first);
     case messageFilesDropped:
       filesDropped(*reinterpret_cast<const DroppedFiles*>(second));
       return 0;
     case messageActivated:
       if (!first) pickScreenColor();
+      return 0;
+    case messageTimer:
+      pickScreenColor();
       return 0;
     case messageSizing:
     case messageEnterSizeMove:
@@ -103,14 +108,17 @@ intptr_t procedure(Window*, uint32_t message, intptr_t first, intptr_t second, v
   }
 }
 
-/// Its preferred place, moved onto a monitor.
+/// Its preferred place, moved onto a monitor: at least the head is to be seen.
 Rect firstPlace() {
-  Rect place{preferences.config_x, preferences.config_y, windowWidth, fullHeight};
-  Rect screen = virtualScreen();
-  if (!onAnyMonitor({place.x, place.y, windowWidth, sectionStrip.y + sectionStrip.height})) {
+  const Rect screen = virtualScreen();
+  constexpr int head = sectionStrip.y + sectionStrip.height;
+  Rect place{preferences.config_x, preferences.config_y, windowWidth, head};
+  if (!onAnyMonitor(place)) {
     place.x = std::clamp(place.x, screen.x, std::max(screen.x + screen.width - windowWidth, screen.x));
     place.y = std::clamp(place.y, screen.y, std::max(screen.y + screen.height - windowWidth, screen.y));
   }
+  if (!onAnyMonitor(place)) place.x = place.y = 0;  // in a corner that no monitor fills
+  place.height = fullHeight;
   return place;
 }
 
@@ -122,7 +130,13 @@ int setTrackRange(ObjectRef ref, int track, int minimum, int maximum, int denomi
   return setSettingsTrackRange(objectOfRef(ref), slotOfRef(ref), track, minimum, maximum, denominator);
 }
 
-int chooseEffectScene(ObjectRef, int current) { return chooseScene(cursorPosition(), current, false, nullptr); }
+int chooseEffectScene(ObjectRef, int current, int* options) {
+  return chooseScene(cursorPosition(), current, false, options);
+}
+
+int askEffectNumbers(ObjectRef, NumberItem* items, int count) {
+  return askNumbers({items, static_cast<size_t>(count)});
+}
 
 void installServices() {
   serviceHooks.getSettingsControl = controlOfRef;
@@ -130,6 +144,7 @@ void installServices() {
   serviceHooks.chooseColour = chooseEffectColor;
   serviceHooks.pickColour = pickEffectColor;
   serviceHooks.chooseScene = chooseEffectScene;
+  serviceHooks.askNumbers = askEffectNumbers;
 }
 
 void removeServices() {
@@ -138,6 +153,7 @@ void removeServices() {
   serviceHooks.chooseColour = nullptr;
   serviceHooks.pickColour = nullptr;
   serviceHooks.chooseScene = nullptr;
+  serviceHooks.askNumbers = nullptr;
 }
 
 }  // namespace
@@ -166,9 +182,6 @@ void createSettingsWindow() {
 
 void destroySettingsWindow() {
   if (!state.window) return;
-  platform::Rect place = platform::windowPlace(state.window);
-  preferences.config_x = place.x;
-  preferences.config_y = place.y;
   removeServices();
   platform::destroyWindow(state.window);
   state = {};

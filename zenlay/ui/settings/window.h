@@ -74,7 +74,6 @@ enum SettingsChange : intptr_t {
 int applySettings(intptr_t parameter);
 /// The next change begins a new undo step.
 void endSettingsEdit();
-int reloadSettings();                           // 1005
 int trackChanged();                             // 1063
 int pushButton(int row);                        // 1011
 int dropDownChanged(int row);                   // 1022
@@ -91,11 +90,13 @@ int customControl(int id, int event);           // 22000 + 256 * slot + n, the c
 /// For the check row that asked; Y, Cb and Cr unless `wantsRgb`.
 void beginColorPick(int object, int row, bool wantsRgb);
 bool colorPickPending();
-/// A click on the host's main image, in pixels of the frame: the current frame is rendered and its pixel sent as
+/// Without a colour.
+void endColorPick();
+/// A click on the host's main image, in pixels of the frame as rendered: the current frame is rendered and its pixel sent as
 /// commandColorPicked. 1 when a pick was pending.
 int pickImageColor(platform::Point);
-/// The timeline or settings window lost the activation: with the left button down, the pixel under the cursor, unless
-/// the click lies in the host's main window of an open project. 1 when a pick was pending and is done.
+/// With the left button down somewhere on the screen: the pixel under the cursor, unless the click lies in the host's
+/// main window of an open project. 1 when a pick was pending and is done.
 int pickScreenColor();
 /// 1028: the colour (0xRRGGBB or packedYcc, -1 = none) to the effect that waits for it.
 int colorPicked(intptr_t color);
