@@ -4,6 +4,8 @@
 
 #include <QAbstractButton>
 #include <QDir>
+#include <filesystem>
+#include <utility>
 
 namespace cinora::test {
 
@@ -15,7 +17,15 @@ std::string squareFilm(int frames, int size, int layer) {
          "\ntype=2\ncolor=ffffff\n[0.1]\n_name=Standard drawing\n";
 }
 
-EditorStage::EditorStage(QSize size) : size_(size) { start(); }
+EditorStage::EditorStage(QSize size, bool ownPlugins) : size_(size) {
+  if (ownPlugins) {
+    std::string shared = std::exchange(plugins_, folder / "plugins") + "/";
+    std::filesystem::create_directory(plugins_);
+    for (const char* file : {"zenlay.cnf", "zenlay.ini"})
+      std::filesystem::copy_file(shared + file, plugins_ + "/" + file);
+  }
+  start();
+}
 
 EditorStage::~EditorStage() {
   editor.reset();
@@ -23,8 +33,8 @@ EditorStage::~EditorStage() {
 }
 
 void EditorStage::start() {
-  editor = std::make_unique<desktop::Editor>(HostOptions{
-      .settingsFile = folder / "cinora.ini", .pluginFolder = BINARY_DIR "/bin", .overrides = {{"auto_save", "0"}}});
+  editor = std::make_unique<desktop::Editor>(
+      HostOptions{.settingsFile = folder / "cinora.ini", .pluginFolder = plugins_, .overrides = {{"auto_save", "0"}}});
   editor->show();
   window().resize(size_);
   window().begin("");

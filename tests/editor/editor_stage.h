@@ -25,7 +25,8 @@ struct EditorStage {
   ::test::ScratchFolder folder;
   std::unique_ptr<desktop::Editor> editor;
 
-  explicit EditorStage(QSize size = {1280, 800});
+  /// With a folder of its own for the plug-in when what it writes beside itself must not stay.
+  explicit EditorStage(QSize size = {1280, 800}, bool ownPlugins = false);
   ~EditorStage();
 
   desktop::MainWindow& window() { return editor->window(); }
@@ -60,6 +61,7 @@ struct EditorStage {
  private:
   void start();
   QSize size_;
+  std::string plugins_ = BINARY_DIR "/bin";
 };
 
 }  // namespace cinora::test

@@ -5,6 +5,7 @@
 #include <QScrollArea>
 
 #include "cinora/desktop/export_dialog.h"
+#include "platform/qt/qt_desktop.h"
 #include "tests/editor/editor_stage.h"
 
 namespace cinora::test {
@@ -29,10 +30,20 @@ void expectNothingCutOff(QWidget& window) {
   }
 }
 
-TEST(Gallery, TheEditorInTwoSizes) {
-  for (QSize size : {QSize(1280, 800), QSize(1920, 1080)}) {
-    EditorStage stage(size);
-    QByteArray ending = QString("_%1").arg(size.width()).toUtf8();
+struct Look {
+  QSize size;
+  platform::qt::Theme theme;
+  const char* ending;
+};
+const Look looks[] = {{{1280, 800}, platform::qt::themeDark, "_1280"},
+                      {{1920, 1080}, platform::qt::themeDark, "_1920"},
+                      {{1280, 800}, platform::qt::themeLight, "_1280_light"}};
+
+TEST(Gallery, TheEditorInSizesAndThemes) {
+  for (const Look& look : looks) {
+    platform::qt::setTheme(look.theme);
+    EditorStage stage(look.size);
+    QByteArray ending = look.ending;
     stage.screenshot("editor_empty" + ending);
     expectNothingCutOff(stage.window());
     stage.window().openFile(SOURCE_DIR "/examples/first_film.zlo");
@@ -55,9 +66,10 @@ TEST(Gallery, TheEditorInTwoSizes) {
     desktop::ExportDialog dialog(stage.host(), "film.cnp", &stage.window());
     dialog.show();
     stage.settle();
-    dialog.grab().save(BINARY_DIR "/out/screenshots/editor_export.png");
+    dialog.grab().save(QString(BINARY_DIR "/out/screenshots/editor_export%1.png").arg(look.ending));
     expectNothingCutOff(dialog);
   }
+  platform::qt::setTheme(platform::qt::themeDark);
 }
 
 }  // namespace

@@ -62,6 +62,7 @@ enum PluginQuery : intptr_t {
   queryLeftOut = 4,      // answer: null or a line on what the last object file read or written left out
   queryTexts = 5,        // answer: JSON array of the texts in the objects' extra data, file names among them
   queryUndoSteps = 6,    // answer: the number of steps that undo puts back, decimal
+  queryFault = 7,        // answer: what is broken in the model, empty while it is sound
 };
 struct QueryRequest {
   const char* argument;

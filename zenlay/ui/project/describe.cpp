@@ -11,6 +11,7 @@
 #include "zenlay/files/effect_text.h"
 #include "zenlay/files/left_out.h"
 #include "zenlay/host/environment.h"
+#include "zenlay/model/checker.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
@@ -224,6 +225,10 @@ int answerQuery(intptr_t query, QueryRequest* request) {
       return 1;
     case queryUndoSteps:
       answer = std::to_string(undoSteps());
+      request->answer = answer.c_str();
+      return 1;
+    case queryFault:
+      answer = modelFault();
       request->answer = answer.c_str();
       return 1;
     default:
