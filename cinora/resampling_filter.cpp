@@ -76,12 +76,27 @@ std::shared_ptr<const ResamplingFilter> ResamplingFilter::forRates(int64_t in, i
   return filter;
 }
 
-WeightRow ResamplingFilter::weights(double fraction) const {
-  double place = fraction * phases_ + nearPhase / 2;
+ResamplingPlace ResamplingPlace::between(double first, double last, int count) {
+  constexpr int64_t of = int64_t{1} << 32;
+  auto split = [](double value, int64_t& whole, int64_t& part) {
+    double floor = std::floor(value);
+    whole = static_cast<int64_t>(floor);
+    part = static_cast<int64_t>((value - floor) * static_cast<double>(of));
+  };
+  ResamplingPlace place{0, 0, of, 0, 0};
+  split(first, place.whole, place.part);
+  split((last - first) / count, place.wholeStep, place.partStep);
+  return place;
+}
+
+void ResamplingFilter::around(const ResamplingPlace& at, const float* samples, WeightedStretch& stretch) const {
+  double place = static_cast<double>(at.part) / static_cast<double>(at.of) * phases_ + nearPhase / 2;
   int phase = static_cast<int>(place), taps = 2 * reach_;
-  const float* before = &weights_[static_cast<size_t>(phase) * taps];
-  if (place - phase < nearPhase) return {before, before, 0};
-  return {before, before + taps, static_cast<float>(place - phase)};
+  double part = place - phase;
+  stretch.samples = samples;
+  stretch.before = &weights_[static_cast<size_t>(phase) * taps];
+  stretch.behind = stretch.before + taps;
+  stretch.part = part < nearPhase ? 0 : static_cast<float>(part);
 }
 
 }  // namespace cinora

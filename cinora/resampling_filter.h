@@ -5,12 +5,36 @@
 // rate that changes whenever it likes.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "cinora/weighted_sums.h"
 
 namespace cinora {
+
+/// A place in the file's samples, and the steps by which it goes on. Exact: whole + part / of.
+struct ResamplingPlace {
+  int64_t whole, part, of;
+  int64_t wholeStep, partStep;
+
+  /// n * in / out from sample n on.
+  static ResamplingPlace atSample(int64_t n, int64_t in, int64_t out) {
+    return {n * in / out, n * in % out, out, in / out, in % out};
+  }
+  /// `count` even steps from one place to another.
+  static ResamplingPlace between(double first, double last, int count);
+
+  void advance() {
+    whole += wholeStep;
+    part += partStep;
+    if (part >= of) {
+      part -= of;
+      whole++;
+    }
+  }
+  int64_t wholeAfter(int64_t steps) const { return whole + wholeStep * steps + (part + partStep * steps) / of; }
+};
 
 class ResamplingFilter {
  public:
@@ -22,8 +46,8 @@ class ResamplingFilter {
 
   /// Samples it needs before and behind a place: the one at the place is number `reach() - 1` of `2 * reach()`.
   int reach() const { return reach_; }
-  /// The weights of the 2 * reach() samples around a place `fraction` (0..1, below 1) behind a sample.
-  WeightRow weights(double fraction) const;
+  /// The 2 * reach() samples around a place, the first of which are given, and their weights.
+  void around(const ResamplingPlace&, const float* samples, WeightedStretch&) const;
 
  private:
   int phases_;   // places between two samples that have weights of their own; others lie between two of them

@@ -6,15 +6,6 @@
 #include <utility>
 
 namespace cinora {
-namespace {
-
-/// In samples of the file: `fraction` behind sample `whole`, 0..1.
-struct Place {
-  int64_t whole;
-  double fraction;
-};
-
-}  // namespace
 
 bool SoundReader::open(const std::string& path, std::string& error) {
   av_log_set_level(AV_LOG_QUIET);
@@ -48,25 +39,24 @@ void SoundReader::copy(int64_t first, int count, int16_t* out) {
     decoder_.read(first, count, out);
 }
 
-/// `placeOf` gives the place of the n-th sample, ascending.
-template <class PlaceOf>
-void SoundReader::resample(PlaceOf placeOf, int count, int16_t* out) {
+void SoundReader::resample(ResamplingPlace place, int count, int16_t* out) {
   if (!filter_) filter_ = ResamplingFilter::forRates(unitIn_, unitOut_);
   int reach = filter_->reach();
-  int64_t begin = placeOf(0).whole - reach + 1;
-  size_t length = static_cast<size_t>(placeOf(count - 1).whole + reach + 1 - begin);
+  int64_t begin = place.whole - reach + 1;
+  size_t length = static_cast<size_t>(place.wholeAfter(count - 1) + reach + 1 - begin);
   input_.resize(length * channels_);
   planes_.resize(length * channels_);
-  sums_.resize(static_cast<size_t>(channels_));
+  stretches_.resize(static_cast<size_t>(count));
+  sums_.resize(static_cast<size_t>(count) * channels_);
   decoder_.read(begin, static_cast<int>(length), input_.data());
   for (int c = 0; c < channels_; c++)
     for (size_t i = 0; i < length; i++) planes_[c * length + i] = input_[i * channels_ + c];
-  for (int i = 0; i < count; i++) {
-    Place place = placeOf(i);
-    const float* around = planes_.data() + (place.whole - reach + 1 - begin);
-    weightedSums(around, length, channels_, filter_->weights(place.fraction), 2 * reach, sums_.data());
-    out = std::transform(sums_.begin(), sums_.end(), out, toSample);
+  for (WeightedStretch& stretch : stretches_) {
+    filter_->around(place, planes_.data() + (place.whole - reach + 1 - begin), stretch);
+    place.advance();
   }
+  weightedSums(stretches_.data(), count, 2 * reach, channels_, length, sums_.data());
+  std::transform(sums_.begin(), sums_.end(), out, [](float sum) { return toSample(sum); });
 }
 
 int SoundReader::read(int64_t first, int count, int16_t* out) {
@@ -75,22 +65,11 @@ int SoundReader::read(int64_t first, int count, int16_t* out) {
   double begin = placeOf(first), end = placeOf(first + count), before = readUpTo_;
   readUpTo_ = end;
   if (std::exchange(turned_, false) && before != begin && std::abs(before - begin) <= placeOf(1)) {
-    double step = (end - before) / count;
-    resample(
-        [=](int i) {
-          double place = before + step * i, whole = std::floor(place);
-          return Place{static_cast<int64_t>(whole), place - whole};
-        },
-        count, out);
+    resample(ResamplingPlace::between(before, end, count), count, out);
   } else if (unitIn_ == unitOut_) {
     copy(first, count, out);
   } else {
-    resample(
-        [&](int i) {
-          int64_t place = (first + i) * unitIn_;
-          return Place{place / unitOut_, static_cast<double>(place % unitOut_) / static_cast<double>(unitOut_)};
-        },
-        count, out);
+    resample(ResamplingPlace::atSample(first, unitIn_, unitOut_), count, out);
   }
   return count;
 }

@@ -28,8 +28,7 @@ class SoundReader {
 
  private:
   void copy(int64_t first, int count, int16_t* out);
-  template <class PlaceOf>
-  void resample(PlaceOf placeOf, int count, int16_t* out);
+  void resample(ResamplingPlace, int count, int16_t* out);
   double placeOf(int64_t sample) const { return static_cast<double>(sample) * unitIn_ / unitOut_; }
 
   std::string path_;
@@ -42,6 +41,7 @@ class SoundReader {
   double readUpTo_ = -1;                            // place in the file of the sample behind the last one read
   bool turned_ = false;                             // the rate has changed since
   std::vector<float> input_, planes_, sums_;
+  std::vector<WeightedStretch> stretches_;
 };
 
 inline constexpr int maxSoundRate = 20000000;

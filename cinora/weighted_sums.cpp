@@ -12,27 +12,69 @@ HWY_BEFORE_NAMESPACE();
 namespace cinora {
 namespace HWY_NAMESPACE {
 
+// Products are rounded before they are added: compiled without contraction.
+#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+
+template <bool between>
+float sumOf(const float* samples, const WeightedStretch& row, int count) {
+  float sums[sumLanes] = {};
+  for (int first = 0; first < count; first += sumLanes)
+    for (int lane = 0; lane < sumLanes; lane++) {
+      const int i = first + lane;
+      const float weight = between ? row.before[i] + row.part * (row.behind[i] - row.before[i]) : row.before[i];
+      sums[lane] += weight * samples[i];
+    }
+  for (int half = sumLanes / 2; half > 0; half /= 2)
+    for (int lane = 0; lane < half; lane++) sums[lane] += sums[lane + half];
+  return sums[0];
+}
+
+#else
+
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Products are rounded before they are added: compile without contraction.
-void sums(const float* samples, size_t stride, int channels, const WeightRow& row, int count, float* out) {
-  const hn::CappedTag<float, sumLanes> d;
-  const int lanes = static_cast<int>(hn::Lanes(d));
+using Lanes = hn::CappedTag<float, sumLanes>;
+constexpr int lanes = static_cast<int>(hn::MaxLanes(Lanes())), vectors = sumLanes / lanes;
+
+/// The upper half is added to the lower one until one lane is left.
+template <class D>
+HWY_INLINE float total(D, hn::Vec<D> v) {
+  if constexpr (hn::MaxLanes(D()) == 1) {
+    return hn::GetLane(v);
+  } else {
+    const hn::Half<D> half;
+    return total(half, hn::Add(hn::LowerHalf(half, v), hn::UpperHalf(half, v)));
+  }
+}
+
+template <bool between>
+HWY_INLINE float sumOf(const float* samples, const WeightedStretch& row, int count) {
+  const Lanes d;
   const auto part = hn::Set(d, row.part);
-  for (int c = 0; c < channels; c++, samples += stride) {
-    HWY_ALIGN float partial[sumLanes];
-    for (int first = 0; first < sumLanes; first += lanes) {
-      auto sum = hn::Zero(d);
-      for (int i = first; i < count; i += sumLanes) {
-        const auto before = hn::LoadU(d, row.before + i), behind = hn::LoadU(d, row.behind + i);
-        const auto weight = hn::Add(before, hn::Mul(part, hn::Sub(behind, before)));
-        sum = hn::Add(sum, hn::Mul(weight, hn::LoadU(d, samples + i)));
-      }
-      hn::StoreU(sum, d, partial + first);
+  hn::Vec<Lanes> sums[vectors];
+  for (auto& sum : sums) sum = hn::Zero(d);
+  for (int first = 0; first < count; first += sumLanes) {
+    for (int v = 0; v < vectors; v++) {
+      const int i = first + v * lanes;
+      auto weight = hn::LoadU(d, row.before + i);
+      if constexpr (between) weight = hn::Add(weight, hn::Mul(part, hn::Sub(hn::LoadU(d, row.behind + i), weight)));
+      sums[v] = hn::Add(sums[v], hn::Mul(weight, hn::LoadU(d, samples + i)));
     }
-    for (int half = sumLanes / 2; half > 0; half /= 2)
-      for (int i = 0; i < half; i++) partial[i] += partial[i + half];
-    out[c] = partial[0];
+  }
+  for (int half = vectors / 2; half > 0; half /= 2)
+    for (int v = 0; v < half; v++) sums[v] = hn::Add(sums[v], sums[v + half]);
+  return total(d, sums[0]);
+}
+
+#endif
+
+void sums(const WeightedStretch* stretches, int count, int length, int channels, size_t plane, float* out) {
+  for (int i = 0; i < count; i++) {
+    const WeightedStretch& s = stretches[i];
+    for (int c = 0; c < channels; c++) {
+      const float* samples = s.samples + c * plane;
+      *out++ = s.part != 0 ? sumOf<true>(samples, s, length) : sumOf<false>(samples, s, length);
+    }
   }
 }
 
@@ -45,8 +87,8 @@ namespace cinora {
 
 HWY_EXPORT(sums);
 
-void weightedSums(const float* samples, size_t stride, int channels, const WeightRow& row, int count, float* out) {
-  HWY_DYNAMIC_DISPATCH(sums)(samples, stride, channels, row, count, out);
+void weightedSums(const WeightedStretch* stretches, int count, int length, int channels, size_t plane, float* out) {
+  HWY_DYNAMIC_DISPATCH(sums)(stretches, count, length, channels, plane, out);
 }
 
 }  // namespace cinora

@@ -7,13 +7,13 @@ namespace cinora {
 
 inline constexpr int sumLanes = 16;  // partial sums, so that the order of additions is the same everywhere
 
-/// The weights between two rows of them: before + part * (behind - before).
-struct WeightRow {
-  const float *before, *behind;
+/// Samples and the weights of each, which lie between two rows: before + part * (behind - before).
+struct WeightedStretch {
+  const float *samples, *before, *behind;
   float part;
 };
 
-/// sums[c] = sum of samples[c * stride + i] * weight[i] for i < count, a multiple of sumLanes.
-void weightedSums(const float* samples, size_t stride, int channels, const WeightRow&, int count, float* sums);
+/// `channels` sums of each stretch, sum c over samples[c * plane + i] for i < length, a multiple of sumLanes.
+void weightedSums(const WeightedStretch* stretches, int count, int length, int channels, size_t plane, float* sums);
 
 }  // namespace cinora

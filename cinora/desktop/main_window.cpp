@@ -197,6 +197,7 @@ void MainWindow::refresh() {
   }
   showTransport(edit.currentFrame);
   updateActions();
+  tellMessages();
 }
 
 /// False, with a word in the status line, when the frame cannot be made.

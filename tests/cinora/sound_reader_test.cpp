@@ -273,7 +273,8 @@ TEST(WeightedSums, AreTheSameOnEveryProcessor) {
   std::vector<std::vector<float>> results;
   zenlay::test::onEveryTarget([&] {
     std::vector<float> sums(2);
-    weightedSums(samples.data(), 100, 2, {before.data(), behind.data(), 0.3f}, 96, sums.data());
+    WeightedStretch stretch{samples.data(), before.data(), behind.data(), 0.3f};
+    weightedSums(&stretch, 1, 96, 2, 100, sums.data());
     results.push_back(sums);
   });
   double exact = 0;

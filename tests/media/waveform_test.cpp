@@ -141,6 +141,10 @@ class WaveformDisplay : public ::testing::Test {
   WaveformDisplay() : stage(audioWaveformDisplayMedia) {
     stage.info.audio = nullptr;
     stage.tracks = {16, 16, 1000, 0};
+    stage.services.convertRgb = [](ObjectPixel* to, const void* from, int, int, int) {
+      const uint8_t* bgr = static_cast<const uint8_t*>(from);
+      *to = {bgr[0], bgr[1], bgr[2], fullAlpha};
+    };
     stage.services.recordUndo = [](ObjectRef) {};
     stage.services.objectChanged = [](ObjectRef) {};
     fakeHost.functions.getAudioFiltered = [](EditHandle, int32_t frame, int16_t* samples) -> int32_t {
@@ -170,7 +174,7 @@ TEST_F(WaveformDisplay, ShowsTheSoundOfTheFrame) {
   ASSERT_EQ(stage.EffectStage::run(), 1);
   EXPECT_EQ(stage.info.objectWidth, 16);
   EXPECT_EQ(stage.info.objectHeight, 16);
-  EXPECT_EQ(parts(stage.pixel(0, 0)), std::vector<int>({4095, 0, 0, 0}));
+  EXPECT_EQ(parts(stage.pixel(0, 0)), std::vector<int>({255, 255, 255, 0}));
   // (10000 + 0) / 2 = 5000 of 32768, of the 7.25 rows above the middle.
   for (int x : {0, 5, 15}) EXPECT_NEAR(heightAt(x), 8 - 7.25 * 5000 / 32768, 0.1) << x;
   stage.tracks[2] = 5000;

@@ -9,7 +9,6 @@
 #include "zenlay/media/sound_samples.h"
 #include "zenlay/media/spectrum.h"
 #include "zenlay/media/waveform_drawing.h"
-#include "zenlay/render/convert.h"
 
 namespace zenlay {
 
@@ -139,7 +138,9 @@ void draw(EffectDefinition* effect, EffectProcessInfo* info, const int16_t* mono
   info->objectWidth = std::clamp(effect->track[trackWidth], 1, info->maxWidth);
   info->objectHeight = std::clamp(effect->track[trackHeight], 1, info->maxHeight);
   info->opaqueImage = 0;
-  ObjectPixel colour = toYcbcr(data.color[0], data.color[1], data.color[2]);
+  const uint8_t bitmap[4] = {data.color[2], data.color[1], data.color[0], 0};
+  ObjectPixel colour;
+  effect->services->convertRgb(&colour, bitmap, 1, 1, 24);
   colour.a = 0;
   for (int y = 0; y < info->objectHeight; y++)
     std::fill_n(info->objectImage + static_cast<ptrdiff_t>(y) * info->bufferLine, info->objectWidth, colour);

@@ -30,8 +30,8 @@ bool isLocked(ObjectRef ref) {
   return layerTable[o.scene * layersPerScene + o.homeLayer].flags & layerLocked;
 }
 
-/// Whether a track jumps to its end value, which it reaches with the next section only.
-bool endsInJump(const EffectDefinition* effect, int track) {
+/// Whether a track keeps its start value: it would jump to the end value with a next section, and there is none.
+bool jumpsNowhere(const EffectDefinition* effect, int track) {
   return (effect->track_modes[track] & modeNumber) == modeTeleport && nextSection(objectOfRef(effect->object_ref)) < 0;
 }
 
@@ -42,7 +42,7 @@ int32_t valueAtEnd(const EffectDefinition* effect, const EffectProcessInfo* info
     case modeNone:
       return first;
     case modeTeleport:
-      return end && !endsInJump(effect, track) ? last : first;
+      return end && !jumpsNowhere(effect, track) ? last : first;
     case modeAmount: {
       const int64_t chainStart = int64_t{info->absoluteFrame} - info->host.frameNumber;
       const int64_t value = first + last * ((end ? effect->frame_end : effect->frame_begin) - chainStart);
@@ -111,7 +111,8 @@ bool positionMoves(const EffectDefinition* effect) {
   if (!effect->coordinate_map || !effect->track_modes) return false;
   for (int slot : {slotX, slotY, slotZ}) {
     int track = effect->coordinate_map[slot];
-    if (track >= 0 && (effect->track_modes[track] & modeNumber) != modeNone && !endsInJump(effect, track)) return true;
+    if (track >= 0 && (effect->track_modes[track] & modeNumber) != modeNone && !jumpsNowhere(effect, track))
+      return true;
   }
   return false;
 }
