@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <filesystem>
+#include <set>
 
 #include "cinora/project.h"
 #include "tests/editor/random_user.h"
@@ -15,7 +16,7 @@
 namespace cinora::test {
 namespace {
 
-constexpr int events = 10000, checkEvery = 100, saveEvery = 1000;
+constexpr int events = 10000, checkEvery = 100, saveEvery = 1000, leaveEvery = 350;
 constexpr int maxFilmFrames = 3000, maxFilmWidth = 480;  // larger ones are left, so that the time goes into events
 
 /// 16-bit mono silence with a click now and then.
@@ -82,18 +83,34 @@ struct RandomWalk : testing::Test {
     if (edit.frameCount > maxFilmFrames || edit.format.width > maxFilmWidth) user.openFilm();
   }
 
-  /// With places in the list instead of places in the table, which saving need not keep.
+  /// What a project file keeps: places in the list instead of places in the table, and only the scenes and layers that
+  /// hold objects.
   QByteArray project() {
     QJsonObject all = QJsonDocument::fromJson(askEditor(stage.host(), zenlay::queryProject, nullptr).c_str()).object();
     QJsonArray objects = all["objects"].toArray();
     std::map<int, int> places{{-1, -1}};
     for (qsizetype i = 0; i < objects.size(); i++) places[objects[i].toObject()["index"].toInt()] = static_cast<int>(i);
+    std::set<std::pair<int, int>> holding;
     for (QJsonValueRef value : objects) {
       QJsonObject object = value.toObject();
+      holding.insert({object["scene"].toInt(), object["layer"].toInt()});
       for (const char* key : {"index", "chain"}) object[key] = places[object[key].toInt()];
       value = object;
     }
     all["objects"] = objects;
+    QJsonArray kept;
+    for (const QJsonValue& value : all["scenes"].toArray()) {
+      QJsonObject scene = value.toObject();
+      int number = scene["index"].toInt();
+      auto first = holding.lower_bound({number, 0});
+      if (first == holding.end() || first->first != number) continue;
+      QJsonArray layers;
+      for (const QJsonValue& layer : scene["layers"].toArray())
+        if (holding.contains({number, layer.toObject()["layer"].toInt()})) layers.append(layer);
+      scene["layers"] = layers;
+      kept.append(scene);
+    }
+    all["scenes"] = kept;
     return QJsonDocument(all).toJson();
   }
   static std::string difference(const QByteArray& a, const QByteArray& b) {
@@ -145,6 +162,7 @@ struct RandomWalk : testing::Test {
       user.act();
       if (count % checkEvery == 0) check();
       if (count % saveEvery == 0) checkSaving();
+      if (count % leaveEvery == 0 && user.idle() && depth == 1) stage.window().action(ActionId::quit)->trigger();
       expect(user.stuck().empty(), user.stuck());
     }
     depth--;
