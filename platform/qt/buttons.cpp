@@ -20,11 +20,7 @@ void TextButton::paintEvent(QPaintEvent*) {
   initStyleOption(&option);
   int room = width() - 2 * textMargin - (icon().isNull() ? 0 : iconSize().width() + 4);
   QStylePainter painter(this);
-  QFont narrow = font();
-  for (int stretch : {100, 87, 75}) {
-    if (stretch != 100) narrow.setStretch(stretch);
-    if (QFontMetrics(narrow).size(Qt::TextShowMnemonic, option.text).width() <= room) break;
-  }
+  QFont narrow = narrowed(font(), option.text, room);
   painter.setFont(narrow);
   option.fontMetrics = QFontMetrics(narrow);
   option.text = option.fontMetrics.elidedText(option.text, Qt::ElideRight, room, Qt::TextShowMnemonic);

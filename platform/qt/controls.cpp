@@ -101,12 +101,19 @@ QWidget* makeGroupBox(QWidget* parent, const ControlRecord&) {
 
 QWidget* makeSeparator(QWidget* parent, const ControlRecord&) { return new Separator(parent); }
 
+constexpr int flatEditMargins = 6;  // left and right of its text together
+
 QWidget* makeEdit(QWidget* parent, const ControlRecord& record) {
   auto* edit = new QLineEdit(parent);
   edit->setAlignment(alignmentOf(record.style));
   edit->setFrame(!(record.style & controlFlat));
-  if (record.style & controlFlat) edit->setFocusPolicy(Qt::TabFocus);  // a press may be the beginning of a drag
-  edit->setAcceptDrops(false);                                         // files go to the window
+  edit->setAcceptDrops(false);  // files go to the window
+  if (record.style & controlFlat) {
+    edit->setFocusPolicy(Qt::TabFocus);  // a press may be the beginning of a drag
+    QObject::connect(edit, &QLineEdit::textChanged, edit, [edit](const QString& text) {
+      edit->setFont(narrowed(edit->parentWidget()->font(), text, edit->width() - flatEditMargins));
+    });
+  }
   if (record.style & controlNumber) {
     edit->setAttribute(Qt::WA_InputMethodEnabled, false);
     edit->setInputMethodHints(Qt::ImhFormattedNumbersOnly);

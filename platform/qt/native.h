@@ -112,6 +112,8 @@ void stopKeys();
 CoverageMask renderText(const char* text, TextFont, double scale);
 Size textSize(const char* text, TextFont);
 QFont fontOf(TextFont);
+/// The font, narrower by up to a quarter where the text needs it to fit into `room` pixels.
+QFont narrowed(const QFont&, const QString& text, int room);
 
 // icons.cpp
 CoverageMask renderIcon(const char* icon, Size size);

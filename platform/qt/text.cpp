@@ -60,4 +60,13 @@ CoverageMask renderText(const char* text, TextFont which, double scale) {
   return mask;
 }
 
+QFont narrowed(const QFont& font, const QString& text, int room) {
+  QFont narrow = font;
+  for (int stretch : {100, 87, 75}) {
+    if (stretch != 100) narrow.setStretch(stretch);
+    if (QFontMetrics(narrow).size(Qt::TextShowMnemonic, text).width() <= room) break;
+  }
+  return narrow;
+}
+
 }  // namespace platform::qt

@@ -66,7 +66,8 @@ void showLines(Canvas* canvas) {
 void paintInvitation(Canvas* canvas) {
   if (timelineView.sceneLength > 0) return;
   platform::Size size = platform::textSize(invitation);
-  platform::Rect area{headerWidth, rowsTop, timelineView.clientWidth - headerWidth, rowsBottom() - rowsTop};
+  int layer = layerAtY((rowsTop + rowsBottom()) / 2), top = rowTop(layer);
+  platform::Rect area{headerWidth, top, timelineView.clientWidth - headerWidth, rowTop(layer + 1) - top};
   platform::Point at{area.x + (area.width - size.width) / 2, area.y + (area.height - size.height) / 2};
   platform::clearClip(canvas);
   platform::drawText(canvas, at, area, invitation, platform::systemColor(platform::colorGreyText));

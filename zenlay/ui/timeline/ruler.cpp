@@ -48,7 +48,11 @@ void paintSelection(const Painting& painting) {
 
 int floorDivide(int a, int b) { return a >= 0 ? a / b : -((b - 1 - a) / b); }
 
-std::string labelOf(int frame) { return preferences.edit_time_type == 1 ? timeText(frame) : std::to_string(frame + 1); }
+/// Nothing without a film: there is no rate.
+std::string labelOf(int frame) {
+  if (timelineView.sceneLength < 1) return {};
+  return preferences.edit_time_type == 1 ? timeText(frame) : std::to_string(frame + 1);
+}
 
 void paintTicks(Canvas* canvas) {
   platform::Color color = platform::systemColor(platform::colorText);
@@ -59,7 +63,7 @@ void paintTicks(Canvas* canvas) {
     int frame = frameAtX(x);
     if (int index = floorDivide(frame, major); index != floorDivide(before, major)) {
       platform::fillRect(canvas, {x, rulerBottom + 1 - majorTick, 1, majorTick}, color);
-      platform::drawText(canvas, {x - 4, labelTop},
+      platform::drawText(canvas, {std::max(x - 4, rulerLeft), labelTop},
                          {rulerLeft, rulerTop, timelineView.clientWidth - rulerLeft, rulerBottom - rulerTop},
                          labelOf(index * major).c_str(), color, platform::fontSmall);
     } else if (floorDivide(frame, minor) != floorDivide(before, minor)) {
