@@ -61,6 +61,7 @@ void EditorOnDisplay::take(const Step& step) {
   if (*step.keys) xdotool({"key", "--delay", "20", step.keys});
   ASSERT_TRUE(waitFor([&] { return !*step.shows || !windowNamed(step.shows).empty(); }));
   ASSERT_TRUE(waitFor([&] { return step.written.empty() || std::filesystem::exists(step.written); }));
+  ASSERT_TRUE(waitFor([&] { return !*step.leaves || windowNamed(step.leaves).empty(); }));
 }
 
 void EditorOnDisplay::takeAll(const std::vector<Step>& steps) {

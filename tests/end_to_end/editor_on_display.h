@@ -24,13 +24,14 @@ bool waitFor(Condition holds, std::chrono::seconds time = std::chrono::seconds(3
 }
 
 /// What the user does next: keys for the window with this title, or text typed there, until `shows` is a window's title
-/// or `written` a file.
+/// or `written` a file, and no window of the title `leaves` is left.
 struct Step {
   const char* window;
   const char* keys = "";
   std::string text = "";
   const char* shows = "";
   std::string written = "";
+  const char* leaves = "";
 };
 
 /// Without a window manager: windows stand where they ask to, and the focus goes where it is sent. The main window has

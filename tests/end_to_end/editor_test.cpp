@@ -16,7 +16,7 @@ TEST_F(EditorOnDisplay, AFilmIsOpenedSavedExportedAndLeft) {
       {.window = "Save As", .keys = "ctrl+a"},
       {.window = "Save As", .keys = "Return", .text = project, .shows = "work.cnp", .written = project},
       {.window = "work.cnp", .keys = "ctrl+e", .shows = "Export Film"},
-      {.window = "Export Film", .keys = "Return", .written = film},
+      {.window = "Export Film", .keys = "Return", .written = film, .leaves = "^Exporting$"},
       {.window = "work.cnp", .keys = "ctrl+q"},
   }));
   ASSERT_NO_FATAL_FAILURE(expectQuit());
