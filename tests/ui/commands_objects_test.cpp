@@ -175,7 +175,6 @@ TEST_F(ObjectCommands, LengthOfTheSelectionOrOfOneSection) {
   EXPECT_THAT(places(), ElementsAre(Place{0, 49, 0}, Place{50, 89, 0}, Place{10, 29, 1}));
   EXPECT_THAT(titles,
               ElementsAre("Change of length (section)", "Change of length (overall)", "Change of length (section)"));
-  expectRefused(commandChangeLength);  // cancelled
 }
 
 TEST_F(ObjectCommands, EmptyFramesBehindTheCursor) {
@@ -188,31 +187,15 @@ TEST_F(ObjectCommands, EmptyFramesBehindTheCursor) {
     EXPECT_THAT(places(), ElementsAre(Place{0, 99, 0}, Place{120, 219, 0}, Place{170, 319, 1}));
     EXPECT_EQ(timelineView.sceneLength, 320);
   });
-  EXPECT_THAT(titles, ElementsAre("Insert an empty frame"));
   answerDialog("0");
   expectRefused(commandInsertEmptyFrames);
-}
-
-TEST_F(ObjectCommands, EmptyFramesLeaveAChainUnderTheCursorWhole) {
-  int head = create(0, 49, 0);
-  appendSection(head, 50, 99);
-  create(60, 80, 1);
-  timelineView.sceneLength = 100;
-  moveCursor(40);
-  answerDialog("30");
-  runUndoable(commandInsertEmptyFrames, 0, [&] {
-    EXPECT_THAT(places(), ElementsAre(Place{0, 49, 0}, Place{50, 99, 0}, Place{90, 110, 1}));
-    EXPECT_EQ(timelineView.sceneLength, 111);
-  });
 }
 
 TEST_F(ObjectCommands, Groups) {
   int a = create(0, 9, 0), b = create(0, 9, 1);
   expectRefused(commandGroup);
   select({a, b});
-  const int steps = undoSteps();
   expectRefused(commandUngroup);
-  EXPECT_EQ(undoSteps(), steps) << "nothing was grouped";
   runUndoable(commandGroup, 0, [&] {
     EXPECT_EQ(objects[a].group, 1);
     EXPECT_EQ(objects[b].group, 1);

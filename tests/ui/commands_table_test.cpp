@@ -80,6 +80,7 @@ TEST_F(CommandTable, NothingIsBegunWhileTheEditorIsBusy) {
 }
 
 TEST_F(CommandTable, WithoutAProjectOrObjectsNothingHappens) {
+  expectRefused(commandUndo);
   for (int id : idsOfTable())
     if (id >= commandDelete && id != commandPreferences) {
       clearSelection();
