@@ -135,7 +135,7 @@ TEST_F(EffectCommands, ANewAliasIsInTheMenusAtOnce) {
   EXPECT_TRUE(platform::hasMenuItem(contextMenu(menuRow), menuAlias));
   click(200, 4);
   runUndoable(menuAlias, 0, [&] {
-    EXPECT_THAT(places(), ElementsAre(Place{0, 49, 0}, Place{50, 99, 0}, Place{200, 249, 4}, Place{250, 299, 4}));
+    EXPECT_EQ(places(), (Places{{0, 49, 0}, {50, 99, 0}, {200, 249, 4}, {250, 299, 4}}));
     EXPECT_EQ(currentObject, objectAt(200, 4));
   });
 }
@@ -147,7 +147,7 @@ TEST_F(EffectCommands, AnObjectAtTheClick) {
   for (int effect : {fxGraphic, fxBlurObject, fxBlurEffect, fxTimeControl, fxAudioFile}) {
     runUndoable(menuEffect + effect, 0, [&] {
       // 50 pixels and one frame.
-      EXPECT_THAT(places(), ElementsAre(Place{120, 170, 7}));
+      EXPECT_EQ(places(), (Places{{120, 170, 7}}));
       EXPECT_EQ(effectsIn(objectAt(120, 7))[0], effect);
       EXPECT_EQ(currentObject, objectAt(120, 7));
     });
