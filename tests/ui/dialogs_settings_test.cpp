@@ -51,12 +51,11 @@ TEST_F(Dialogs, PreferencesShowAndStoreEveryChoice) {
   EXPECT_EQ(preferences.auto_scroll, 1);
   EXPECT_EQ(preferences.edit_time_type, 1);
 
-  environment.hostBuild = 9929;
-  answer([&](Window* dialog) { EXPECT_FALSE(enabled(dialog, 203)); });
-  editPreferences();
-  environment.hostBuild = 9930;
-  answer([&](Window* dialog) { EXPECT_TRUE(enabled(dialog, 203)); });
-  editPreferences();
+  for (int build : {9929, 9930}) {
+    environment.hostBuild = build;
+    answer([&](Window* dialog) { EXPECT_EQ(enabled(dialog, 203), build == 9930); });
+    editPreferences();
+  }
 }
 
 TEST_F(Dialogs, PreferencesLimitNumbers) {

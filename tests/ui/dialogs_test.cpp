@@ -95,29 +95,30 @@ TEST_F(Dialogs, OneLineOfText) {
       {[](std::string& t) { return askText("", t, textBoxWide); }, "Parameter Settings", true},
       {[](std::string& t) { return askText("Move frame interval", t, textBoxSmall); }, "Move frame interval", false},
   };
+  auto typeAndPress = [&](const std::string& typed, int key) {
+    answer([=](Window* dialog) {
+      type(dialog, 171, typed.c_str());
+      user::press(key);
+    });
+  };
   for (const Row& row : rows) {
     std::string name = "vor\xC3\xB6";
     answer([&](Window* dialog) {
       EXPECT_EQ(windowText(dialog), row.title);
       EXPECT_EQ(text(dialog, 171), "vor\xC3\xB6");
       EXPECT_EQ(controlOf(dialog, dialogOk) != nullptr, row.buttons);
-      type(dialog, 171, "after");
-      user::press(keyEnter);
-    });
-    EXPECT_TRUE(row.ask(name));
-    EXPECT_EQ(name, "after");
-    answer([&](Window* dialog) {
-      type(dialog, 171, "never");
       user::press(keyEscape);
     });
+    EXPECT_FALSE(row.ask(name));
+    typeAndPress("after", keyEnter);
+    EXPECT_TRUE(row.ask(name));
+    EXPECT_EQ(name, "after");
+    typeAndPress("never", keyEscape);
     EXPECT_FALSE(row.ask(name));
     EXPECT_EQ(name, "after");
     // At most 259 bytes, and no half character.
     for (auto& [typed, kept] : {std::pair{std::string(258, 'x') + "\xC3\xB6", 258}, {std::string(300, 'y'), 259}}) {
-      answer([&](Window* dialog) {
-        type(dialog, 171, typed.c_str());
-        user::press(keyEnter);
-      });
+      typeAndPress(typed, keyEnter);
       EXPECT_TRUE(row.ask(name));
       EXPECT_EQ(name, typed.substr(0, kept));
     }

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <set>
 
 #include "tests/support/fake_host.h"
 #include "tests/support/scratch_folder.h"
@@ -310,13 +311,12 @@ TEST_F(Menus, ShortcutsAreEachTheirOwn) {
   EXPECT_EQ(registered.size(), 28u);
   EXPECT_EQ(registered[18].name, "Expand Timeline");
   EXPECT_EQ(registered[18].key, 0xDE);
-  for (size_t i = 0; i < registered.size(); i++) {
-    const Registered& one = registered[i];
-    for (size_t j = 0; j < i; j++) {
-      const Registered& other = registered[j];
-      EXPECT_FALSE(one.name == other.name || one.command == other.command) << one.name;
-      EXPECT_FALSE(one.key && one.key == other.key && one.modifiers == other.modifiers) << one.name;
-    }
+  std::set<std::string> names;
+  std::set<int> commands;
+  std::set<std::pair<int, int>> keys;
+  for (const Registered& one : registered) {
+    EXPECT_TRUE(names.insert(one.name).second && commands.insert(one.command).second) << one.name;
+    EXPECT_TRUE(!one.key || keys.insert({one.key, one.modifiers}).second) << one.name;
   }
   platform::destroyWindow(environment.timelineWindow);
 }

@@ -10,7 +10,13 @@ namespace {
 using platform::cursorArrow;
 using platform::cursorSizeHorizontal;
 
-class TimelineDrag : public Timeline {};
+class TimelineDrag : public Timeline {
+ protected:
+  platform::CursorShape shapeAt(int x, int layer, intptr_t state = 0) {
+    platform::user::mouse(window, platform::messageMouseMove, {x, rowOf(layer)}, state);
+    return window->cursor;
+  }
+};
 
 TEST_F(TimelineDrag, MovesAnObjectAndUndoesItInOneStep) {
   int object = create(100, 199, 1);
@@ -195,7 +201,7 @@ TEST_F(TimelineDrag, EdgesAreWithinSixteenPixels) {
   };
   for (const EdgeRow& row : rows) {
     SCOPED_TRACE(row.what);
-    moveTo(xOf(200) + row.pressX, rowOf(row.layer));
+    EXPECT_EQ(shapeAt(xOf(200) + row.pressX, row.layer), row.mode == dragObjects ? cursorArrow : cursorSizeHorizontal);
     press(xOf(200) + row.pressX, rowOf(row.layer));
     EXPECT_EQ(timelineView.dragMode, row.mode);
     release(xOf(200) + row.pressX, rowOf(row.layer));
@@ -463,25 +469,17 @@ TEST_F(TimelineDrag, WhatHappensMeanwhileLeavesTheModelWhole) {
     }
 }
 
-TEST_F(TimelineDrag, TheCursorShapeTellsWhatAPressWouldDo) {
+TEST_F(TimelineDrag, TheCursorShapeFollowsCtrlAndLocks) {
   create(200, 299, 1);
-  auto shapeAt = [&](int x, intptr_t state = 0) {
-    platform::user::mouse(window, platform::messageMouseMove, {x, rowOf(1)}, state);
-    return shown();
-  };
-  EXPECT_EQ(shapeAt(xOf(250)), cursorArrow);
-  EXPECT_EQ(shapeAt(xOf(215)), cursorSizeHorizontal);
-  EXPECT_EQ(shapeAt(xOf(216)), cursorArrow);
-  EXPECT_EQ(shapeAt(xOf(290)), cursorSizeHorizontal);
-  EXPECT_EQ(shapeAt(xOf(290), ctrl), cursorArrow);
+  EXPECT_EQ(shapeAt(xOf(290), 1, ctrl), cursorArrow);
   layers[1].flags = layerLocked;
-  EXPECT_EQ(shapeAt(xOf(290)), cursorArrow);
+  EXPECT_EQ(shapeAt(xOf(290), 1), cursorArrow);
   layers[1].flags = 0;
-  shapeAt(xOf(290));
-  platform::user::key(platform::keyCtrl, true);
-  EXPECT_EQ(shown(), cursorArrow);
-  platform::user::key(platform::keyCtrl, false);
-  EXPECT_EQ(shown(), cursorSizeHorizontal);
+  shapeAt(xOf(290), 1);
+  for (bool down : {true, false}) {
+    platform::user::key(platform::keyCtrl, down);
+    EXPECT_EQ(window->cursor, down ? cursorArrow : cursorSizeHorizontal);
+  }
 }
 
 }  // namespace

@@ -116,8 +116,6 @@ class Timeline : public Stage {
   }
   static int addSectionAt(int object, int frame) { return addSection(object, frame, sectionSplit); }
 
-  platform::CursorShape shown() const { return window->cursor; }
-
   platform::Window* window;
   platform::Window* mainWindow;
   struct Noted {

@@ -1,5 +1,6 @@
 // A random walk with the mouse, the wheel, the keys and what other rooms do meanwhile. The model stays sound, and what
 // was redrawn in parts is what a full redraw shows.
+#include <array>
 #include <functional>
 #include <memory>
 #include <random>
@@ -45,24 +46,11 @@ class TimelineWalk : public Timeline {
   }
 
   int anyCommand() {
-    const int commands[] = {commandSplit,
-                            commandCut,
-                            commandAddMidpoint,
-                            commandRemoveMidpoint,
-                            commandGroup,
-                            commandInsertLayer,
-                            commandDeleteLayer,
-                            commandDuplicate,
-                            commandLockLayer,
-                            commandNextObject,
-                            commandShowOtherLayers,
-                            commandZoomIn,
-                            commandUndo,
-                            commandCursorIsLastFrame,
-                            commandToggleObjectRange,
-                            commandToggleSnap,
-                            commandToggleBeatGrid,
-                            commandToggleTrackSelected};
+    const auto commands = std::to_array<int>(
+        {commandSplit, commandCut, commandAddMidpoint, commandRemoveMidpoint, commandGroup, commandInsertLayer,
+         commandDeleteLayer, commandDuplicate, commandLockLayer, commandNextObject, commandShowOtherLayers,
+         commandZoomIn, commandUndo, commandCursorIsLastFrame, commandToggleObjectRange, commandToggleSnap,
+         commandToggleBeatGrid, commandToggleTrackSelected});
     return commands[pick(std::size(commands))];
   }
 
