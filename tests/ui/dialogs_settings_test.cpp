@@ -1,4 +1,6 @@
 // Preferences, grid settings and new projects.
+#include <array>
+
 #include "tests/ui/dialogs_stage.h"
 
 namespace zenlay {
@@ -169,12 +171,9 @@ TEST_F(Dialogs, GridSizes) {
   answer(dialogOk, {{184, ""}, {172, " 0"}, {180, "64"}, {182, "300"}, {183, "12"}});
   EXPECT_TRUE(editGridSettings());
   const GridSettings& grid = preferences.grid;
-  EXPECT_EQ(grid.grid_time, 0);
-  EXPECT_EQ(grid.grid_base, 1);
-  EXPECT_EQ(grid.grid2d_w, 64);
-  EXPECT_EQ(grid.grid2d_h, 64);
-  EXPECT_EQ(grid.grid3d_size, 300);
-  EXPECT_EQ(grid.grid3d_num, 12);
+  EXPECT_EQ((std::array{grid.grid_time, grid.grid_base}), (std::array{0, 1}));
+  EXPECT_EQ((std::array{grid.grid2d_w, grid.grid2d_h}), (std::array{64, 64}));
+  EXPECT_EQ((std::array{grid.grid3d_size, grid.grid3d_num}), (std::array{300, 12}));
   answer([&](Window* dialog) {
     EXPECT_EQ(text(dialog, 184), "");
     type(dialog, 181, "48");
@@ -212,16 +211,12 @@ TEST_F(Dialogs, NewProject) {
       }
       type(dialog, id, "1");
     }
-    type(dialog, 171, "1920");
-    type(dialog, 172, "1080");
-    type(dialog, 173, rate.c_str());
-    type(dialog, 174, "48000");
-    click(dialog, dialogOk);
+    click(dialog, dialogCancel);
   });
+  EXPECT_FALSE(editNewProject(false));
+  answer(dialogOk, {{171, "1920"}, {172, "1080"}, {173, rate}, {174, "48000"}});
   EXPECT_TRUE(editNewProject(false));
-  EXPECT_EQ(preferences.new_w, 1920);
-  EXPECT_EQ(preferences.new_h, 1080);
-  EXPECT_EQ(preferences.new_hz, 48000);
+  EXPECT_EQ((std::array{preferences.new_w, preferences.new_h, preferences.new_hz}), (std::array{1920, 1080, 48000}));
   EXPECT_EQ(std::string(preferences.new_fps), rate.substr(0, 64));
   EXPECT_EQ(preferences.new_fmt, 1) << "not this dialog's affair while nothing is imported";
 

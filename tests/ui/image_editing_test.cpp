@@ -289,18 +289,9 @@ TEST_F(ImageEditing, WhatGoesAwayUnderTheMouse) {
     void (*happens)(int object);
   };
   const Row rows[] = {
-      {"deleted",
-       [](int o) {
-         dropObject(o);
-         rebuildOrder();
-         currentObject = -1;
-       }},
+      {"deleted", [](int o) { dropObject(o), rebuildOrder(), currentObject = -1; }},
       {"another current", [](int) { currentObject = -1; }},
-      {"another scene",
-       [](int) {
-         selectScene(1);
-         currentObject = -1;
-       }},
+      {"another scene", [](int) { selectScene(1), currentObject = -1; }},
       {"locked", [](int) { layers[0].flags |= layerLocked; }},
       {"saving", [](int) { environment.saving = true; }},
       {"playing", [](int) { environment.playing = true; }},
@@ -308,18 +299,19 @@ TEST_F(ImageEditing, WhatGoesAwayUnderTheMouse) {
       {"aids hidden", [](int) { imageAidsHidden = true; }},
   };
   for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
     TearDown();
     SetUp();
     send(messageImageMouseDown, inside);
     send(messageImageMouseMove, {310, 230});
-    EXPECT_EQ(start(placingX), 100) << row.what;
+    EXPECT_EQ(start(placingX), 100);
     row.happens(object);
     ObjectRecord before = objects[object];
-    EXPECT_EQ(send(messageImageMouseMove, {330, 230}), 0) << row.what;
-    EXPECT_EQ(send(messageImageMouseUp, {330, 230}), 0) << row.what;
-    EXPECT_EQ(key(platform::keyLeft), 0) << row.what;
-    EXPECT_EQ(memcmp(&before, objects + object, sizeof before), 0) << row.what;
-    EXPECT_FALSE(imageDragging()) << row.what;
+    EXPECT_EQ(send(messageImageMouseMove, {330, 230}), 0);
+    EXPECT_EQ(send(messageImageMouseUp, {330, 230}), 0);
+    EXPECT_EQ(key(platform::keyLeft), 0);
+    EXPECT_EQ(memcmp(&before, objects + object, sizeof before), 0);
+    EXPECT_FALSE(imageDragging());
     imageAidsHidden = false;
   }
 }
