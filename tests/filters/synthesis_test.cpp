@@ -5,7 +5,6 @@
 #include "zenlay/filters/synthesis_modes.h"
 #include "zenlay/media/media_handles.h"
 #include "zenlay/media/playback_time.h"
-#include "zenlay/media/video_picture.h"
 #include "zenlay/render/blend.h"
 
 namespace zenlay {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "tests/render/drawing_pictures.h"
 
 namespace zenlay {
