@@ -181,7 +181,6 @@ TEST_F(VideoSynthesis, AFailureChangesNothing) {
 }
 
 TEST_F(VideoSynthesis, WorkersCombineTheSamePixels) {
-  fakeMedia.files["clip"] = videoInfo(20, 12);
   std::vector<ObjectPixel> results[2];
   for (int run = 0; run < 2; run++) {
     EffectStage big{videoFilesSynthesisEffect, 90, 90};
