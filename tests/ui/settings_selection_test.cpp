@@ -30,8 +30,7 @@ class SettingsMovement : public SettingsStage {
     x = track(2, 0);
   }
   void type(platform::Window* box, const char* value) {
-    platform::focusWindow(box);
-    user::type(box, value);
+    typeInto(box, value);
     user::press(platform::keyEnter);
   }
 };

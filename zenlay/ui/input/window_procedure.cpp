@@ -136,7 +136,9 @@ bool windowMessage(uint32_t message, intptr_t first, intptr_t second) {
       limitTimelineSize(reinterpret_cast<platform::Rect*>(second));
       return true;
     case platform::messageActivated:
-      if (!first) keysGoElsewhere(), pickScreenColor();
+      if (first) return true;
+      keysGoElsewhere();
+      pickScreenColor();
       return true;
     case platform::messageHorizontalScroll:
     case platform::messageVerticalScroll:
