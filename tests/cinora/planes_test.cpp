@@ -122,7 +122,8 @@ void expectNearestOfEverySample(void (*convert)(const PlanesIn&, ObjectPixel*, i
   for (bool fullRange : {false, true}) {
     Picture<Sample> ramp(levels, 1, Chroma::full, fullRange);
     for (int x = 0; x < levels; ++x) {
-      for (int plane = 0; plane < 4; ++plane) ramp.at(plane, x, 0) = static_cast<Sample>(x);
+      for (int plane = 0; plane < 4; ++plane)
+        ramp.at(plane, x, 0) = static_cast<Sample>(plane == 2 ? levels - 1 - x : x);
     }
     convert(ramp.in(), row.data(), levels, levels, 0, 1);
     const double black = fullRange ? 0 : 16 * unit, luma = fullRange ? levels - 1 : 219 * unit,
@@ -130,7 +131,7 @@ void expectNearestOfEverySample(void (*convert)(const PlanesIn&, ObjectPixel*, i
     for (int x = 0; x < levels; ++x) {
       ASSERT_EQ(row[x].y, halfUp((x - black) * 4096 / luma)) << x;
       ASSERT_EQ(row[x].cb, halfUp((x - 128 * unit) * 4096 / chroma)) << x;
-      ASSERT_EQ(row[x].cr, row[x].cb) << x;
+      ASSERT_EQ(row[x].cr, halfUp((levels - 1 - x - 128 * unit) * 4096 / chroma)) << x;
       ASSERT_EQ(row[x].a, halfUp(x * 4096.0 / (levels - 1))) << x;
     }
   }

@@ -2,12 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QMenu>
 #include <QTest>
-#include <QTimer>
-#include <QWindow>
 
-#include "platform/canvas.h"
 #include "platform/qt/native.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/user_input.h"

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "platform/system.h"
 #include "platform/window.h"
 #include "tests/support/fake_host.h"

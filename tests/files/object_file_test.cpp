@@ -1,18 +1,11 @@
 #include "zenlay/files/object_file.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 
 #include "platform/paths.h"
-#include "tests/support/fake_host.h"
-#include "tests/support/scratch_folder.h"
-#include "tests/support/test_effects.h"
-#include "zenlay/effects/evaluation.h"
+#include "tests/files/fixture.h"
 #include "zenlay/files/effect_text.h"
 #include "zenlay/files/section_reader.h"
-#include "zenlay/model/checker.h"
-#include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/slots.h"
@@ -22,16 +15,8 @@
 namespace zenlay::test {
 namespace {
 
-class ObjectFile : public testing::Test {
+class ObjectFile : public Files {
  protected:
-  void SetUp() override {
-    resetFakeHost();
-    useTestEffects();
-  }
-  void TearDown() override {
-    EXPECT_EQ(modelFault(), "");
-    freeObjects();
-  }
   int import(const std::string& text, int frame = 0, int layer = 0) {
     folder.write("a.zlo", text);
     int end = readObjectFile(path.c_str(), frame, layer);
@@ -44,8 +29,7 @@ class ObjectFile : public testing::Test {
     EXPECT_TRUE(platform::readFile(path, text));
     return text;
   }
-  ::test::ScratchFolder folder;
-  std::string path = folder / "a.zlo";
+  const std::string path = folder / "a.zlo";
 };
 
 std::string withCrLf(const std::string& text) {

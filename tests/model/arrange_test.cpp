@@ -1,8 +1,6 @@
 // Edits that move several objects at once.
 #include "zenlay/model/arrange.h"
 
-#include <numeric>
-
 #include "tests/model/fixture.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/order.h"

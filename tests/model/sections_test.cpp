@@ -7,7 +7,6 @@
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/slots.h"
-#include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
 
 namespace zenlay::test {

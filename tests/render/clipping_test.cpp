@@ -197,10 +197,7 @@ TEST_F(Clipping, CostsWhatIsCoveredAndNoMemoryPerFrame) {
   EXPECT_LE(smallest, (16 + 2) * (12 + 2));
 }
 
-class OffScreen : public ::testing::Test {
- protected:
-  void SetUp() override { setUpFilm(); }
-};
+using OffScreen = Film;
 
 TEST_F(OffScreen, PlacesTheObjectBeforeTheEffectsBehindIt) {
   int object = addObject({.effects = {solid, offScreen, recorder, placing}});

@@ -6,7 +6,6 @@
 #include "zenlay/effects/definitions.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/preferences.h"
-#include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
@@ -16,13 +15,9 @@
 namespace zenlay::test {
 namespace {
 
-using ::testing::Test;
 using Bounds = std::vector<int>;
 
-class Pipeline : public Test {
- protected:
-  void SetUp() override { setUpFilm(); }
-};
+using Pipeline = Film;
 
 TEST_F(Pipeline, DrawsLaterLayersOverEarlierOnesAndSkipsHiddenLayers) {
   int low = addObject({.layer = 3}), high = addObject({.layer = 7});
