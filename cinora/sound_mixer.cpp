@@ -11,6 +11,12 @@ namespace {
 constexpr int maxBlock = 1 << 22;           // samples per channel
 constexpr int64_t maxKeptBlocks = 1 << 14;  // of films with hundreds of frames a second
 
+struct Making {
+  explicit Making(bool& flag) : flag(flag) { flag = true; }
+  ~Making() { flag = false; }
+  bool& flag;
+};
+
 size_t keptBlocks(const ClipFormat& format) {
   return static_cast<size_t>(std::min(int64_t{keptSeconds} * format.rate / format.scale + 2, maxKeptBlocks));
 }
@@ -64,12 +70,11 @@ const SoundBlock& SoundMixer::block(Host& host, int frame) {
   block.frame = frame;
   block.count = soundBlockLength(format, frame);
   block.samples.assign(static_cast<size_t>(block.count) * format.audioChannels, 0);
-  making_ = true;
   if (block.count > 0) {
+    Making making(making_);
     readClip(host.edit, block);
     runSoundFilters(host, block);
   }
-  making_ = false;
   order_.push_back(frame);
   return blocks_[frame] = std::move(block);
 }

@@ -42,13 +42,23 @@ bool PlayerSound::nextBlock(bool loop) {
 
 void PlayerSound::feed(bool loop) {
   if (!device_) return;
-  if (given_ - device_->heard() < rate_ / starvedParts) suppliedAt_ = timer_.nsecsElapsed();
   while (written_ < block_.size() || nextBlock(loop)) {
     int64_t count = std::min<int64_t>(device_->room(), static_cast<int64_t>(block_.size() - written_) / channels_);
     if (count < 1 && written_ < block_.size()) return;
+    if (given_ - device_->heard() < rate_ / starvedParts) suppliedAt_ = timer_.nsecsElapsed();
     device_->write(block_.data() + written_, count);
     written_ += static_cast<size_t>(count * channels_);
     given_ += count;
+  }
+  if (allGiven_ && !clock_.begun()) fill();
+}
+
+/// A device begins when it is full; a short sound does not fill it.
+void PlayerSound::fill() {
+  std::vector<int16_t> silence;
+  for (int64_t room = device_->room(); room > 0; room = device_->room()) {
+    silence.resize(static_cast<size_t>(room) * channels_);
+    device_->write(silence.data(), room);
   }
 }
 

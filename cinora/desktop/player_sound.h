@@ -27,6 +27,7 @@ class PlayerSound {
 
  private:
   bool nextBlock(bool loop);
+  void fill();
 
   Host& host_;
   OpenSoundDevice open_;

@@ -21,7 +21,7 @@ void SoundClock::start(int64_t now) {
 int64_t SoundClock::read(int64_t now, int64_t played, bool last) {
   int64_t value = value_ + (now - readAt_);
   readAt_ = now;
-  if (played != played_) {
+  if (played > played_) {
     bool first = played_ == 0;
     played_ = played;
     toldAt_ = now;

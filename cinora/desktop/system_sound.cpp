@@ -2,6 +2,7 @@
 #include <QAudioFormat>
 #include <QAudioSink>
 #include <QMediaDevices>
+#include <QPointer>
 #include <algorithm>
 #include <vector>
 
@@ -56,7 +57,7 @@ class SystemSound : public SoundDevice {
 
   int64_t room() override {
     flush();
-    if (!waiting_.empty()) return 0;
+    if (!stream_ || !waiting_.empty()) return 0;
     int64_t frames = sink_.bytesFree() / format_.bytesPerFrame();
     return converter_ ? std::max<int64_t>(frames * rate_ / format_.sampleRate() - converterSlack, 0) : frames;
   }
@@ -82,6 +83,7 @@ class SystemSound : public SoundDevice {
 
  private:
   void flush() {
+    if (!stream_) waiting_.clear();
     if (waiting_.empty()) return;
     qint64 taken = stream_->write(reinterpret_cast<const char*>(waiting_.data()), static_cast<qint64>(waiting_.size()));
     waiting_.erase(waiting_.begin(), waiting_.begin() + std::max<qint64>(taken, 0));
@@ -89,7 +91,7 @@ class SystemSound : public SoundDevice {
 
   QAudioFormat format_;
   QAudioSink sink_;
-  QIODevice* stream_;
+  QPointer<QIODevice> stream_;  // goes with the device
   AvResampler converter_;  // null: the device takes the film's samples
   int rate_;               // of the film
   std::vector<uint8_t> waiting_;

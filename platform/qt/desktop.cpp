@@ -5,6 +5,7 @@
 #include <QCursor>
 #include <QScreen>
 #include <cstdlib>
+#include <utility>
 
 #include "platform/qt/native.h"
 #include "platform/user_input.h"
@@ -79,16 +80,33 @@ void wake() {
 
 constexpr int focusPause = 100;  // ms in which a window of the program follows another that has closed
 
+bool focusFollows;  // a change of the focus is still to be told of
+
+/// Not from within Qt's own change of it: a window's answer may open a dialog or destroy windows.
 void followFocus(QWidget*, QWidget* now) {
-  for (QWidget* widget = now; widget; widget = widget->parentWidget())
-    if (NativeWindow* native = nativeOf(widget); native && !native->window) return;  // it is going
-  if (now) return reportFocus(windowOf(now));
+  if (now) {
+    focusFollows = true;
+    QMetaObject::invokeMethod(qApp, deliverFocus, Qt::QueuedConnection);
+    return;
+  }
   QTimer::singleShot(focusPause, qApp, [] {
     if (QApplication::activeWindow() || QApplication::focusWidget()) return;
     reportFocus(nullptr);
     user::releaseAll();
   });
 }
+
+}  // namespace
+
+void deliverFocus() {
+  QWidget* now = QApplication::focusWidget();
+  if (!std::exchange(focusFollows, false) || !now) return;
+  for (QWidget* widget = now; widget; widget = widget->parentWidget())
+    if (NativeWindow* native = nativeOf(widget); native && !native->window) return;  // it is going
+  reportFocus(windowOf(now));
+}
+
+namespace {
 
 constexpr DesktopBackend table{
     .messageBox = messageBox,

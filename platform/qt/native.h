@@ -108,6 +108,10 @@ int virtualKey(Qt::Key, Qt::KeyboardModifiers, quint32 scanCode);
 void startKeys();
 void stopKeys();
 
+// desktop.cpp
+/// Tells the windows of the focus that Qt has given: before they are told what the user did there.
+void deliverFocus();
+
 // text.cpp
 CoverageMask renderText(const char* text, TextFont, double scale);
 Size textSize(const char* text, TextFont);

@@ -80,6 +80,8 @@ bool Surface::event(QEvent* event) {
   Window* window = native->window;
   switch (event->type()) {
     case QEvent::MouseButtonPress:
+      deliverFocus();
+      if (nativeOf(this) != native || !native->window) return true;
       if (windowType() == Qt::Popup && !rect().contains(static_cast<QMouseEvent*>(event)->position().toPoint()))
         return close();
       [[fallthrough]];

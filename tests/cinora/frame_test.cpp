@@ -5,7 +5,6 @@
 #include "cinora/failure.h"
 #include "cinora/frame_converter.h"
 #include "cinora/frame_renderer.h"
-#include "cinora/frame_text.h"
 #include "cinora/frame_writer.h"
 #include "cinora/progress_bar.h"
 #include "cinora/resize_image.h"

@@ -5,7 +5,6 @@
 
 #include <cmath>
 
-#include "platform/icons.h"
 #include "platform/qt/qt_desktop.h"
 #include "tests/support/qt/events.h"
 

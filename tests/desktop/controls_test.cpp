@@ -11,29 +11,15 @@
 
 #include "platform/qt/qt_desktop.h"
 #include "platform/user_input.h"
-#include "tests/platform/message_log.h"
-#include "tests/support/qt/events.h"
+#include "tests/desktop/logged_window.h"
 
 namespace platform {
 namespace {
 
-using test::MessageLog;
-using Lines = std::vector<std::string>;
+using test::Lines;
 
-struct QtControls : testing::Test {
-  MessageLog log;
-  Window* window = createWindow(nullptr, test::logMessage, &log, {"", "", {0, 0, 500, 300}});
-  QtControls() { test::showActive(window); }
-  ~QtControls() override {
-    destroyWindow(window);
-    test::settle();
-  }
-  Window* add(ControlKind kind, int id, Rect place, const char* text = "", uint32_t style = 0) {
-    Window* control = createControl(window, kind, id, place, text, style);
-    test::settle();
-    log.lines.clear();
-    return control;
-  }
+struct QtControls : test::LoggedWindow {
+  QtControls() : LoggedWindow({"", "", {0, 0, 500, 300}}) {}
 };
 
 TEST_F(QtControls, Buttons) {

@@ -1,45 +1,21 @@
 // Qt's events become the platform's messages.
-#include "tests/support/qt/events.h"
-
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QMenu>
 #include <QTest>
-#include <QTimer>
-#include <QWindow>
 
-#include "platform/canvas.h"
 #include "platform/qt/native.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/user_input.h"
-#include "tests/platform/message_log.h"
+#include "tests/desktop/logged_window.h"
 
 namespace platform {
 namespace {
 
-using test::MessageLog;
-using Lines = std::vector<std::string>;
+using test::Lines;
 
-struct Events : testing::Test {
-  MessageLog log;
-  Window* window = createWindow(nullptr, test::logMessage, &log,
-                                {"Test", "Test", {10, 10, 300, 200}, windowResizable | windowAcceptsFiles});
-
-  Events() {
-    test::showActive(window);
-    log.lines.clear();
-  }
-  ~Events() override {
-    destroyWindow(window);
-    test::settle();
-  }
-  Window* add(ControlKind kind, int id, Rect place, const char* text = "", uint32_t style = 0) {
-    Window* control = createControl(window, kind, id, place, text, style);
-    test::settle();
-    log.lines.clear();
-    return control;
-  }
+struct Events : test::LoggedWindow {
+  Events() : LoggedWindow({"Test", "Test", {10, 10, 300, 200}, windowResizable | windowAcceptsFiles}) {}
 };
 
 TEST_F(Events, Mouse) {
@@ -209,40 +185,37 @@ TEST_F(Events, FocusFollowsQt) {
   EXPECT_EQ(std::count(log.lines.begin(), log.lines.end(), "tool command 4 event 512 value 0"), 1);
 }
 
+intptr_t goOnInput(Window* window, uint32_t message, intptr_t, intptr_t, void*) {
+  if (message == messageLeftDown || message == messageCommand || message == messageHorizontalScroll ||
+      message == messageKeyDown)
+    destroyWindow(window);
+  return 0;
+}
+
 TEST(Windows, MayGoInTheirOwnEvents) {
-  Window* window = createWindow(nullptr,
-                                [](Window* w, uint32_t message, intptr_t, intptr_t, void*) -> intptr_t {
-                                  if (message == messageLeftDown || message == messageCommand ||
-                                      message == messageHorizontalScroll || message == messageKeyDown)
-                                    destroyWindow(w);
-                                  return 0;
-                                },
-                                nullptr, {"", "", {0, 0, 200, 100}});
-  auto again = [&] {
-    Window* made = createWindow(nullptr, window->procedure, nullptr, {"", "", {0, 0, 200, 100}});
+  auto open = [] {
+    Window* made = createWindow(nullptr, goOnInput, nullptr, {"", "", {0, 0, 200, 100}});
     test::showActive(made);
     return made;
   };
-  destroyWindow(window);
-  Window* clicked = again();
+  const struct {
+    ControlKind kind;
+    Point at;
+  } rows[] = {{controlButton, {5, 5}}, {controlTrackBar, {120, 12}}, {controlSpinButton, {100, 9}}};
+  for (const auto& row : rows) {
+    Window* owner = open();
+    test::click(createControl(owner, row.kind, 1, {0, 0, 130, 20}, ""), row.at);
+    EXPECT_FALSE(windowLives(owner)) << row.kind;
+  }
+  Window* clicked = open();
   test::click(clicked, {150, 90});
-  Window* keyed = again();
+  Window* keyed = open();
   test::typeKey(Qt::Key_A);
-  Window* pressed = again();
-  Window* button = createControl(pressed, controlButton, 1, {0, 0, 50, 20}, "");
-  test::click(button, {5, 5});
-  Window* slid = again();
-  Window* track = createControl(slid, controlTrackBar, 1, {0, 0, 130, 25}, "");
-  test::click(track, {120, 12});
-  Window* spun = again();
-  Window* spin = createControl(spun, controlSpinButton, 1, {0, 0, 32, 18}, "");
-  test::click(spin, {20, 9});
-  Window* written = again();
-  Window* edit = createControl(written, controlEdit, 1, {0, 0, 50, 20}, "");
-  focusWindow(edit);
+  Window* written = open();
+  focusWindow(createControl(written, controlEdit, 1, {0, 0, 50, 20}, ""));
   test::settle();
   test::typeText("x");
-  for (Window* w : {clicked, keyed, pressed, slid, spun, written}) EXPECT_FALSE(windowLives(w));
+  for (Window* window : {clicked, keyed, written}) EXPECT_FALSE(windowLives(window));
   test::settle();
 }
 

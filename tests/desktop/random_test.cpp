@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QMenu>
 #include <QTimer>
 #include <random>
 

@@ -38,9 +38,7 @@ TEST(NewProject, FrameRateTexts) {
 }
 
 TEST(NewProject, ClipNames) {
-  EXPECT_EQ(clipName({640, 480, 30, 1, 44100}), "640x480_30fps_44100Hz.zenlay");
   EXPECT_EQ(clipName({1920, 1080, 30000, 1001, 48000}), "1920x1080_30000-1001fps_48000Hz.zenlay");
-  EXPECT_EQ(clipName({64, 48, 25, 1, 8000, 1}), "64x48_25fps_8000Hz_1ch.zenlay");
   EXPECT_TRUE(isProjectClip("640x480_30fps_44100Hz.zenlay"));
   EXPECT_FALSE(isProjectClip("film.avi"));
   EXPECT_FALSE(isProjectClip("film.zenlay_backup"));

@@ -1,21 +1,13 @@
 #include "zenlay/files/alias_file.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 
 #include "platform/paths.h"
-#include "tests/support/fake_host.h"
-#include "tests/support/scratch_folder.h"
-#include "tests/support/test_effects.h"
+#include "tests/files/fixture.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/files/default_settings.h"
-#include "zenlay/model/checker.h"
 #include "zenlay/model/extra_data.h"
-#include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
-#include "zenlay/model/scenes.h"
-#include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
@@ -38,20 +30,11 @@ constexpr char chainAlias[] =
     "[vo.1]\r\n_name=Blur\r\n_disable=1\r\nRange=5\r\nrAspect=-0.5\r\nFine=12.345,1.500,5,30\r\nFixed Size=1\r\n"
     "[vo.2]\r\n_name=Advanced drawing\r\nX=1.5\r\nY=0.0\r\nZ=0.0\r\nZoom%=50.00\r\nblend=3\r\n";
 
-class Alias : public testing::Test {
+class Alias : public Files {
  protected:
-  void SetUp() override {
-    resetFakeHost();
-    useTestEffects();
+  Alias() {
     setZoomLevel(19);  // 51 frames is the default length
     environment.pluginDirectory = folder.path() + "/";
-    path = folder / "alias.zla";
-  }
-  void TearDown() override {
-    EXPECT_EQ(modelFault(), "");
-    refuseGrowth = false;
-    growthToRefuse = 0;
-    freeObjects();
   }
   int place(std::string_view text, int frame = 0, int layer = 0) {
     folder.write("alias.zla", text);
@@ -71,11 +54,11 @@ class Alias : public testing::Test {
     EXPECT_TRUE(platform::readFile(path, text));
     return text;
   }
-  ::test::ScratchFolder folder;
-  std::string path;
+  const std::string path = folder / "alias.zla";
 };
 
 TEST_F(Alias, AChainIsWrittenAsItWasRead) {
+  beginUndoStep();
   int head = place(chainAlias, 40, 7);
   ASSERT_GE(head, 0);
   int second = nextSection(head), third = nextSection(second);
@@ -92,14 +75,8 @@ TEST_F(Alias, AChainIsWrittenAsItWasRead) {
   EXPECT_EQ(o.flags & (objectClipAbove | objectCameraTarget), unsigned{objectClipAbove | objectCameraTarget});
   EXPECT_EQ(extraDataOf(head, 0)[1], 0x0A);
   EXPECT_EQ(written(second), chainAlias) << "from any of its sections";
-}
-
-TEST_F(Alias, OneUndoStepTakesItAway) {
-  beginUndoStep();
-  place(chainAlias);
-  EXPECT_EQ(objectCount, 3);
   undo();
-  EXPECT_EQ(objectCount, 0);
+  EXPECT_EQ(objectCount, 0) << "one step takes it away";
 }
 
 TEST_F(Alias, GoesBehindWhatIsInTheWay) {

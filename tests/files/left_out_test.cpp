@@ -1,33 +1,19 @@
 #include "zenlay/files/left_out.h"
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include "platform/paths.h"
-#include "tests/support/fake_host.h"
-#include "tests/support/scratch_folder.h"
-#include "tests/support/test_effects.h"
+#include "tests/files/fixture.h"
 #include "zenlay/files/object_file.h"
-#include "zenlay/model/objects.h"
 #include "zenlay/model/scenes.h"
 
 namespace zenlay::test {
 namespace {
 
-class LeftOutOfFiles : public testing::Test {
+class LeftOutOfFiles : public Files {
  protected:
-  void SetUp() override {
-    resetFakeHost();
-    useTestEffects();
-  }
-  void TearDown() override { freeObjects(); }
-
   std::string noteOf(const std::string& text) {
     folder.write("a.zlo", text);
     readObjectFile((folder / "a.zlo").c_str(), 0, 0);
     return leftOutNote;
   }
-  ::test::ScratchFolder folder;
 };
 
 std::string object(int number, const std::string& keys, const std::string& effects = "Graphic") {

@@ -1,45 +1,30 @@
-#include <gtest/gtest.h>
-
 #include <cstring>
 
 #include "platform/backend.h"
 #include "platform/paths.h"
 #include "platform/text.h"
-#include "tests/support/fake_host.h"
-#include "tests/support/scratch_folder.h"
-#include "tests/support/test_effects.h"
+#include "tests/files/fixture.h"
 #include "zenlay/files/alias_list.h"
 #include "zenlay/files/default_settings.h"
 #include "zenlay/host/environment.h"
-#include "zenlay/model/checker.h"
-#include "zenlay/model/objects.h"
-#include "zenlay/model/order.h"
 #include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
-#include "zenlay/model/undo.h"
 
 namespace zenlay::test {
 namespace {
 
-class BesideThePlugin : public testing::Test {
+class BesideThePlugin : public Files {
  protected:
-  void SetUp() override {
-    resetFakeHost();
-    useTestEffects();
+  BesideThePlugin() {
     environment.pluginDirectory = folder.path() + "/";
     aliasList.clear();
   }
-  void TearDown() override {
-    EXPECT_EQ(modelFault(), "");
-    freeObjects();
-    platform::setCodePage(platform::codePageUtf8);
-  }
+  ~BesideThePlugin() override { platform::setCodePage(platform::codePageUtf8); }
   std::string textOf(const char* name) {
     std::string text;
     EXPECT_TRUE(platform::readFile(folder / name, text)) << name;
     return text;
   }
-  ::test::ScratchFolder folder;
 };
 
 using DefaultSettings = BesideThePlugin;

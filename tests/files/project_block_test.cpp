@@ -1,17 +1,12 @@
 #include "zenlay/files/project_block.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 
 #include "platform/window.h"
-#include "tests/support/fake_host.h"
-#include "tests/support/test_effects.h"
+#include "tests/files/fixture.h"
 #include "zenlay/effects/evaluation.h"
 #include "zenlay/files/project_layout.h"
 #include "zenlay/host/preferences.h"
-#include "zenlay/model/checker.h"
-#include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/sections.h"
@@ -22,19 +17,12 @@
 namespace zenlay::test {
 namespace {
 
-class ProjectBlock : public testing::Test {
+class ProjectBlock : public Files {
  protected:
-  void SetUp() override {
-    resetFakeHost();
-    useTestEffects();
-    window = platform::createWindow(nullptr, nullptr, nullptr);
-    environment.timelineWindow = window;
-  }
-  void TearDown() override {
-    EXPECT_EQ(modelFault(), "");
+  ProjectBlock() { environment.timelineWindow = window; }
+  ~ProjectBlock() override {
     platform::destroyWindow(window);
     environment.timelineWindow = nullptr;
-    freeObjects();
   }
   /// Two sections of a video, a host filter, and an object in scene 3.
   void build() {
@@ -63,7 +51,7 @@ class ProjectBlock : public testing::Test {
     EXPECT_EQ(modelFault(), "");
     return result;
   }
-  platform::Window* window;
+  platform::Window* window = platform::createWindow(nullptr, nullptr, nullptr);
 };
 
 template <class T>

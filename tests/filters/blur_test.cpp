@@ -85,6 +85,15 @@ struct Blurred {
   void fill(ObjectPixel p) {
     for (int y = 0; y < info.objectHeight; y++) std::fill_n(&at(0, y), info.objectWidth, p);
   }
+  /// Blurs this frame in place of an object's image.
+  template <class P>
+  void workOn(P& frame) {
+    effect.flag = blurObject.flag;
+    info.host.frame = reinterpret_cast<FramePixel*>(frame.pixels.data());
+    info.host.width = frame.width;
+    info.host.height = frame.height;
+    info.host.lineBytes = frame.lineBytes();
+  }
   int run() { return effect.proc(&effect, &info); }
 };
 
@@ -171,11 +180,7 @@ TEST(Blur, FrameIsAveragedInsideItself) {
     for (int x = 0; x < width; x++) frame.at(x, y) = {static_cast<int16_t>(x < 6 ? 0 : 3000), -300, 300};
   }
   Blurred blur(1, 1, 2, 1000);  // horizontally only
-  blur.effect.flag = blurObject.flag;
-  blur.info.host.frame = frame.pixels.data();
-  blur.info.host.width = width;
-  blur.info.host.height = height;
-  blur.info.host.lineBytes = frame.lineBytes();
+  blur.workOn(frame);
   EXPECT_EQ(blur.run(), 1);
   // 1 2 3 2 1 ninths across the step.
   const int expected[6] = {0, 333, 1000, 2000, 2666, 3000};
@@ -196,12 +201,8 @@ TEST(Blur, FrameWithAlphaIsBlurredAsAnObjectImageOfFixedSize) {
   for (int y = 0; y < height; y++)
     for (int x = 0; x < width; x++) onObject.at(x, y) = frame.at(x, y);
   ASSERT_EQ(onObject.run(), 1);
-  onFrame.effect.flag = blurObject.flag;
+  onFrame.workOn(frame);
   onFrame.info.host.flags = processFlattening;
-  onFrame.info.host.frame = reinterpret_cast<FramePixel*>(frame.pixels.data());
-  onFrame.info.host.width = width;
-  onFrame.info.host.height = height;
-  onFrame.info.host.lineBytes = frame.lineBytes();
   ASSERT_EQ(onFrame.run(), 1);
   for (int y = 0; y < height; y++) {
     for (int x = 0; x < width; x++) {
@@ -238,11 +239,7 @@ TEST(Light, BrightAreasSpreadFurther) {
     FramePicture frame(width, height);
     for (int i = 0; i < width * height; i++) frame.pixels[i] = {static_cast<int16_t>(i % width < 20 ? 0 : 4096), 0, 0};
     Blurred blur(1, 1, 10, 1000, light);
-    blur.effect.flag = blurObject.flag;
-    blur.info.host.frame = frame.pixels.data();
-    blur.info.host.width = width;
-    blur.info.host.height = height;
-    blur.info.host.lineBytes = frame.lineBytes();
+    blur.workOn(frame);
     blur.run();
     double middle = (frame.at(19, 2).y + frame.at(20, 2).y) / 2.0;
     EXPECT_NEAR(middle, light ? 4096 - 16 * std::log(2) / std::log(1.06) : 2048, 5) << light;

@@ -5,7 +5,6 @@
 #include "zenlay/filters/synthesis_modes.h"
 #include "zenlay/media/media_handles.h"
 #include "zenlay/media/playback_time.h"
-#include "zenlay/media/video_picture.h"
 #include "zenlay/render/blend.h"
 
 namespace zenlay {
@@ -182,7 +181,6 @@ TEST_F(VideoSynthesis, AFailureChangesNothing) {
 }
 
 TEST_F(VideoSynthesis, WorkersCombineTheSamePixels) {
-  fakeMedia.files["clip"] = videoInfo(20, 12);
   std::vector<ObjectPixel> results[2];
   for (int run = 0; run < 2; run++) {
     EffectStage big{videoFilesSynthesisEffect, 90, 90};

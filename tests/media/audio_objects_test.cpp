@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <map>
 #include <numbers>
 
 #include "tests/media/fake_media.h"

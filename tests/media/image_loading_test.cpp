@@ -107,61 +107,32 @@ TEST_F(ImageLoading, ReadsUncompressedBitmaps) {
   expectColours(sample);
   EXPECT_EQ(at(3, 0).a, -1) << "nothing right of the picture is touched";
 
-  BmpFields f;
-  f.bits = 32;
-  ASSERT_TRUE(load(file("b.BMP", bmp(f, rows32))));
+  ASSERT_TRUE(load(file("b.BMP", bmp({.bits = 32}, rows32))));
   EXPECT_EQ(at(0, 1).a, 4096);
   EXPECT_NEAR(at(1, 1).a, 128 * 4096 / 255, 1);
   EXPECT_EQ(at(2, 1).a, 0);
 
-  f.bits = 16;
-  ASSERT_TRUE(load(file("c.bmp", bmp(f, rows16))));
+  ASSERT_TRUE(load(file("c.bmp", bmp({.bits = 16}, rows16))));
   expectColours({{{255, 255, 255}, {0, 0, 0}, {132, 132, 132}}, {{255, 0, 0}, {0, 255, 0}, {0, 0, 255}}});
 
-  f = {};
-  f.height = -2;  // rows top-down
-  ASSERT_TRUE(load(file("d.bmp", bmp(f, rows24))));
+  ASSERT_TRUE(load(file("d.bmp", bmp({.height = -2}, rows24))));  // rows top-down
   expectColours({sample[1], sample[0]});
 
-  f = {};
-  f.offset = 60;
-  ASSERT_TRUE(load(file("e.bmp", bmp(f, "gap..." + rows24))));
+  ASSERT_TRUE(load(file("e.bmp", bmp({.offset = 60}, "gap..." + rows24))));
   expectColours(sample);
 }
 
 TEST_F(ImageLoading, TheBuiltInReaderLeavesOtherFilesAlone) {
-  BmpFields f;
   std::vector<Bytes> files;
-  for (int bits : {0, 1, 4, 8, 15, 48}) {
-    f = {};
-    f.bits = bits;
-    files.push_back(bmp(f, rows24));
-  }
-  for (uint32_t compression : {1u, 3u}) {
-    f = {};
-    f.compression = compression;
-    files.push_back(bmp(f, rows24));
-  }
+  for (int bits : {0, 1, 4, 8, 15, 48}) files.push_back(bmp({.bits = bits}, rows24));
+  for (uint32_t compression : {1u, 3u}) files.push_back(bmp({.compression = compression}, rows24));
   for (auto [w, h] :
-       {std::pair{0, 2}, {-3, 2}, {3, 0}, {32768, 1}, {INT32_MAX, INT32_MAX}, {3, INT32_MIN}, {32767, 32767}, {3, 3}}) {
-    f = {};
-    f.width = w;
-    f.height = h;
-    files.push_back(bmp(f, rows24));
-  }
-  for (uint32_t offset : {0u, 53u, 55u, 78u, 0xFFFFFFFFu}) {
-    f = {};
-    f.offset = offset;
-    files.push_back(bmp(f, rows24));
-  }
-  for (uint32_t headerSize : {0u, 12u, 39u, 125u, 0xFFFFFFFFu}) {
-    f = {};
-    f.headerSize = headerSize;
-    files.push_back(bmp(f, rows24));
-  }
-  f = {};
-  f.magic = "PK";
-  files.push_back(bmp(f, rows24));
+       {std::pair{0, 2}, {-3, 2}, {3, 0}, {32768, 1}, {INT32_MAX, INT32_MAX}, {3, INT32_MIN}, {32767, 32767}, {3, 3}})
+    files.push_back(bmp({.width = w, .height = h}, rows24));
+  for (uint32_t offset : {0u, 53u, 55u, 78u, 0xFFFFFFFFu}) files.push_back(bmp({.offset = offset}, rows24));
+  for (uint32_t headerSize : {0u, 12u, 39u, 125u, 0xFFFFFFFFu})
+    files.push_back(bmp({.headerSize = headerSize}, rows24));
+  files.push_back(bmp({.magic = "PK"}, rows24));
   for (size_t length : {0, 1, 13, 53, 77}) files.push_back(bmp({}, rows24).substr(0, length));
   for (size_t i = 0; i < files.size(); i++) {
     std::string path = file(std::to_string(i) + ".bmp", files[i]);
@@ -190,21 +161,15 @@ TEST_F(ImageLoading, DamagedBitmapsAreReadOrRefused) {
 TEST_F(ImageLoading, A16BitPictureMayFillTheFrameBufferAndNoMore) {
   // 48 rows of 72 frame pixels are 20736 bytes: 144 rows of 144 bytes (48 pixels of 24 bits)
   for (auto [h, expected] : {std::pair{144, true}, {145, false}}) {
-    BmpFields f;
-    f.bits = 16;
-    f.width = 48;
-    f.height = h;
-    std::string path = file("tall.bmp", bmp(f, Bytes(static_cast<size_t>(h) * 96, '\0')));
+    const Bytes rows(static_cast<size_t>(h) * 96, '\0');
+    std::string path = file("tall.bmp", bmp({.width = 48, .height = h, .bits = 16}, rows));
     EXPECT_EQ(readBmp(path.c_str(), nullptr).data != nullptr, expected) << h;
   }
 }
 
 TEST_F(ImageLoading, TheDecoderReadsWhatTheBuiltInReaderRefuses) {
-  BmpFields f;
-  f.bits = 4;
-  f.colorsUsed = 2;
-  f.offset = 62;
   Bytes palette("\x00\x00\xFF\x00\xFF\xFF\xFF\x00", 8);  // red, white
+  const BmpFields f{.bits = 4, .offset = 62, .colorsUsed = 2};
   ASSERT_TRUE(load(file("four.bmp", bmp(f, palette + Bytes("\x01\x00\0\0\x11\x00\0\0", 8)))));
   expectColours({{{255, 255, 255}, {255, 255, 255}, {255, 0, 0}}, {{255, 0, 0}, {255, 255, 255}, {255, 0, 0}}});
 }
@@ -232,12 +197,9 @@ TEST_F(ImageLoading, ClipsAndLimits) {
   ASSERT_TRUE(load(path, &clip));
   EXPECT_EQ(width * height, 0);
 
-  BmpFields f;  // larger than the largest image (64 x 48): the rows below are dropped
-  f.width = 80;
-  f.height = 50;
-  Bytes rows;
+  Bytes rows;  // larger than the largest image (64 x 48): the rows below are dropped
   for (int y = 49; y >= 0; y--) rows += Bytes(240, static_cast<char>(y));
-  path = file("large.bmp", bmp(f, rows));
+  path = file("large.bmp", bmp({.width = 80, .height = 50}, rows));
   ASSERT_TRUE(loadImage(nullptr, path.c_str(), &width, &height, nullptr, 0));
   EXPECT_EQ(std::pair(width, height), std::pair(80, 50));
   ASSERT_TRUE(load(path));
@@ -295,7 +257,6 @@ TEST_F(ImageLoading, ImagePluginsDecodeTheirExtensions) {
   EXPECT_FALSE(load(file("other.xyz", Bytes(1, 24)))) << "no plug-in lists it";
 
   const char* filter = imageFileFilter();
-  EXPECT_STREQ(filter, "ImageFile (*.bmp;*.png;*.jpg;*.ts2;*.tst)");
   const char* expected[] = {"ImageFile (*.bmp;*.png;*.jpg;*.ts2;*.tst)", "*.bmp;*.png;*.jpg;*.ts2;*.tst",
                             "AllFile (*.*)", "*.*", ""};
   for (const char* text : expected) {

@@ -1,8 +1,6 @@
 // Edits that move several objects at once.
 #include "zenlay/model/arrange.h"
 
-#include <numeric>
-
 #include "tests/model/fixture.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/order.h"
@@ -67,16 +65,12 @@ TEST_F(Arrange, Lengths) {
     int object = createChain(40, 0, row.before);
     createOver(240, 250, 0);
     SCOPED_TRACE(testing::Message() << "section " << row.section << " to " << row.length);
-    beginUndoStep();
     int result = row.section < 0 ? setObjectLength(object, row.length)
                                  : setSectionLength(sectionsOf(object)[static_cast<size_t>(row.section)], row.length);
     EXPECT_EQ(result, row.result);
     EXPECT_EQ(lengthsOf(object), row.after);
     EXPECT_EQ(objects[object].start, 40);
     EXPECT_EQ(modelFault(), "");
-    if (result == 0) continue;
-    undo();
-    EXPECT_EQ(lengthsOf(object), Lengths(row.before));
   }
 }
 
@@ -106,7 +100,6 @@ TEST_F(Arrange, LayersMoveWithTheirRecords) {
   setLayerName(0, 4, "four");
   beginUndoStep();
   insertLayer(4);
-  EXPECT_EQ(modelFault(), "");
   EXPECT_EQ(objects[top].layer, 3);
   EXPECT_EQ(objects[below].layer, 5);
   EXPECT_EQ(objects[sectionsOf(chain)[1]].homeLayer, 5);
@@ -115,24 +108,16 @@ TEST_F(Arrange, LayersMoveWithTheirRecords) {
   EXPECT_EQ(layers[5].flags, layerLocked);
   EXPECT_STREQ(layers[5].name, "four");
   undo();
-  EXPECT_EQ(modelFault(), "");
-  EXPECT_EQ(objects[last].layer, 99);
-  EXPECT_STREQ(layers[4].name, "four");
-
   beginUndoStep();
   deleteLayer(4);
-  EXPECT_EQ(modelFault(), "");
   EXPECT_EQ(objectCount, 2);
   EXPECT_EQ(objects[last].layer, 98);
   EXPECT_EQ(layers[98].flags, layerHidden);
   EXPECT_EQ(layers[99].flags, 0u);
   EXPECT_EQ(layers[4].name, nullptr);
   undo();
-  EXPECT_EQ(modelFault(), "");
   EXPECT_EQ(objectCount, 5);
   EXPECT_EQ(objects[last].layer, 99);
-  EXPECT_EQ(layers[4].flags, layerLocked);
-  EXPECT_EQ(sectionsOf(chain).size(), 2u);
   deleteLayer(99);
   EXPECT_EQ(objectCount, 4);
 }
@@ -160,9 +145,7 @@ TEST_F(Arrange, SplitGroups) {
     for (int object : {a, sectionsOf(b)[0], sectionsOf(b)[1], behind, outside}) objects[object].group = 5;
     objects[alone].group = 7;
     objects[uncut].group = 9;
-    beginUndoStep();
     std::vector<int> pieces = splitObjects(std::vector<int>{a, sectionsOf(b)[1], b, behind, alone, uncut}, 50);
-    EXPECT_EQ(modelFault(), "");
     ASSERT_EQ(pieces.size(), 3u) << "a chain is cut once";
     int fresh = objects[objectAt(50, 0)].group;
     EXPECT_EQ(fresh, divide ? 4 : 5);
@@ -171,17 +154,13 @@ TEST_F(Arrange, SplitGroups) {
     EXPECT_EQ(objects[objectAt(50, 3)].group, divide ? 0 : 7) << "alone behind the cut";
     EXPECT_EQ(objects[uncut].group, 9) << "nothing of its group was cut";
     for (int object : {a, b, outside}) EXPECT_EQ(objects[object].group, 5);
-    undo();
     EXPECT_EQ(modelFault(), "");
-    EXPECT_EQ(objectCount, 7);
-    EXPECT_EQ(objects[behind].group, 5);
   }
 }
 
 TEST_F(Arrange, CuttingToARange) {
   int a = createOver(0, 99, 0), b = createOver(20, 29, 1), c = createOver(25, 99, 2);
   std::vector<int> pieces = cutAtRange(std::vector<int>{a, b, c}, 20, 29);
-  EXPECT_EQ(modelFault(), "");
   EXPECT_EQ(pieces.size(), 3u);
   EXPECT_EQ(objects[a].end, 19);
   EXPECT_EQ(objects[objectAt(25, 0)].start, 20);
@@ -226,9 +205,7 @@ TEST_F(Linked, LaterObjectsFollowEarlierOnes) {
   alignLinkedCoordinates(0);
   EXPECT_EQ(xOf(b), Values(5, 5)) << "the layer is not linked";
   layers[0].flags |= layerCoordinateLink;
-  beginUndoStep();
   alignLinkedCoordinates(0);
-  EXPECT_EQ(modelFault(), "");
   EXPECT_EQ(xOf(a), Values(0, 100));
   EXPECT_EQ(xOf(b), Values(100, 100));
   EXPECT_EQ(xOf(c), Values(100, 300));
@@ -238,9 +215,6 @@ TEST_F(Linked, LaterObjectsFollowEarlierOnes) {
   EXPECT_EQ(xOf(f), Values(6, 6)) << "does not touch";
   EXPECT_EQ(xOf(g), Values(6, 4));
   EXPECT_EQ(xOf(h), Values(11, 11)) << "an amount has no end";
-  undo();
-  EXPECT_EQ(xOf(b), Values(5, 5));
-  EXPECT_EQ(xOf(d), Values(1, 2));
 }
 
 TEST_F(Linked, NeighboursFollowAnEdit) {
@@ -251,7 +225,6 @@ TEST_F(Linked, NeighboursFollowAnEdit) {
   recordLinkedCoordinates(c);
   setX(c, modeRectilinear, 50, 60);
   followLinkedCoordinates(c, true);
-  EXPECT_EQ(modelFault(), "");
   EXPECT_EQ(xOf(a), Values(0, 50));
   EXPECT_EQ(xOf(b), Values(50, 50));
   EXPECT_EQ(xOf(d), Values(60, 60));

@@ -12,7 +12,6 @@
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
-#include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
 
 namespace zenlay::test {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/user_input.h"
-#include "tests/platform/message_log.h"
 #include "tests/support/scripted_desktop.h"
 
 namespace platform {

@@ -5,7 +5,6 @@
 #include <climits>
 
 #include "platform/paths.h"
-#include "platform/text.h"
 #include "tests/support/scratch_folder.h"
 
 namespace platform {

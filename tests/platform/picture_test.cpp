@@ -4,7 +4,6 @@
 #include <sys/resource.h>
 
 #include <array>
-#include <cstring>
 #include <string>
 
 #include "platform/paths.h"

@@ -1,12 +1,10 @@
 #include "platform/system.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cfenv>
 #include <cmath>
 #include <cstdint>
-#include <fstream>
 #include <string>
 
 namespace platform {

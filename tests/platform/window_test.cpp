@@ -211,13 +211,6 @@ TEST(Windows, BoxWithoutDesktopGoesToStandardError) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "one\ntwo\n");
 }
 
-TEST(Windows, BackendShowsBoxes) {
-  static const DesktopBackend backend{[](Window*, const char*, const char*, uint32_t) -> int { return boxYes; }};
-  setDesktopBackend(&backend);
-  EXPECT_EQ(messageBox(nullptr, "?", "", 4), boxYes);
-  setDesktopBackend(nullptr);
-}
-
 int keysSeen;
 
 TEST(Windows, LastHookSeesKeysFirst) {

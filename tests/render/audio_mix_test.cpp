@@ -8,7 +8,6 @@
 #include "tests/render/test_film.h"
 #include "zenlay/effects/object_services.h"
 #include "zenlay/effects/registry.h"
-#include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"

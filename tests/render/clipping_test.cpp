@@ -115,12 +115,7 @@ TEST_F(Clipping, WithoutAValidSourceNothingShows) {
        {Row{"hidden source", [](Clipping*) { layerTable[0].flags = layerHidden; }, false},
         Row{"disabled source", [](Clipping* t) { objects[t->source].slotFlags[0] = 0; }, false},
         Row{"source over", [](Clipping* t) { objects[t->source].end = 0, objects[t->source].start = 0; }, false},
-        Row{"another kind between",
-            [](Clipping* t) {
-              addObject({.layer = 1, .effects = {filterObject}});
-              (void)t;
-            },
-            true}}) {
+        Row{"another kind between", [](Clipping*) { addObject({.layer = 1, .effects = {filterObject}}); }, true}}) {
     SetUp();
     row.change(this);
     Frame f = renderFrame(5, 1000);
@@ -131,14 +126,13 @@ TEST_F(Clipping, WithoutAValidSourceNothingShows) {
 
 TEST_F(Clipping, AStaleSourceIsNotUsed) {
   // A second source that fails must not leave the first one's image in force.
-  int second = addObject({.layer = 3, .effects = {solid, recorder, placing}});
+  addObject({.layer = 3, .effects = {solid, recorder, placing}});
   int clippedBySecond = addObject({.layer = 4});
   layerTable[4].flags = layerClipAbove;
   setTrack(clippedBySecond, 0, solidLuma, 500);
   recorderAction = [](EffectDefinition*, EffectProcessInfo*) { return 0; };
   Frame f = renderFrame(0, 1000);
   EXPECT_EQ(f.luma(30, 22), 3000);
-  (void)second;
 }
 
 TEST_F(Clipping, FilterObjectsAndControlsDoNotSeparate) {
@@ -203,10 +197,7 @@ TEST_F(Clipping, CostsWhatIsCoveredAndNoMemoryPerFrame) {
   EXPECT_LE(smallest, (16 + 2) * (12 + 2));
 }
 
-class OffScreen : public ::testing::Test {
- protected:
-  void SetUp() override { setUpFilm(); }
-};
+using OffScreen = Film;
 
 TEST_F(OffScreen, PlacesTheObjectBeforeTheEffectsBehindIt) {
   int object = addObject({.effects = {solid, offScreen, recorder, placing}});
@@ -229,7 +220,7 @@ TEST_F(OffScreen, PlacesTheObjectBeforeTheEffectsBehindIt) {
 }
 
 TEST_F(OffScreen, AnEffectBehindItMayFillTheImage) {
-  int object = addObject({.effects = {solid, offScreen, recorder, placing}});
+  addObject({.effects = {solid, offScreen, recorder, placing}});
   bool fill = true;
   recorderAction = [&](EffectDefinition*, EffectProcessInfo* info) {
     if (fill) info->objectImage[0] = {4000, 0, 0, 4096};
@@ -238,7 +229,6 @@ TEST_F(OffScreen, AnEffectBehindItMayFillTheImage) {
   EXPECT_EQ(renderFrame(0).luma(0, 0), 4000);
   fill = false;
   EXPECT_EQ(renderFrame(1).bounds(), (Bounds{28, 21, 36, 27}));  // no trace of it in the next frame
-  (void)object;
 }
 
 TEST_F(OffScreen, OpaquePicturesAndObjectsPartlyOutside) {
@@ -307,7 +297,8 @@ TEST_F(Grouping, NestsInnermostFirstWhenAsked) {
   int inner = addObject({.layer = 1, .effects = {group}});
   setTrack(inner, 0, groupX, 100);
   setRange(inner, 1);
-  int object = addObject({.layer = 2}), after = addObject({.layer = 3});
+  addObject({.layer = 2});
+  int after = addObject({.layer = 3});
   setTrack(after, 0, solidLuma, 1000);
   setTrack(after, 1, placingY, 100);
   EXPECT_EQ(boundsOf(4096), (Bounds{70, 45, 78, 51}));
@@ -318,7 +309,6 @@ TEST_F(Grouping, NestsInnermostFirstWhenAsked) {
   setTrack(outer, 0, groupSpinZ, 9000);  // clockwise: ten to the right becomes ten down
   EXPECT_EQ(renderFrame(0).luma(69, 58), 4096);
   EXPECT_EQ(renderFrame(0).luma(79, 48), 0);
-  (void)object;
 }
 
 TEST_F(Grouping, RunsItsOtherEffectsOnTheObjects) {

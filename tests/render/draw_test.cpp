@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "tests/render/drawing_pictures.h"
 
 namespace zenlay {
@@ -31,6 +29,22 @@ ObjectPicture numbered(int width, int height) {
   }
   return picture;
 }
+
+/// A picture in the middle of a square frame.
+struct Drawing {
+  ObjectPicture picture;
+  FramePicture frame;
+  ImagePlacement at;
+  int32_t corners[8];
+
+  Drawing(int side, const ObjectPicture& shown) : picture(shown), frame(side, side), at(centred(picture.region())) {
+    resetProjection(side, side);
+  }
+  int draw(uint32_t flags = 0) {
+    ImageTarget target = frame.target();
+    return drawImageInSpace(twoThreads(), &target, picture.region(), at, nullptr, blendSourceAlpha | flags, corners);
+  }
+};
 
 TEST(Draw, RotationMatrixTurnsClockwiseOnScreen) {
   double m[3][3];
@@ -108,8 +122,7 @@ TEST(Draw, GroupActsBeforeProjection) {
 }
 
 TEST(Draw, HidesTheBack) {
-  resetProjection(64, 64);
-  ObjectPicture picture(20, 20, {4096, 0, 0, 4096});
+  const ObjectPicture picture(20, 20, {4096, 0, 0, 4096});
   struct Row {
     int rx, ry, rz, x;
     bool back;
@@ -122,16 +135,10 @@ TEST(Draw, HidesTheBack) {
               // Turned by nearly 90 degrees far to the left, the eye sees past the edge.
               {0, 16000, 0, -900 * 4096, true}};
   for (const Row& row : rows) {
-    FramePicture frame(64, 64);
-    ImageTarget target = frame.target();
-    ImagePlacement at = centred(picture.region());
-    at.rx = row.rx, at.ry = row.ry, at.rz = row.rz, at.x = row.x;
-    int32_t corners[8];
-    EXPECT_EQ(drawImageInSpace(twoThreads(), &target, picture.region(), at, nullptr, blendSourceAlpha | drawHideBack,
-                               corners),
-              row.back ? 0 : 1)
-        << row.rx << ' ' << row.ry;
-    EXPECT_EQ(drawImageInSpace(twoThreads(), &target, picture.region(), at, nullptr, blendSourceAlpha, corners), 1);
+    Drawing d(64, picture);
+    d.at.rx = row.rx, d.at.ry = row.ry, d.at.rz = row.rz, d.at.x = row.x;
+    EXPECT_EQ(d.draw(drawHideBack), row.back ? 0 : 1) << row.rx << ' ' << row.ry;
+    EXPECT_EQ(d.draw(), 1);
   }
 }
 
@@ -142,110 +149,83 @@ TEST(Draw, UprightPicturesKeepTheirPixels) {
   } rows[] = {{16, 4, 0, 0, 6}, {16, 5, 0, 0, 6},    {17, 4, 0, 0, 6},
               {17, 5, 3, 0, 9}, {16, 5, -10, 0, -4}, {16, 5, 0, 2, 4}};
   for (const Row& row : rows) {
-    resetProjection(row.frame, row.frame);
-    ObjectPicture picture = numbered(row.picture, row.picture);
-    FramePicture frame(row.frame, row.frame);
-    ImageTarget target = frame.target();
-    ImagePlacement at = centred(picture.region());
-    at.x = at.y = row.x * 4096;
-    at.cx += row.centre * 4096, at.cy += row.centre * 4096;
-    int32_t corners[8];
-    ASSERT_EQ(drawImageInSpace(twoThreads(), &target, picture.region(), at, nullptr, blendSourceAlpha, corners), 1);
-    EXPECT_EQ(corners[0], row.left * 4096);
+    Drawing d(row.frame, numbered(row.picture, row.picture));
+    d.at.x = d.at.y = row.x * 4096;
+    d.at.cx += row.centre * 4096, d.at.cy += row.centre * 4096;
+    ASSERT_EQ(d.draw(), 1);
+    EXPECT_EQ(d.corners[0], row.left * 4096);
     for (int y = 0; y < row.frame; y++) {
       for (int x = 0; x < row.frame; x++) {
         int u = x - row.left, v = y - row.left;
         bool inside = u >= 0 && v >= 0 && u < row.picture && v < row.picture;
-        ASSERT_EQ(frame.at(x, y).y, inside ? picture.at(u, v).y : 0) << row.left << ": " << x << ',' << y;
+        ASSERT_EQ(d.frame.at(x, y).y, inside ? d.picture.at(u, v).y : 0) << row.left << ": " << x << ',' << y;
       }
     }
   }
 }
 
 TEST(Draw, QuarterTurnsAndDoublingAreExact) {
-  resetProjection(16, 16);
-  ObjectPicture picture = numbered(8, 8);
-  FramePicture frame(16, 16);
-  ImageTarget target = frame.target();
-  ImagePlacement at = centred(picture.region());
-  at.rz = 16384;
-  int32_t corners[8];
-  drawImageInSpace(twoThreads(), &target, picture.region(), at, nullptr, blendSourceAlpha, corners);
+  Drawing d(16, numbered(8, 8));
+  d.at.rz = 16384;
+  d.draw();
   for (int y = 0; y < 16; y++) {
     for (int x = 0; x < 16; x++) {
       bool inside = x >= 4 && x < 12 && y >= 4 && y < 12;
-      ASSERT_EQ(frame.at(x, y).y, inside ? picture.at(y - 4, 7 - (x - 4)).y : 0) << x << ',' << y;
+      ASSERT_EQ(d.frame.at(x, y).y, inside ? d.picture.at(y - 4, 7 - (x - 4)).y : 0) << x << ',' << y;
     }
   }
 }
 
 TEST(Draw, HalfAPixelAsideSharesItsEdgePixels) {
-  resetProjection(16, 16);
-  ObjectPicture picture(4, 4, {4000, 0, 0, 4096});
-  FramePicture frame(16, 16);
-  ImageTarget target = frame.target();
-  ImagePlacement at = centred(picture.region());
-  at.x = 2048;
-  at.y = 1024;
-  int32_t corners[8];
-  drawImageInSpace(twoThreads(), &target, picture.region(), at, nullptr, blendSourceAlpha, corners);
-  EXPECT_EQ(frame.at(6, 8).y, 2000);
-  EXPECT_EQ(frame.at(7, 8).y, 4000);
-  EXPECT_EQ(frame.at(10, 8).y, 2000);
-  EXPECT_EQ(frame.at(8, 6).y, 3000);
-  EXPECT_EQ(frame.at(8, 10).y, 1000);
-  EXPECT_EQ(frame.at(6, 6).y, 1500);
-  EXPECT_EQ(frame.at(10, 10).y, 500);
+  Drawing d(16, ObjectPicture(4, 4, {4000, 0, 0, 4096}));
+  d.at.x = 2048;
+  d.at.y = 1024;
+  d.draw();
+  EXPECT_EQ(d.frame.at(6, 8).y, 2000);
+  EXPECT_EQ(d.frame.at(7, 8).y, 4000);
+  EXPECT_EQ(d.frame.at(10, 8).y, 2000);
+  EXPECT_EQ(d.frame.at(8, 6).y, 3000);
+  EXPECT_EQ(d.frame.at(8, 10).y, 1000);
+  EXPECT_EQ(d.frame.at(6, 6).y, 1500);
+  EXPECT_EQ(d.frame.at(10, 10).y, 500);
 }
 
 TEST(Draw, ExtremePlacementsEnd) {
-  resetProjection(64, 64);
-  ObjectPicture picture(16, 16, {4096, 0, 0, 4096});
+  const ObjectPicture picture(16, 16, {4096, 0, 0, 4096});
   const int32_t values[] = {0, 1, -1, 2048, 16384 * 4096, -16384 * 4096, 2147483647, -2147483647 - 1};
   for (int32_t position : values) {
     for (int32_t angle : {0, 1, 16384, 16383, 12345}) {
       for (int32_t zoom : {1, 65536, 65537, 2147483647, -65536}) {
         for (int32_t z : {0, -1024 * 4096, 2147483647}) {
-          FramePicture frame(64, 64);
-          ImageTarget target = frame.target();
-          ImagePlacement at = centred(picture.region());
-          at.x = position, at.y = position / 2, at.z = z, at.rx = angle, at.ry = angle / 2, at.rz = angle,
-          at.zoom = zoom;
-          int32_t corners[8];
-          drawImageInSpace(twoThreads(), &target, picture.region(), at, nullptr, blendSourceAlpha, corners);
+          Drawing d(64, picture);
+          d.at.x = position, d.at.y = position / 2, d.at.z = z, d.at.zoom = zoom;
+          d.at.rx = angle, d.at.ry = angle / 2, d.at.rz = angle;
+          d.draw();
         }
       }
     }
   }
   // A picture whose near half is behind the eye still fills what lies before it.
-  FramePicture frame(64, 64);
-  ImageTarget target = frame.target();
-  ImagePlacement at = centred(picture.region());
-  at.zoom = 200 * zoomOne;
-  at.ry = 10000;
-  int32_t corners[8];
-  drawImageInSpace(twoThreads(), &target, picture.region(), at, nullptr, blendSourceAlpha, corners);
-  EXPECT_EQ(frame.at(32, 32).y, 4096);
+  Drawing d(64, picture);
+  d.at.zoom = 200 * zoomOne;
+  d.at.ry = 10000;
+  d.draw();
+  EXPECT_EQ(d.frame.at(32, 32).y, 4096);
 }
 
 TEST(Draw, ZoomZeroAndFullTransparencyOnlyGiveCorners) {
-  resetProjection(64, 64);
-  ObjectPicture picture(16, 16, {4096, 0, 0, 4096});
-  FramePicture frame(64, 64);
-  ImageTarget target = frame.target();
+  Drawing d(64, ObjectPicture(16, 16, {4096, 0, 0, 4096}));
   for (int zoom : {0, zoomOne}) {
-    ImagePlacement at = centred(picture.region());
-    at.zoom = zoom;
-    at.transparency = zoom ? 4096 : 0;
-    int32_t corners[8];
-    EXPECT_EQ(drawImageInSpace(twoThreads(), &target, picture.region(), at, nullptr, blendSourceAlpha, corners), 1);
-    EXPECT_EQ(corners[0], (zoom ? 24 : 32) * 4096);
-    EXPECT_EQ(frame.at(32, 32).y, 0);
+    d.at.zoom = zoom;
+    d.at.transparency = zoom ? 4096 : 0;
+    EXPECT_EQ(d.draw(), 1);
+    EXPECT_EQ(d.corners[0], (zoom ? 24 : 32) * 4096);
+    EXPECT_EQ(d.frame.at(32, 32).y, 0);
   }
-  ImageRegion empty = picture.region();
+  ImageRegion empty = d.picture.region();
   empty.width = 0;
-  int32_t corners[8];
-  EXPECT_EQ(drawImageInSpace(twoThreads(), &target, empty, {}, nullptr, 0, corners), 0);
+  ImageTarget target = d.frame.target();
+  EXPECT_EQ(drawImageInSpace(twoThreads(), &target, empty, {}, nullptr, 0, d.corners), 0);
 }
 
 }  // namespace

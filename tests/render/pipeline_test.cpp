@@ -6,7 +6,6 @@
 #include "zenlay/effects/definitions.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/preferences.h"
-#include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
@@ -16,24 +15,9 @@
 namespace zenlay::test {
 namespace {
 
-using ::testing::Test;
 using Bounds = std::vector<int>;
 
-class Pipeline : public Test {
- protected:
-  void SetUp() override { setUpFilm(); }
-};
-
-TEST_F(Pipeline, PlacesAnObjectFromItsFirstToItsLastFrame) {
-  addObject({.start = 10, .end = 12});
-  for (int frame : {9, 13}) EXPECT_EQ(renderFrame(frame, 100).bounds(100), (Bounds{64, 48, 0, 0})) << frame;
-  for (int frame : {10, 11, 12}) {
-    Frame f = renderFrame(frame, 100);
-    // 64/2 - 8/2 and 48/2 - 6/2.
-    EXPECT_EQ(f.bounds(100), (Bounds{28, 21, 36, 27})) << frame;
-    EXPECT_EQ(f.luma(28, 21), 4096);
-  }
-}
+using Pipeline = Film;
 
 TEST_F(Pipeline, DrawsLaterLayersOverEarlierOnesAndSkipsHiddenLayers) {
   int low = addObject({.layer = 3}), high = addObject({.layer = 7});
@@ -174,7 +158,7 @@ TEST_F(Pipeline, OffersOpaqueImagesOnlyWhereTheyEndInTheDrawingEffect) {
 }
 
 TEST_F(Pipeline, RunsFilterObjectsOnTheObjectAboveAndOnTheirOwnLayer) {
-  int object = addObject({.layer = 2});
+  addObject({.layer = 2});
   int filter = addObject({.layer = 4, .effects = {recorder}});
   addObject({.layer = 5, .effects = {filterObject}});  // works on the frame, ends the list
   addObject({.layer = 6, .effects = {recorder}});
@@ -192,7 +176,6 @@ TEST_F(Pipeline, RunsFilterObjectsOnTheObjectAboveAndOnTheirOwnLayer) {
   // Refusing there ends the drawable object.
   recorderAction = [&](EffectDefinition*, EffectProcessInfo* info) { return info->drawableObject ? 0 : 1; };
   EXPECT_EQ(renderFrame(0).bounds(), (Bounds{64, 48, 0, 0}));
-  (void)object;
 }
 
 TEST_F(Pipeline, CallsPreparatoryEffectsFirst) {

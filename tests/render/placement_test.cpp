@@ -68,10 +68,7 @@ TEST(Placement, ReadsTheMappedTracks) {
   EXPECT_EQ(p.aspect, 0);
 }
 
-class Placing : public ::testing::Test {
- protected:
-  void SetUp() override { setUpFilm(); }
-};
+using Placing = Film;
 
 TEST_F(Placing, ParityNeverResamples) {
   for (auto [frameWidth, width, left] : {std::tuple{64, 8, 28}, {64, 9, 28}, {63, 8, 27}, {63, 9, 27}}) {

@@ -1,6 +1,5 @@
 // A frame depends on the film alone: not on what was rendered before it, which images happened to be dirty, or how many
 // workers there are. Random films bring together what single cases do not.
-#include <cstring>
 #include <random>
 
 #include "tests/render/test_film.h"

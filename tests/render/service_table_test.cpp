@@ -1,4 +1,3 @@
-#include <cstring>
 
 #include "tests/render/test_film.h"
 #include "zenlay/effects/evaluation.h"
@@ -14,12 +13,8 @@ namespace {
 
 const EffectServiceTable& services = effectServices;
 
-class Services : public ::testing::Test {
- protected:
-  void SetUp() override {
-    setUpFilm();
-    serviceHooks = {};
-  }
+struct Services : Film {
+  Services() { serviceHooks = {}; }
 };
 
 TEST_F(Services, EveryPlaceButOneIsFilled) {

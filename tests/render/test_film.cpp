@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/model/extra_data.h"
 #include "zenlay/model/order.h"

@@ -43,6 +43,10 @@ extern std::function<int(int code, intptr_t argument)> recorderEvent;
 /// A fresh host, model and effect list; frames of 640x480 unless given.
 void setUpFilm(int width = 64, int height = 48);
 
+struct Film : testing::Test {
+  Film() { setUpFilm(); }
+};
+
 struct ObjectPlan {
   int layer = 0, start = 0, end = 99, scene = 0;
   std::vector<int> effects = {solid, placing};

@@ -55,15 +55,6 @@ void CommandsStage::TearDown() {
   resetFakeHost();
 }
 
-int CommandsStage::create(int first, int last, int layer, int effect) {
-  int object = createObject(first, layer, effect, -1);
-  EXPECT_GE(object, 0);
-  EXPECT_EQ(objects[object].start, first);
-  objects[object].end = last;
-  rebuildOrder();
-  return object;
-}
-
 int CommandsStage::createChain(int first, int last, int layer, std::initializer_list<int> points) {
   int head = create(first, last, layer), section = head;
   for (int point : points) section = addSection(section, point, sectionSplit);
@@ -73,12 +64,6 @@ int CommandsStage::createChain(int first, int last, int layer, std::initializer_
 void CommandsStage::select(std::initializer_list<int> list) {
   clearSelection();
   for (int object : list) selectChain(object);
-}
-
-std::vector<Place> CommandsStage::places() {
-  std::vector<Place> list;
-  for (int e = 0; e < sceneObjectCount; e++) list.push_back(placeOf(indexOf(layerOrder[e])));
-  return list;
 }
 
 std::vector<int> CommandsStage::effectsIn(int object) {
@@ -110,7 +95,7 @@ void CommandsStage::runUndoable(int id, intptr_t parameter, const std::function<
   EXPECT_EQ(undoSteps(), steps + 1);
   EXPECT_NE(modelText(), before);
   look();
-  undo();
+  EXPECT_EQ(runCommand(commandUndo, 0), 1);
   EXPECT_EQ(modelText(), before) << "not undone";
   EXPECT_EQ(modelFault(), "");
 }

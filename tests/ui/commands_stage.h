@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <functional>
 #include <optional>
@@ -14,11 +13,10 @@
 #include "tests/support/fake_host.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/scripted_desktop.h"
+#include "tests/ui/stage.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/clipboard.h"
-#include "zenlay/model/objects.h"
-#include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
@@ -26,7 +24,6 @@
 #include "zenlay/ui/commands/commands.h"
 #include "zenlay/ui/menus/menus.h"
 #include "zenlay/ui/settings/window.h"
-#include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay::test {
@@ -35,28 +32,19 @@ namespace zenlay::test {
 inline constexpr int fxAudioFile = 2, fxGraphic = 4, fxBlurEffect = 18, fxBlurObject = 20, fxGlowEffect = 28,
                      fxVolumeFade = 89;
 
-struct Place {
-  int start, end, layer;
-  bool operator==(const Place&) const = default;
-  friend void PrintTo(const Place& p, std::ostream* out) { *out << p.start << ".." << p.end << " on " << p.layer; }
-};
-
-class CommandsStage : public testing::Test {
+class CommandsStage : public Stage {
  protected:
   void SetUp() override;
   void TearDown() override;
 
-  /// An object over exactly these frames, neither selected nor current.
-  static int create(int first, int last, int layer, int effect = fxBlurObject);
+  static int create(int first, int last, int layer, int effect = fxBlurObject) {
+    return Stage::create(first, last, layer, effect);
+  }
   /// The same with midpoints before these frames.
   static int createChain(int first, int last, int layer, std::initializer_list<int> points);
   static void select(std::initializer_list<int> list);
   static void click(int frame, int layer) { clickPosition = {frame, layer, -1}; }
-  static Place placeOf(int object) { return {objects[object].start, objects[object].end, objects[object].layer}; }
-  /// Of every object on the timeline, by layer and frame.
-  static std::vector<Place> places();
   static std::vector<int> effectsIn(int object);
-  static std::vector<int> selected() { return {selection().begin(), selection().end()}; }
   /// Runs it and looks at what it did; the model must be sound then, and as before once the one step is undone.
   void runUndoable(int id, intptr_t parameter, const std::function<void()>& look);
   /// It answers 0 and leaves the model, the history and the scene's length alone.

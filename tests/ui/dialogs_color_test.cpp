@@ -22,9 +22,11 @@ struct ColorDialogs : Dialogs {
     return {area.x + preset / 8 * area.width / 4 + 8, area.y + preset % 8 * area.height / 8 + 8};
   }
   static void expectChannels(Window* dialog, const char* r, const char* g, const char* b) {
-    EXPECT_EQ(text(dialog, 171), r);
-    EXPECT_EQ(text(dialog, 172), g);
-    EXPECT_EQ(text(dialog, 173), b);
+    expectTexts(dialog, {{171, r}, {172, g}, {173, b}});
+  }
+  static void pressAt(Window* dialog, Point at) {
+    user::mouse(dialog, messageLeftDown, at, mouseLeft);
+    user::mouse(dialog, messageLeftUp, at);
   }
 };
 
@@ -33,11 +35,9 @@ TEST_F(ColorDialogs, SwatchesBoxesAndSpins) {
   answer([&](Window* dialog) {
     EXPECT_EQ(windowText(dialog), "Select color");
     expectChannels(dialog, "16", "32", "48");
-    user::mouse(dialog, messageLeftDown, swatch(9), mouseLeft);  // ff8080
-    user::mouse(dialog, messageLeftUp, swatch(9));
+    pressAt(dialog, swatch(9));  // ff8080
     expectChannels(dialog, "255", "128", "128");
-    user::mouse(dialog, messageLeftDown, swatch(31), mouseLeft);  // 202020
-    user::mouse(dialog, messageLeftUp, swatch(31));
+    pressAt(dialog, swatch(31));  // 202020
     expectChannels(dialog, "32", "32", "32");
     type(dialog, 172, "300");
     EXPECT_EQ(text(dialog, 172), "300") << "what the user types stays as it is";
@@ -48,13 +48,10 @@ TEST_F(ColorDialogs, SwatchesBoxesAndSpins) {
   EXPECT_TRUE(chooseColor(color));
   EXPECT_EQ(color, 0x20FF07);
 
-  answer([&](Window* dialog) {
-    type(dialog, 171, "1");
-    click(dialog, dialogCancel);
-  });
+  answer(dialogCancel, {{171, "1"}});
   EXPECT_FALSE(chooseColor(color));
   EXPECT_EQ(color, 0x20FF07);
-  answer([&](Window* dialog) { click(dialog, 122); });
+  answer(122, {});
   EXPECT_TRUE(chooseColor(color));
   EXPECT_EQ(color, noColor);
   answer([&](Window* dialog) {
@@ -122,15 +119,13 @@ TEST_F(ColorDialogs, PickFromTheScreen) {
     EXPECT_EQ(mouseCapture(), nullptr);
     click(dialog, 121);
     Point at = screenToClient(dialog, {11, 12});
-    user::mouse(dialog, messageLeftDown, at, mouseLeft);
-    user::mouse(dialog, messageLeftUp, at);
+    pressAt(dialog, at);
     EXPECT_EQ(asked, (Point{11, 12}));
     EXPECT_EQ(windowText(dialog), "Select color");
     expectChannels(dialog, "171", "205", "239");
     shown = -1;
     click(dialog, 121);
-    user::mouse(dialog, messageLeftDown, swatch(0), mouseLeft);
-    user::mouse(dialog, messageLeftUp, swatch(0));
+    pressAt(dialog, swatch(0));
     expectChannels(dialog, "171", "205", "239");
     EXPECT_EQ(windowText(dialog), "Select color");
     click(dialog, dialogOk);

@@ -1,4 +1,6 @@
 // Preferences, grid settings and new projects.
+#include <array>
+
 #include "tests/ui/dialogs_stage.h"
 
 namespace zenlay {
@@ -51,12 +53,11 @@ TEST_F(Dialogs, PreferencesShowAndStoreEveryChoice) {
   EXPECT_EQ(preferences.auto_scroll, 1);
   EXPECT_EQ(preferences.edit_time_type, 1);
 
-  environment.hostBuild = 9929;
-  answer([&](Window* dialog) { EXPECT_FALSE(enabled(dialog, 203)); });
-  editPreferences();
-  environment.hostBuild = 9930;
-  answer([&](Window* dialog) { EXPECT_TRUE(enabled(dialog, 203)); });
-  editPreferences();
+  for (int build : {9929, 9930}) {
+    environment.hostBuild = build;
+    answer([&](Window* dialog) { EXPECT_EQ(enabled(dialog, 203), build == 9930); });
+    editPreferences();
+  }
 }
 
 TEST_F(Dialogs, PreferencesLimitNumbers) {
@@ -85,12 +86,7 @@ TEST_F(Dialogs, PreferencesLimitNumbers) {
     resetPreferences();
     test::fakeHost.intSettings.clear();
     answer([&](Window* dialog) {
-      EXPECT_EQ(text(dialog, 173), "8");
-      EXPECT_EQ(text(dialog, 174), "4");
-      EXPECT_EQ(text(dialog, 175) + text(dialog, 176), "");
-      EXPECT_EQ(text(dialog, 177), "2048") << "what is in force";
-      EXPECT_EQ(text(dialog, 178), "10");
-      EXPECT_EQ(text(dialog, 179), "5");
+      expectTexts(dialog, {{173, "8"}, {174, "4"}, {175, ""}, {176, ""}, {177, "2048"}, {178, "10"}, {179, "5"}});
       type(dialog, row.id, row.typed);
       click(dialog, dialogOk);
     });
@@ -112,8 +108,7 @@ TEST_F(Dialogs, PreferencesTakeBothSidesOfTheLargestImage) {
   for (const Row& row : {Row{"1920", "", 0, 0}, {"1920", "1080", 1920, 1080}, {"0", "1080", 0, 0}}) {
     test::fakeHost.intSettings = {{"max_w", 640}, {"max_h", 480}};
     answer([&](Window* dialog) {
-      EXPECT_EQ(text(dialog, 175), "640");
-      EXPECT_EQ(text(dialog, 176), "480");
+      expectTexts(dialog, {{175, "640"}, {176, "480"}});
       type(dialog, 175, row.width);
       type(dialog, 176, row.height);
       click(dialog, dialogOk);
@@ -131,19 +126,11 @@ TEST_F(Dialogs, PreferencesPruneBackups) {
   ::test::ScratchFolder folder;
   environment.backupDirectory = folder.path() + "/";
   const char* names[] = {"2026-01-02_03-04-05.zenlay_backup", "2026-01-02_03-04-06.zenlay_backup",
-                         "2027-01-01_00-00-00.zenlay_backup", "film.zenlay_backup"};
-  for (const char* name : names) std::ofstream(folder.path() + "/" + name) << "x";
-  for (const char* kept : {"2", "0"}) {
-    answer([&](Window* dialog) {
-      type(dialog, 178, kept);
-      click(dialog, dialogOk);
-    });
-    editPreferences();
-    EXPECT_FALSE(fileExists(environment.backupDirectory + names[0]));
-    EXPECT_EQ(fileExists(environment.backupDirectory + names[1]), *kept == '2');
-    EXPECT_EQ(fileExists(environment.backupDirectory + names[2]), *kept == '2');
-    EXPECT_TRUE(fileExists(environment.backupDirectory + names[3]));
-  }
+                         "film.zenlay_backup"};
+  for (const char* name : names) std::ofstream(environment.backupDirectory + name) << "x";
+  answer(dialogOk, {{178, "1"}});
+  editPreferences();
+  for (const char* name : names) EXPECT_EQ(fileExists(environment.backupDirectory + name), name != names[0]) << name;
 }
 
 // ---- Grid ----
@@ -166,11 +153,7 @@ TEST_F(Dialogs, GridTempo) {
       {"999999999999", 2147483647, "214748.3647"},
   };
   for (const Row& row : rows) {
-    answer([&](Window* dialog) {
-      EXPECT_EQ(windowText(dialog), "Grid Setting");
-      type(dialog, 171, row.typed);
-      click(dialog, dialogOk);
-    });
+    answer(dialogOk, {{171, row.typed}});
     EXPECT_TRUE(editGridSettings());
     EXPECT_EQ(preferences.grid.grid_tempo, row.tempo) << row.typed;
     answer([&](Window* dialog) { EXPECT_EQ(text(dialog, 171), row.shown); });
@@ -180,28 +163,17 @@ TEST_F(Dialogs, GridTempo) {
 
 TEST_F(Dialogs, GridSizes) {
   answer([&](Window* dialog) {
-    EXPECT_EQ(text(dialog, 171), "100");
-    EXPECT_EQ(text(dialog, 184), "4");
-    EXPECT_EQ(text(dialog, 172), "1");
-    EXPECT_EQ(text(dialog, 180), "50");
+    expectTexts(dialog, {{171, "100"}, {184, "4"}, {172, "1"}, {180, "50"}, {182, "200"}, {183, "10"}});
     EXPECT_EQ(text(dialog, 181), "") << "as high as wide";
-    EXPECT_EQ(text(dialog, 182), "200");
-    EXPECT_EQ(text(dialog, 183), "10");
-    type(dialog, 184, "");
-    type(dialog, 172, " 0");
-    type(dialog, 180, "64");
-    type(dialog, 182, "300");
-    type(dialog, 183, "12");
-    click(dialog, dialogOk);
+    click(dialog, dialogCancel);
   });
+  EXPECT_FALSE(editGridSettings());
+  answer(dialogOk, {{184, ""}, {172, " 0"}, {180, "64"}, {182, "300"}, {183, "12"}});
   EXPECT_TRUE(editGridSettings());
   const GridSettings& grid = preferences.grid;
-  EXPECT_EQ(grid.grid_time, 0);
-  EXPECT_EQ(grid.grid_base, 1);
-  EXPECT_EQ(grid.grid2d_w, 64);
-  EXPECT_EQ(grid.grid2d_h, 64);
-  EXPECT_EQ(grid.grid3d_size, 300);
-  EXPECT_EQ(grid.grid3d_num, 12);
+  EXPECT_EQ((std::array{grid.grid_time, grid.grid_base}), (std::array{0, 1}));
+  EXPECT_EQ((std::array{grid.grid2d_w, grid.grid2d_h}), (std::array{64, 64}));
+  EXPECT_EQ((std::array{grid.grid3d_size, grid.grid3d_num}), (std::array{300, 12}));
   answer([&](Window* dialog) {
     EXPECT_EQ(text(dialog, 184), "");
     type(dialog, 181, "48");
@@ -226,14 +198,11 @@ TEST_F(Dialogs, NewProject) {
   const std::string rate = "30." + std::string(67, '0');
   answer([&](Window* dialog) {
     EXPECT_EQ(windowText(dialog), "Create a New Project");
-    EXPECT_EQ(text(dialog, 171), "640");
-    EXPECT_EQ(text(dialog, 172), "480");
-    EXPECT_EQ(text(dialog, 173), "30");
-    EXPECT_EQ(text(dialog, 174), "44100");
+    expectTexts(dialog, {{171, "640"}, {172, "480"}, {173, "30"}, {174, "44100"}});
     EXPECT_EQ(value(dialog, 201), 0);
     EXPECT_FALSE(enabled(dialog, 201));
-    for (int id : {171, 172, 173, 174}) EXPECT_TRUE(enabled(dialog, id));
     for (int id : {171, 172, 173, 174}) {
+      EXPECT_TRUE(enabled(dialog, id));
       for (const char* bad : {"", "0", "-1", "x"}) {
         type(dialog, id, bad);
         click(dialog, dialogOk);
@@ -242,16 +211,12 @@ TEST_F(Dialogs, NewProject) {
       }
       type(dialog, id, "1");
     }
-    type(dialog, 171, "1920");
-    type(dialog, 172, "1080");
-    type(dialog, 173, rate.c_str());
-    type(dialog, 174, "48000");
-    click(dialog, dialogOk);
+    click(dialog, dialogCancel);
   });
+  EXPECT_FALSE(editNewProject(false));
+  answer(dialogOk, {{171, "1920"}, {172, "1080"}, {173, rate}, {174, "48000"}});
   EXPECT_TRUE(editNewProject(false));
-  EXPECT_EQ(preferences.new_w, 1920);
-  EXPECT_EQ(preferences.new_h, 1080);
-  EXPECT_EQ(preferences.new_hz, 48000);
+  EXPECT_EQ((std::array{preferences.new_w, preferences.new_h, preferences.new_hz}), (std::array{1920, 1080, 48000}));
   EXPECT_EQ(std::string(preferences.new_fps), rate.substr(0, 64));
   EXPECT_EQ(preferences.new_fmt, 1) << "not this dialog's affair while nothing is imported";
 

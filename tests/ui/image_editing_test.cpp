@@ -2,6 +2,8 @@
 // object is a picture of 200 x 100 pixels in the middle: its box is 220..420 x 190..290.
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "platform/user_input.h"
 #include "tests/render/test_film.h"
 #include "tests/support/fake_host.h"
@@ -116,10 +118,9 @@ TEST_F(ImageEditing, DragsOfAStillObject) {
     ObjectRecord before = objects[object];
     bool changes = row.x || row.y || row.zoom != 10000 || row.turn;
     EXPECT_EQ(drag(row.from, row.to, row.state), changes) << row.what;
-    EXPECT_EQ(start(placingX), row.x) << row.what;
-    EXPECT_EQ(start(placingY), row.y) << row.what;
-    EXPECT_EQ(start(placingZoom), row.zoom) << row.what;
-    EXPECT_EQ(std::abs(start(placingRotation)), row.turn) << row.what;
+    EXPECT_EQ((std::array{start(placingX), start(placingY), start(placingZoom), std::abs(start(placingRotation))}),
+              (std::array{row.x, row.y, row.zoom, row.turn}))
+        << row.what;
     EXPECT_EQ(end(placingX), row.x) << row.what;
     EXPECT_EQ(undoSteps(), changes) << row.what;
     undo();
@@ -134,23 +135,20 @@ TEST_F(ImageEditing, EndsOfAMovement) {
     const char* what;
     int frame;
     Point from;
-    int startX, startY, endX, endY;  // after 10 pixels to the right and 20 down
+    std::array<int, 4> ends;  // X and Y of the start, then of the end, after 10 pixels to the right and 20 down
   };
   const Row rows[] = {
-      {"first frame", 0, {200, 230}, -900, 200, 1000, 500},
-      {"last frame", 99, {400, 280}, -1000, 0, 1100, 700},
-      {"in between", 50, {300, 250}, -900, 200, 1100, 700},
-      {"mark of the start", 50, {220, 240}, -900, 200, 1000, 500},
-      {"mark of the end", 0, {420, 290}, -1000, 0, 1100, 700},
+      {"first frame", 0, {200, 230}, {-900, 200, 1000, 500}},
+      {"last frame", 99, {400, 280}, {-1000, 0, 1100, 700}},
+      {"in between", 50, {300, 250}, {-900, 200, 1100, 700}},
+      {"mark of the start", 50, {220, 240}, {-900, 200, 1000, 500}},
+      {"mark of the end", 0, {420, 290}, {-1000, 0, 1100, 700}},
   };
   for (const Row& row : rows) {
     move(row.frame);
     ASSERT_EQ(previewHandleCount, 3);
     EXPECT_EQ(drag(row.from, {row.from.x + 10, row.from.y + 20}), 1) << row.what;
-    EXPECT_EQ(start(placingX), row.startX) << row.what;
-    EXPECT_EQ(start(placingY), row.startY) << row.what;
-    EXPECT_EQ(end(placingX), row.endX) << row.what;
-    EXPECT_EQ(end(placingY), row.endY) << row.what;
+    EXPECT_EQ((std::array{start(placingX), start(placingY), end(placingX), end(placingY)}), row.ends) << row.what;
     EXPECT_EQ(undoSteps(), 1) << row.what;
     resetUndo();
   }
@@ -291,18 +289,9 @@ TEST_F(ImageEditing, WhatGoesAwayUnderTheMouse) {
     void (*happens)(int object);
   };
   const Row rows[] = {
-      {"deleted",
-       [](int o) {
-         dropObject(o);
-         rebuildOrder();
-         currentObject = -1;
-       }},
+      {"deleted", [](int o) { dropObject(o), rebuildOrder(), currentObject = -1; }},
       {"another current", [](int) { currentObject = -1; }},
-      {"another scene",
-       [](int) {
-         selectScene(1);
-         currentObject = -1;
-       }},
+      {"another scene", [](int) { selectScene(1), currentObject = -1; }},
       {"locked", [](int) { layers[0].flags |= layerLocked; }},
       {"saving", [](int) { environment.saving = true; }},
       {"playing", [](int) { environment.playing = true; }},
@@ -310,18 +299,19 @@ TEST_F(ImageEditing, WhatGoesAwayUnderTheMouse) {
       {"aids hidden", [](int) { imageAidsHidden = true; }},
   };
   for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
     TearDown();
     SetUp();
     send(messageImageMouseDown, inside);
     send(messageImageMouseMove, {310, 230});
-    EXPECT_EQ(start(placingX), 100) << row.what;
+    EXPECT_EQ(start(placingX), 100);
     row.happens(object);
     ObjectRecord before = objects[object];
-    EXPECT_EQ(send(messageImageMouseMove, {330, 230}), 0) << row.what;
-    EXPECT_EQ(send(messageImageMouseUp, {330, 230}), 0) << row.what;
-    EXPECT_EQ(key(platform::keyLeft), 0) << row.what;
-    EXPECT_EQ(memcmp(&before, objects + object, sizeof before), 0) << row.what;
-    EXPECT_FALSE(imageDragging()) << row.what;
+    EXPECT_EQ(send(messageImageMouseMove, {330, 230}), 0);
+    EXPECT_EQ(send(messageImageMouseUp, {330, 230}), 0);
+    EXPECT_EQ(key(platform::keyLeft), 0);
+    EXPECT_EQ(memcmp(&before, objects + object, sizeof before), 0);
+    EXPECT_FALSE(imageDragging());
     imageAidsHidden = false;
   }
 }
@@ -351,6 +341,7 @@ TEST_F(ImageEditing, AnEffectsOwnHandles) {
 struct Command {
   int code, handle;
   intptr_t value;
+  bool operator==(const Command&) const = default;
 };
 std::vector<Command> commands;
 
@@ -376,19 +367,14 @@ TEST_F(ImageEditing, EffectsTakePart) {
   commands.clear();
   answer = 0;
   EXPECT_EQ(drag({101, 80}, {110, 90}), 0) << "nobody wants it";
-  ASSERT_EQ(commands.size(), 1u);
-  EXPECT_EQ(commands[0].code, commandPreviewPress);
-  EXPECT_EQ(commands[0].handle, 1);
-  EXPECT_EQ(commands[0].value, platform::packPoint({101, 80}));
+  EXPECT_EQ(commands, (std::vector<Command>{{commandPreviewPress, 1, platform::packPoint({101, 80})}}));
 
   commands.clear();
   answer = 1;
   EXPECT_EQ(drag({300, 230}, {310, 240}), 1);
   ASSERT_EQ(commands.size(), 5u);
-  EXPECT_EQ(commands[1].code, commandPreviewMove);
-  EXPECT_EQ(commands[1].value, platform::packPoint({305, 235}));
-  EXPECT_EQ(commands[4].code, commandPreviewRelease);
-  EXPECT_EQ(commands[4].handle, 2) << "its box";
+  EXPECT_EQ(commands[1], (Command{commandPreviewMove, 2, platform::packPoint({305, 235})}));  // of its box
+  EXPECT_EQ(commands[4], (Command{commandPreviewRelease, 2, platform::packPoint({310, 240})}));
   EXPECT_EQ(objects[own].startValues[5], 0);
   EXPECT_EQ(undoSteps(), 0);
 
@@ -397,14 +383,11 @@ TEST_F(ImageEditing, EffectsTakePart) {
   EXPECT_EQ(imageMessage(messageImageKeyDown, 'A', 0), 1);
   EXPECT_EQ(send(messageImageRightDown, {100, 80}), 1);
   EXPECT_EQ(send(messageImageDoubleClick, {100, 80}), 1);
-  ASSERT_EQ(commands.size(), 4u);
-  EXPECT_EQ(commands[0].code, commandPreviewWheel);
-  EXPECT_EQ(commands[0].value, -2);
-  EXPECT_EQ(commands[1].code, commandPreviewKey);
-  EXPECT_EQ(commands[1].value, 'A');
-  EXPECT_EQ(commands[2].code, commandPreviewRightPress);
-  EXPECT_EQ(commands[3].code, commandPreviewDoubleClick);
-  EXPECT_EQ(commands[3].handle, 1);
+  const intptr_t at = platform::packPoint({100, 80});
+  EXPECT_EQ(commands, (std::vector<Command>{{commandPreviewWheel, 0, -2},
+                                            {commandPreviewKey, 0, 'A'},
+                                            {commandPreviewRightPress, 1, at},
+                                            {commandPreviewDoubleClick, 1, at}}));
 
   // Another object became current: what follows is not the one's affair, nor the other's.
   send(messageImageMouseDown, {300, 230});

@@ -31,7 +31,6 @@ class SettingsEffects : public SettingsStage {
     fakeMedia.files["/films/b.mp4"].rate = 15;
   }
   VideoData& video(int slot = 0) { return *reinterpret_cast<VideoData*>(extraDataOf(currentObject, slot)); }
-  std::string label(int row) { return text(state.checks[row].label); }
   void drop(int slot, const std::string& path) {
     user::dropFiles(settingsWindow(), {200, state.slots[slot].y + 5}, {&path, 1});
   }
@@ -86,9 +85,7 @@ TEST_F(SettingsEffects, AFileThatCannotBeOpenedChangesNothing) {
 }
 
 TEST_F(SettingsEffects, SectionsKeepTheirPlayback) {
-  int head = create(effectVideoFile);
-  beginUndoStep();
-  int second = addSection(head, 30, sectionSplit);
+  int second = createTwoSections({}, effectVideoFile).second;
   showObject(second);
   current().startValues[0] = 5;
   syncChain(second);
@@ -145,19 +142,6 @@ TEST_F(SettingsEffects, AFigureComesFromTheListOrFromAFile) {
   EXPECT_EQ(platform::controlValue(list), 1);
 }
 
-TEST_F(SettingsEffects, ASceneIsChosenFromItsDialog) {
-  scenes[3].flags |= sceneSetUp;
-  ASSERT_EQ(setSceneName(3, "Credits"), 1);
-  showObject(create(effectScene));
-  EXPECT_EQ(label(1), "Scene 1");
-  *reinterpret_cast<int32_t*>(extraDataOf(currentObject, 0)) = 3;
-  refreshSettings();
-  EXPECT_EQ(label(1), "Credits");
-  user::click(state.checks[1].button);  // the dialog, cancelled
-  EXPECT_EQ(extraDataOf(currentObject, 0)[0], 3);
-  EXPECT_EQ(undoSteps(), 0);
-}
-
 // Every effect of the registry: its lists fit its data, whatever is chosen or pushed leaves a sound model.
 TEST_F(SettingsEffects, EveryButtonAndListOfEveryEffectCanBeOperated) {
   for (int i = 0; i < registryCount; i++) {
@@ -189,8 +173,16 @@ TEST_F(SettingsEffects, EveryButtonAndListOfEveryEffectCanBeOperated) {
 
 TEST_F(SettingsEffects, ASceneIsChosenWithItsLengthAndDirection) {
   scenes[4].length = 80;
+  scenes[3].flags |= sceneSetUp;
+  ASSERT_EQ(setSceneName(3, "Credits"), 1);
   showObject(create(effectScene));
-  ASSERT_EQ(objects[currentObject].end, 59);
+  EXPECT_EQ(label(1), "Scene 1");
+  *reinterpret_cast<int32_t*>(extraDataOf(currentObject, 0)) = 3;
+  refreshSettings();
+  EXPECT_EQ(label(1), "Credits");
+  user::click(state.checks[1].button);  // the dialog, cancelled
+  EXPECT_EQ(extraDataOf(currentObject, 0)[0], 3);
+  EXPECT_EQ(undoSteps(), 0);
   auto choose = [this](bool matches, bool reverses) {
     desktop->dialogs.push_back([=](platform::Window* dialog) {
       platform::setControlValue(platform::controlOf(dialog, 201), matches);

@@ -1,10 +1,12 @@
 #include "tests/ui/settings_stage.h"
 
 #include <cstring>
+#include <map>
 
 #include "zenlay/files/default_settings.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/arrange.h"
+#include "zenlay/model/sections.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
 #include "zenlay/ui/menus/menus.h"
@@ -79,45 +81,24 @@ intptr_t SettingsStage::timelineProcedure(Window*, uint32_t message, intptr_t fi
 }
 
 void SettingsStage::run(int id, intptr_t parameter) {
+  using Run = void (*)(int value, intptr_t parameter, int slot);
+  static const std::map<int, Run> carriedOut = {
+      {commandSetCursor, [](int frame, intptr_t, int) { moveCursor(frame); }},
+      {commandApplySettings, [](int, intptr_t change, int) { applySettings(change); }},
+      {commandUndo, [](int, intptr_t, int) { undo(); }},
+      {commandPushButton, [](int row, intptr_t, int) { pushButton(row); }},
+      {commandSelectSection, [](int object, intptr_t, int) { selectSection(object); }},
+      {commandJumpToStart, [](int object, intptr_t, int) { jumpToStart(object); }},
+      {commandJumpToEnd, [](int object, intptr_t, int) { jumpToEnd(object); }},
+      {commandDropDownChanged, [](int row, intptr_t, int) { dropDownChanged(row); }},
+      {commandSetFile, [](int, intptr_t path, int slot) { setEffectFile(slot, reinterpret_cast<const char*>(path)); }},
+      {commandCheckChanged, [](int row, intptr_t, int) { checkChanged(row); }},
+      {commandColorPicked, [](int, intptr_t color, int) { colorPicked(color); }},
+      {commandRestoreDefaults, [](int slot, intptr_t, int) { restoreDefaults(slot); }},
+  };
   int value = static_cast<int>(parameter);
-  switch (id & 0xFFFF) {
-    case commandSetCursor:
-      moveCursor(value);
-      return;
-    case commandApplySettings:
-      applySettings(parameter);
-      return;
-    case commandUndo:
-      undo();
-      return;
-    case commandPushButton:
-      pushButton(value);
-      return;
-    case commandSelectSection:
-      selectSection(value);
-      return;
-    case commandJumpToStart:
-      jumpToStart(value);
-      return;
-    case commandJumpToEnd:
-      jumpToEnd(value);
-      return;
-    case commandDropDownChanged:
-      dropDownChanged(value);
-      return;
-    case commandSetFile:
-      setEffectFile(id >> 16, reinterpret_cast<const char*>(parameter));
-      return;
-    case commandCheckChanged:
-      checkChanged(value);
-      return;
-    case commandColorPicked:
-      colorPicked(parameter);
-      return;
-    case commandRestoreDefaults:
-      restoreDefaults(value);
-      return;
-  }
+  auto found = carriedOut.find(id & 0xFFFF);
+  if (found != carriedOut.end()) return found->second(value, parameter, id >> 16);
   if (id >= settings::idCustom) customControl(id, value);
 }
 
@@ -129,12 +110,36 @@ void SettingsStage::dragBox(Window* box, std::initializer_list<int> distances, i
   user::mouse(box, messageLeftUp, {start.x + (distances.size() ? *(distances.end() - 1) : 0), start.y}, state);
 }
 
-std::vector<std::string> SettingsStage::chooseMovement(int row, int id, intptr_t state) {
-  std::vector<std::string> lines;
-  desktop->menus.push_back([&](const platform::Menu* menu) {
+void SettingsStage::expectMenu(std::vector<std::string>& lines, int id) {
+  desktop->menus.push_back([&lines, id](const platform::Menu* menu) {
     lines = platform::test::menuLines(menu);
     return id;
   });
+}
+
+std::vector<std::string> SettingsStage::chooseAt(platform::Point at, int id) {
+  std::vector<std::string> lines;
+  expectMenu(lines, id);
+  platform::user::mouse(settingsWindow(), platform::messageRightUp, at);
+  return lines;
+}
+
+void SettingsStage::typeInto(Window* box, const char* value) {
+  platform::focusWindow(box);
+  platform::user::type(box, value);
+}
+
+std::pair<int, int> SettingsStage::createTwoSections(std::initializer_list<int> filters, int effect) {
+  int head = create(effect, filters);
+  beginUndoStep();
+  int second = addSection(head, 30, sectionSplit);
+  showObject(head);
+  return {head, second};
+}
+
+std::vector<std::string> SettingsStage::chooseMovement(int row, int id, intptr_t state) {
+  std::vector<std::string> lines;
+  expectMenu(lines, id);
   platform::user::mouse(settingsWindow(), platform::messageMouseMove, {1, 1}, state);
   platform::user::click(settings::state.tracks[row].name);
   platform::runPostedMessages();

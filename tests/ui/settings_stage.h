@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/user_input.h"
@@ -47,12 +48,20 @@ class SettingsStage : public testing::Test {
   void dragBox(platform::Window* box, std::initializer_list<int> distances, intptr_t state = 0);
   /// Chooses an id from the movement menu of a row; the menu's lines as they were.
   std::vector<std::string> chooseMovement(int row, int id, intptr_t state = 0);
+  /// Opens a menu at the point of the window and chooses an id; the menu's lines as they were.
+  std::vector<std::string> chooseAt(platform::Point at, int id);
+  /// Replaces the text of a box; the box keeps the keys.
+  void typeInto(platform::Window* box, const char* value);
+  /// An object of two sections, over frames 10..29 and 30..59; the first is shown.
+  std::pair<int, int> createTwoSections(std::initializer_list<int> filters = {}, int effect = effectGraphic);
+  std::string label(int row) { return text(settings::state.checks[row].label); }
   int undoSteps();  // how many undo commands it takes to change nothing more of the current object
 
  private:
   static intptr_t timelineProcedure(platform::Window*, uint32_t, intptr_t, intptr_t, void* stage);
   static intptr_t mainProcedure(platform::Window*, uint32_t, intptr_t, intptr_t, void* stage);
   void run(int id, intptr_t parameter);
+  void expectMenu(std::vector<std::string>& lines, int id);
 };
 
 }  // namespace zenlay::test

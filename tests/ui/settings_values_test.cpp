@@ -66,8 +66,7 @@ class SettingsValues : public SettingsStage {
 };
 
 TEST_F(SettingsValues, TypingWritesStartAndFollowingEnd) {
-  platform::focusWindow(startBox(x));
-  user::type(startBox(x), "-0.5");
+  typeInto(startBox(x), "-0.5");
   EXPECT_EQ(current().startValues[x], -5);
   EXPECT_EQ(current().endValues[x], -5);
   EXPECT_EQ(text(endBox(x)), "-0.5");
@@ -104,8 +103,7 @@ TEST_F(SettingsValues, UpAndDownStepAndEscapeRestores) {
   EXPECT_EQ(platform::focusedWindow(), settingsWindow());
   EXPECT_EQ(text(startBox(x)), "0.0");
   EXPECT_EQ(zenlay::undoSteps(), 0);
-  platform::focusWindow(startBox(x));
-  user::type(startBox(x), "5");
+  typeInto(startBox(x), "5");
   user::scroll(state.tracks[x].start.bar, platform::scrollEnd, 50);  // another step begins
   user::type(startBox(x), "6");
   user::press(platform::keyEscape);
@@ -114,8 +112,7 @@ TEST_F(SettingsValues, UpAndDownStepAndEscapeRestores) {
 
 TEST_F(SettingsValues, TypedValuesAreClampedAndEmptyMeansTheDefault) {
   int zoom = track(2, 3);
-  platform::focusWindow(startBox(zoom));
-  user::type(startBox(zoom), "5000.01");
+  typeInto(startBox(zoom), "5000.01");
   EXPECT_EQ(text(startBox(zoom)), "5000.00");
   EXPECT_EQ(current().startValues[zoom], 500000);
   user::type(startBox(zoom), "-1");
@@ -179,8 +176,7 @@ TEST_F(SettingsValues, TrackBarsAndSpinsGroupAChangeUntilItsEnd) {
 }
 
 TEST_F(SettingsValues, ValuesBeyondTheTrackBarStayWhatTheyAre) {
-  platform::focusWindow(startBox(x));
-  user::type(startBox(x), "30000.0");
+  typeInto(startBox(x), "30000.0");
   EXPECT_EQ(current().startValues[x], 300000);
   EXPECT_EQ(platform::controlValue(state.tracks[x].start.bar), 20000);
   EXPECT_EQ(platform::controlValue(state.tracks[x].start.spin), 300000);
@@ -201,8 +197,7 @@ TEST_F(SettingsValues, TheLimitsOfATrackCanBeChangedByItsEffect) {
   EXPECT_TRUE(setSettingsTrackRange(currentObject, 1, 0, -50, 50, 10));
   int range = track(1, 0);
   EXPECT_EQ(text(startBox(range)), "0.5");
-  platform::focusWindow(startBox(range));
-  user::type(startBox(range), "9");
+  typeInto(startBox(range), "9");
   EXPECT_EQ(current().startValues[range], 50);
   EXPECT_FALSE(setSettingsTrackRange(currentObject, 1, 3, 0, 1, 1));
   EXPECT_FALSE(setSettingsTrackRange(create(effectGraphic, {}, 5), 0, 0, 0, 1, 1));

@@ -5,7 +5,6 @@
 #include "tests/ui/settings_stage.h"
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/host/preferences.h"
-#include "zenlay/model/sections.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
 #include "zenlay/ui/timeline/selection.h"
@@ -50,9 +49,14 @@ TEST_F(SettingsWindow, LaysEffectsOutFromTop) {
   EXPECT_FALSE(platform::windowShown(state.tracks[12].name));
   EXPECT_FALSE(platform::windowShown(state.checks[4].box));
   EXPECT_FALSE(platform::windowShown(control(settings::idFold + 3)));
+  int object = currentObject;
   showObject(-1);
   EXPECT_FALSE(platform::windowShown(settingsWindow()));
-  EXPECT_EQ(currentObject, -1);
+  EXPECT_FALSE(platform::windowShown(startBox(0)));
+  EXPECT_EQ(settings::trackOwner(0).slot, -1);
+  showObject(object);
+  EXPECT_TRUE(platform::windowShown(startBox(0)));
+  EXPECT_EQ(state.slots[1].y, 163);
 }
 
 TEST_F(SettingsWindow, TogglesShareALineAndEffectsWithoutRowsTakeTwoPixels) {
@@ -94,17 +98,6 @@ TEST_F(SettingsWindow, AFoldedEffectKeepsTheTitleOfItsFigure) {
   strcpy(reinterpret_cast<char*>(extraDataOf(currentObject, 0)) + 8, ":7");  // its name of a figure
   refreshSettings();
   EXPECT_EQ(text(state.slots[0].enable), "Graphic(Scene 7)");
-}
-
-TEST_F(SettingsWindow, WithoutAnObjectNothingIsKept) {
-  int object = create(effectGraphic, {blur});
-  showObject(object);
-  showObject(-1);
-  EXPECT_FALSE(platform::windowShown(startBox(0)));
-  EXPECT_EQ(settings::trackOwner(0).slot, -1);
-  showObject(object);
-  EXPECT_TRUE(platform::windowShown(startBox(0)));
-  EXPECT_EQ(state.slots[1].y, 163);
 }
 
 TEST_F(SettingsWindow, TheKeyboardReachesButtonsAndLists) {
@@ -183,22 +176,21 @@ TEST_F(SettingsWindow, ColourButtonsAskAndShowTheColour) {
   showObject(create(effectGraphic, {glow, 30}));
   auto answer = [](int r, int g, int b) {
     return [=](Window* dialog) {
-      user::type(platform::controlOf(dialog, 171), std::to_string(r).c_str());
-      user::type(platform::controlOf(dialog, 172), std::to_string(g).c_str());
-      user::type(platform::controlOf(dialog, 173), std::to_string(b).c_str());
+      for (auto [box, value] : {std::pair{171, r}, {172, g}, {173, b}})
+        user::type(platform::controlOf(dialog, box), std::to_string(value).c_str());
       user::click(platform::controlOf(dialog, platform::dialogOk));
     };
   };
-  EXPECT_EQ(text(state.checks[1].label), "#FFFFFF");
+  EXPECT_EQ(label(1), "#FFFFFF");
   desktop->dialogs.push_back(answer(18, 52, 86));
   user::click(state.checks[1].button);
-  EXPECT_EQ(text(state.checks[1].label), "#123456");
+  EXPECT_EQ(label(1), "#123456");
   EXPECT_EQ(extraDataOf(currentObject, 0)[5], 0x34);
   int lightColor = check(1, 1);
-  EXPECT_EQ(text(state.checks[lightColor].label), "Not Specified");
+  EXPECT_EQ(label(lightColor), "Not Specified");
   desktop->dialogs.push_back(answer(255, 0, 0));
   user::click(state.checks[lightColor].button);
-  EXPECT_EQ(text(state.checks[lightColor].label), "#FF0000");
+  EXPECT_EQ(label(lightColor), "#FF0000");
   desktop->dialogs.push_back([](Window* dialog) { user::click(platform::controlOf(dialog, 122)); });
   user::click(state.checks[lightColor].button);
   EXPECT_EQ(extraDataOf(currentObject, 1)[3], 1);
@@ -206,7 +198,7 @@ TEST_F(SettingsWindow, ColourButtonsAskAndShowTheColour) {
   desktop->dialogs.push_back(answer(0, 255, 0));
   user::click(state.checks[key].button);
   // 255 * 16 * 9655 >> 14, * -5449, * -6887
-  EXPECT_EQ(text(state.checks[key].label), "Y 2404  Cb -1357  Cr -1716");
+  EXPECT_EQ(label(key), "Y 2404  Cb -1357  Cr -1716");
 }
 
 TEST_F(SettingsWindow, AColourIsPickedFromTheScreenOnce) {
@@ -222,12 +214,12 @@ TEST_F(SettingsWindow, AColourIsPickedFromTheScreenOnce) {
   EXPECT_EQ(pickScreenColor(), 1);  // nothing can be read without a desktop
   EXPECT_FALSE(colorPickPending());
   EXPECT_EQ(commands.back(), "1028 0xFFFFFFFFFFFFFFFF");
-  EXPECT_EQ(text(state.checks[row].label), "Not Specified");
+  EXPECT_EQ(label(row), "Not Specified");
   beginColorPick(currentObject, row, false);
   colorPicked(packedYcc({1000, -200, 300}));
-  EXPECT_EQ(text(state.checks[row].label), "Y 1000  Cb -200  Cr 300");
+  EXPECT_EQ(label(row), "Y 1000  Cb -200  Cr 300");
   undo();
-  EXPECT_EQ(text(state.checks[row].label), "Not Specified");
+  EXPECT_EQ(label(row), "Not Specified");
   beginColorPick(currentObject, row, false);
   int other = create(effectGraphic, {}, 6);
   showObject(other);
@@ -248,15 +240,11 @@ TEST_F(SettingsWindow, TheImageGivesThePixelOfTheCurrentFrame) {
 }
 
 TEST_F(SettingsWindow, SectionsShareWhatTheyMustAndAreChosenInTheStrip) {
-  int head = create(effectGraphic, {blur});
-  beginUndoStep();
-  int second = addSection(head, 30, sectionSplit);  // 10..29, 30..59
-  showObject(head);
+  auto [head, second] = createTwoSections({blur});
   EXPECT_EQ(text(state.startLabel), "11");
   EXPECT_EQ(text(state.endLabel), "30");
   int range = track(1, 0);
-  platform::focusWindow(startBox(range));
-  user::type(startBox(range), "9");
+  typeInto(startBox(range), "9");
   EXPECT_EQ(objects[second].startValues[range], 9);
   // Frame 10 + 49 * 102 / 204 = 34.5, to the nearest; then the far left.
   commands.clear();
@@ -276,9 +264,7 @@ TEST_F(SettingsWindow, SectionsShareWhatTheyMustAndAreChosenInTheStrip) {
 }
 
 TEST_F(SettingsWindow, JumpButtonsGoToTheEndsAndOnToTheNeighbours) {
-  int head = create(effectGraphic);
-  beginUndoStep();
-  int second = addSection(head, 30, sectionSplit);
+  auto [head, second] = createTwoSections();
   showObject(second);
   timelineView.cursorFrame = 100;
   user::click(control(settings::idJumpToEnd));
@@ -302,10 +288,7 @@ TEST_F(SettingsWindow, JumpButtonsGoToTheEndsAndOnToTheNeighbours) {
 }
 
 TEST_F(SettingsWindow, TheStripShowsSectionsAndCursor) {
-  int head = create(effectGraphic);
-  beginUndoStep();
-  addSection(head, 30, sectionSplit);
-  showObject(head);
+  createTwoSections();
   timelineView.cursorFrame = 34;
   platform::Canvas* canvas = platform::createMemoryCanvas(496, 30);
   settings::paintStrip(canvas);
@@ -313,15 +296,16 @@ TEST_F(SettingsWindow, TheStripShowsSectionsAndCursor) {
   auto pixel = [row](int x) { return row[x] & 0xFFFFFF; };
   uint32_t line = platform::systemColor(platform::colorText);
   // 20 * 204 / 49 = 83.3: the second section starts at x 224.
-  EXPECT_EQ(pixel(140), 0u);
-  EXPECT_EQ(pixel(141), line);
-  EXPECT_EQ(pixel(142), 0x4080FFu);
-  EXPECT_EQ(pixel(223), 0x4080FFu);
-  EXPECT_EQ(pixel(224), line);
-  EXPECT_EQ(pixel(225), 0x10206Cu);
+  for (auto [x, color] : {std::pair{140, 0u},
+                          {141, line},
+                          {142, 0x4080FFu},
+                          {223, 0x4080FFu},
+                          {224, line},
+                          {225, 0x10206Cu},
+                          {345, line},
+                          {346, 0u}})
+    EXPECT_EQ(pixel(x), color) << x;
   EXPECT_EQ(pixel(241), 0xEFDF93u);  // the cursor: 24 * 204 / 49 = 99.9
-  EXPECT_EQ(pixel(345), line);
-  EXPECT_EQ(pixel(346), 0u);
   platform::releaseCanvas(canvas);
 }
 
@@ -364,16 +348,10 @@ TEST_F(SettingsWindow, MenusActOnTheEffectUnderThem) {
   std::vector<std::string> lines;
   auto open = [&](int y, int id) {
     commands.clear();
-    desktop->menus.push_back([&lines, id](const platform::Menu* menu) {
-      lines = platform::test::menuLines(menu);
-      return id;
-    });
-    user::mouse(settingsWindow(), platform::messageRightUp, {200, y});
+    lines = chooseAt({200, y}, id);
   };
   open(state.slots[1].y, settingsMoveEffectDown);
-  EXPECT_THAT(lines, Contains("(< Blur >)"));
-  EXPECT_THAT(lines, Contains("(Move filter effect up)"));
-  EXPECT_THAT(lines, Contains("Move filter effect down"));
+  EXPECT_THAT(lines, testing::IsSupersetOf({"(< Blur >)", "(Move filter effect up)", "Move filter effect down"}));
   EXPECT_THAT(commands, ElementsAre("1074 0x1"));
   open(state.slots[2].y - 1, settingsRemoveEffect);
   EXPECT_THAT(commands, ElementsAre("1020 0x1"));
@@ -397,20 +375,14 @@ TEST_F(SettingsWindow, MenusActOnTheEffectUnderThem) {
 TEST_F(SettingsWindow, TheTwelfthEffectLeavesNoRoomForAnother) {
   int object = create(effectGraphic, {blur, blur, blur, blur, blur, blur, blur, blur, blur});
   showObject(object);
-  std::vector<std::string> lines;
   for (const char* expected : {"Add a filter effect", "(Add a filter effect)"}) {
-    desktop->menus.push_back([&](const platform::Menu* menu) {
-      lines = platform::test::menuLines(menu);
-      return 0;
-    });
-    user::mouse(settingsWindow(), platform::messageRightUp, {200, state.slots[1].y});
-    EXPECT_THAT(lines, Contains(expected));
+    EXPECT_THAT(chooseAt({200, state.slots[1].y}, 0), Contains(expected));
     addEffect(object, 60);
     relayoutSettings();
   }
   EXPECT_EQ(state.usedSlots, 12);
-  desktop->menus.push_back([](const platform::Menu*) { return 2000 + blur; });
   commands.clear();
+  desktop->menus.push_back([](const platform::Menu*) { return 2000 + blur; });
   user::click(control(settings::idAddEffect));
   EXPECT_THAT(commands, IsEmpty());
 }
@@ -483,12 +455,12 @@ TEST_F(SettingsWindow, FilesGoToTheEffectTheyAreDroppedOn) {
   std::string path = "/pictures/leaf.png";
   user::dropFiles(settingsWindow(), {10, state.slots[1].y + 5}, {&path, 1});
   EXPECT_THAT(commands, ElementsAre("66560 0x0"));  // 1 << 16 | 1024
-  EXPECT_EQ(text(state.checks[check(1, 1)].label), "leaf.png");
+  EXPECT_EQ(label(check(1, 1)), "leaf.png");
   user::dropFiles(settingsWindow(), {10, 5}, {&path, 1});
   EXPECT_EQ(commands.size(), 1u);
   path = "/pictures/" + std::string(300, 'x');
   user::dropFiles(settingsWindow(), {10, state.slots[0].y}, {&path, 1});
-  EXPECT_EQ(text(state.checks[0].label), "");
+  EXPECT_EQ(label(0), "");
   ASSERT_EQ(desktop->boxes.size(), 1u);  // no such picture
   EXPECT_THAT(desktop->boxes[0].text, HasSubstr("Failed to read the image file"));
   EXPECT_EQ(desktop->boxes[0].caption, "Add border");

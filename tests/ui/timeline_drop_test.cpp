@@ -51,7 +51,6 @@ TEST_F(TimelineDrop, ExtensionsDecideWhatIsCreated) {
       int object = objectAt(100, 1 + i);
       ASSERT_GE(object, 0);
       EXPECT_EQ(objects[object].slots[0].effect, row.effects[static_cast<size_t>(i)]);
-      EXPECT_EQ(objects[object].start, 100);
       EXPECT_EQ(fileOf(object), row.path);
     }
     EXPECT_EQ(currentObject, row.effects.empty() ? -1 : objectAt(100, 1));
@@ -79,9 +78,7 @@ TEST_F(TimelineDrop, FurtherObjectsJoinTheFirst) {
 TEST_F(TimelineDrop, FilmAndSoundStayTogether) {
   create(90, 149, 1);
   drop("/films/a.mov", 100, 1);  // the film finds room behind the object only
-  ASSERT_GE(objectAt(150, 2), 0);
-  EXPECT_EQ(objects[objectAt(150, 2)].start, 150);
-  EXPECT_EQ(objectAt(149, 2), -1);
+  EXPECT_EQ(places(), (Places{{90, 149, 1}, {150, 200, 1}, {150, 200, 2}}));
   setTopLayer(95);
   drop("/films/a.mov", 990, 99);  // no layer below the last
   EXPECT_EQ(objects[objectAt(990, 99)].slots[0].effect, testVideo);
@@ -122,11 +119,8 @@ TEST_F(TimelineDrop, WhatBeginsASceneIsShownWhole) {
   EXPECT_EQ(timelineView.zoom, 75000) << "382 of 467 pixels; the next level would take 510";
   drop("/films/a.avi", 400, 1);
   EXPECT_EQ(timelineView.zoom, 75000);
-}
-
-TEST_F(TimelineDrop, BelowTheRowsMeansTheLastOne) {
   Timeline::drop("/films/a.avi", {xOf(100), rowsBottom() + 5});
-  EXPECT_GE(objectAt(100, 4), 0);
+  EXPECT_GE(objectAt(100, 4), 0) << "below the rows: the last one";
 }
 
 TEST_F(TimelineDrop, WithoutFramesFilesAreOpened) {

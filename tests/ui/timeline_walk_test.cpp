@@ -1,5 +1,7 @@
 // A random walk with the mouse, the wheel, the keys and what other rooms do meanwhile. The model stays sound, and what
 // was redrawn in parts is what a full redraw shows.
+#include <array>
+#include <functional>
 #include <memory>
 #include <random>
 
@@ -44,24 +46,11 @@ class TimelineWalk : public Timeline {
   }
 
   int anyCommand() {
-    const int commands[] = {commandSplit,
-                            commandCut,
-                            commandAddMidpoint,
-                            commandRemoveMidpoint,
-                            commandGroup,
-                            commandInsertLayer,
-                            commandDeleteLayer,
-                            commandDuplicate,
-                            commandLockLayer,
-                            commandNextObject,
-                            commandShowOtherLayers,
-                            commandZoomIn,
-                            commandUndo,
-                            commandCursorIsLastFrame,
-                            commandToggleObjectRange,
-                            commandToggleSnap,
-                            commandToggleBeatGrid,
-                            commandToggleTrackSelected};
+    const auto commands = std::to_array<int>(
+        {commandSplit, commandCut, commandAddMidpoint, commandRemoveMidpoint, commandGroup, commandInsertLayer,
+         commandDeleteLayer, commandDuplicate, commandLockLayer, commandNextObject, commandShowOtherLayers,
+         commandZoomIn, commandUndo, commandCursorIsLastFrame, commandToggleObjectRange, commandToggleSnap,
+         commandToggleBeatGrid, commandToggleTrackSelected});
     return commands[pick(std::size(commands))];
   }
 
@@ -150,45 +139,26 @@ class TimelineWalk : public Timeline {
     int object = anyObject();
     std::vector<int> list = object < 0 ? std::vector<int>{} : std::vector<int>{object};
     const char* const files[] = {"/a.avi", "/a.mov", "/silent.mov", "/a.wav", "/a.txt"};
+    const std::function<void()> steps[] = {
+        [&] { deleteObjects(list); },
+        [&] { undo(); },
+        [&] {
+          if (object >= 0) splitObject(object, objects[object].start + pick(20));
+        },
+        [&] { createObject(pick(900), pick(8), pick(testEffectCount), -1); },
+        [&] { layers[pick(8)].flags ^= pick(2) ? layerLocked : layerHidden; },
+        [&] { enterScene(pick(3) ? 0 : 2); },
+        [&] { environment.saving = !environment.saving; },
+        [&] {
+          if (pick(4) == 0) environment.saving = false, timelineView.sceneLength = fakeHost.frameCount = 1000, fill();
+        },
+        [&] { send(messageCommand, anyCommand()); },
+        [&] { play(); },
+        [&] { changePreference(); },
+        [&] { drop(files[pick(std::size(files))], anyPoint()); },
+    };
     beginUndoStep();
-    switch (pick(12)) {
-      case 0:
-        deleteObjects(list);
-        break;
-      case 1:
-        undo();
-        break;
-      case 2:
-        if (object >= 0) splitObject(object, objects[object].start + pick(20));
-        break;
-      case 3:
-        createObject(pick(900), pick(8), pick(testEffectCount), -1);
-        break;
-      case 4:
-        layers[pick(8)].flags ^= pick(2) ? layerLocked : layerHidden;
-        break;
-      case 5:
-        enterScene(pick(3) ? 0 : 2);
-        break;
-      case 6:
-        environment.saving = !environment.saving;
-        break;
-      case 7:
-        if (pick(4) == 0) environment.saving = false, timelineView.sceneLength = fakeHost.frameCount = 1000, fill();
-        break;
-      case 8:
-        send(messageCommand, anyCommand());
-        break;
-      case 9:
-        play();
-        break;
-      case 10:
-        changePreference();
-        break;
-      case 11:
-        drop(files[pick(std::size(files))], anyPoint());
-        break;
-    }
+    steps[pick(std::size(steps))]();
     redrawTimeline();
   }
 

@@ -121,6 +121,7 @@ int play(EffectDefinition* effect, EffectProcessInfo* info, AudioFileState* stat
   } else if (time.loop && source.length > 0) {
     range.last = source.length * source.unit.part * rate / source.unit.whole;
   }
+  if (source.length == 0) range.last = std::min(range.last, total);
   if (total <= 0 || range.last <= range.first) {
     state->rate = 0;
     std::fill_n(block.samples, samples, int16_t{0});

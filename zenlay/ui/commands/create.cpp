@@ -71,6 +71,7 @@ bool loadScene(int scene, const std::string& name) {
   s.width = header.width;
   s.height = header.height;
   s.length = std::clamp(std::max(header.length, end + 1), 1, environment.maxFrames);
+  s.selectionEnd = s.length - 1;
   s.zoomLevel = timelineView.zoomLevel;
   s.currentObject = -1;
   s.grid = preferences.grid;

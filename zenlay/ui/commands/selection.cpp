@@ -53,6 +53,7 @@ int showNeighbour(int step) {
   showObject(neighbour(step));
   moveCursor(objects[currentObject].start);
   centreCursor();
+  revealObject(currentObject);
   redrawTimeline();
   return 1;
 }

@@ -10,6 +10,7 @@
 #include "zenlay/effects/registry.h"
 #include "zenlay/files/alias_file.h"
 #include "zenlay/files/object_file.h"
+#include "zenlay/files/default_settings.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/host/module_files.h"
 #include "zenlay/host/preferences.h"
@@ -118,7 +119,7 @@ std::vector<int> createMediaObjects(const char* path, int frame, int layer, cons
       continue;
     }
     int start = created.empty() ? frame : objects[created.front()].start;
-    int object = createObject(start, layerOfFurther(layer, static_cast<int>(created.size())), effect, -1);
+    int object = createObjectWithDefaults(start, layerOfFurther(layer, static_cast<int>(created.size())), effect);
     if (object < 0) continue;
     created.push_back(object);
     setSourceFile(object, 0, path);

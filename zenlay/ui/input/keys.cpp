@@ -103,7 +103,7 @@ int timelineKeyDown(uint32_t message, int key, bool repeats) {
   }
   bool ctrl = platform::keyIsDown(platform::keyCtrl);
   for (const KeyCommand& row : keyCommands) {
-    if (row.key != key || row.ctrl != ctrl) continue;
+    if (row.key != key || (row.ctrl && !ctrl)) continue;
     return movesObjects(timelineView.dragMode) || !row.applies() ? 0 : runCommand(row.command, 0);
   }
   platform::sendMessage(environment.hostMainWindow, message, key, repeats);

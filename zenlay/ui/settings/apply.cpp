@@ -133,11 +133,10 @@ void copyCheck(Writer& writer, int head, int row) {
 }
 
 void copySlotFlags(Writer& writer, int head, intptr_t change, int slot) {
-  int same = sameSlot(head, slot);
-  if (same < 0) return;
+  if (slot >= usedSlots(head)) return;
   uint8_t bits = change == changedFold ? slotFolded : slotEnabled | slotHandles;
-  writer.putFlags(head, same,
-                  static_cast<uint8_t>((slotFlagsOf(head, same) & ~bits) | (state.slots[slot].flags & bits)));
+  writer.putFlags(head, slot,
+                  static_cast<uint8_t>((slotFlagsOf(head, slot) & ~bits) | (state.slots[slot].flags & bits)));
 }
 
 void copyItem(Writer& writer, int head, const Item& item) {

@@ -103,7 +103,7 @@ int laySlot(int slot, int y) {
   y = layTracks(slot, d, top, folded);
   y = layChecks(slot, d, y, folded);
   y = layCustomControls(slot, d, y, folded);
-  return y == top ? top + emptyHeight : y;
+  return y == top || d->track_count + d->check_count == 0 ? y + emptyHeight : y;
 }
 
 /// Custom controls of effects that are no longer shown.

@@ -96,6 +96,7 @@ void applyLayerHeight() {
 }
 
 void updateScrollBars() {
+  timelineView.leftFrame = std::min(timelineView.leftFrame, lastLeftFrame());
   updateRightFrame();
   int page = framesIn(timelineView.clientWidth - headerWidth);
   int margin = page - framesIn(timelineView.clientWidth - headerWidth - sceneEndRoom);
