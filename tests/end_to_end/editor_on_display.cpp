@@ -16,8 +16,8 @@ pid_t EditorOnDisplay::start(std::vector<std::string> words, const std::string& 
   std::vector<char*> pointers;
   for (const std::string& word : words) pointers.push_back(const_cast<char*>(word.c_str()));
   pointers.push_back(nullptr);
-  std::string path = folder / output;
-  if (!freopen(path.c_str(), "a", stdout) || !freopen(path.c_str(), "a", stderr)) _exit(126);
+  std::string path = folder / output, errors = path + "_errors";
+  if (!freopen(path.c_str(), "a", stdout) || !freopen(errors.c_str(), "a", stderr)) _exit(126);
   execvp(pointers[0], pointers.data());
   _exit(127);
 }
@@ -25,7 +25,8 @@ pid_t EditorOnDisplay::start(std::vector<std::string> words, const std::string& 
 void EditorOnDisplay::SetUp() {
   if (runProgram({"sh", "-c", "command -v Xvfb && command -v xdotool"}).status != 0)
     GTEST_SKIP() << "Xvfb and xdotool are not installed";
-  others.push_back(start({"Xvfb", "-displayfd", "1", "-screen", "0", "1800x1000x24", "-nolisten", "tcp"}, "display"));
+  others.push_back(
+      start({"Xvfb", "-displayfd", "1", "-screen", "0", "1800x1000x24", "-nolisten", "tcp", "-noreset"}, "display"));
   ASSERT_TRUE(waitFor([&] { return contentsOf(folder / "display").find('\n') != std::string::npos; }));
   std::string number = contentsOf(folder / "display");
   display = "DISPLAY=:" + number.substr(0, number.find('\n'));
@@ -33,14 +34,14 @@ void EditorOnDisplay::SetUp() {
 
 void EditorOnDisplay::TearDown() {
   others.insert(others.begin(), editor);
-  for (pid_t child : others)
-    if (child > 0) kill(child, SIGKILL), waitpid(child, nullptr, 0);
+  for (pid_t child : others)  // a display that is asked to end takes its lock and socket away
+    if (child > 0) kill(child, child == editor ? SIGKILL : SIGTERM), waitpid(child, nullptr, 0);
 }
 
 void EditorOnDisplay::open(const std::vector<std::string>& files) {
   std::vector<std::string> words{BINARY_DIR "/bin/cinora"};
   words.insert(words.end(), files.begin(), files.end());
-  editor = start(words, "output");
+  editor = start(words, "editor");
 }
 
 Outcome EditorOnDisplay::xdotool(std::vector<std::string> words) {
@@ -55,7 +56,7 @@ std::string EditorOnDisplay::windowNamed(const std::string& title) {
 
 void EditorOnDisplay::take(const Step& step) {
   SCOPED_TRACE(std::string(step.window) + " " + step.keys + step.text);
-  ASSERT_TRUE(waitFor([&] { return !windowNamed(step.window).empty(); })) << contentsOf(folder / "output");
+  ASSERT_TRUE(waitFor([&] { return !windowNamed(step.window).empty(); })) << contentsOf(folder / "editor_errors");
   xdotool({"windowfocus", "--sync", windowNamed(step.window)});
   if (!step.text.empty()) xdotool({"type", "--delay", "5", step.text});
   if (*step.keys) xdotool({"key", "--delay", "20", step.keys});
@@ -73,7 +74,7 @@ void EditorOnDisplay::expectQuit() {
   ASSERT_TRUE(waitFor([&] { return waitpid(editor, &status, WNOHANG) == editor; }));
   editor = -1;
   EXPECT_EQ(WEXITSTATUS(status), 0);
-  EXPECT_EQ(contentsOf(folder / "output"), "");
+  EXPECT_EQ(contentsOf(folder / "editor") + contentsOf(folder / "editor_errors"), "");
 }
 
 }  // namespace cinora::test

@@ -37,14 +37,14 @@ struct Step {
 /// Without a window manager: windows stand where they ask to, and the focus goes where it is sent. The main window has
 /// 1600 by 940 pixels in the upper left corner.
 struct EditorOnDisplay : testing::Test {
-  ::test::ScratchFolder folder;  // the editor's settings too; "output" is what it tells
+  ::test::ScratchFolder folder;  // the editor's settings too, and what each program tells
   std::string display;
   std::vector<pid_t> others;  // the display and what else is started
   pid_t editor = -1;
 
   void SetUp() override;
   void TearDown() override;
-  /// Any program on the display, its outputs in a file of the folder.
+  /// Any program on the display; it prints to the file `output` of the folder, its errors to that with "_errors".
   pid_t start(std::vector<std::string> words, const std::string& output);
   void open(const std::vector<std::string>& files);
   Outcome xdotool(std::vector<std::string> words);
