@@ -92,12 +92,16 @@ Host::~Host() {
   livingHost = nullptr;
 }
 
-bool Host::openEdit(const std::string& name) {
+bool Host::openEdit(const std::string& name, const ClipFormat* absentAs) {
   zenlay::HostEdit opened;
   if (std::optional<ClipFormat> format = formatFromName(name))
     openClip(opened, name, *format);
   else
     opened = openMediaClip(name);
+  if (!opened.open && absentAs && openClip(opened, name, *absentAs))
+    tell(name +
+         " cannot be read: its picture stays black and its sound silent until the file is back, there or beside "
+         "the project");
   const ClipFormat& format = opened.format;
   if (!opened.open) {
     tell("\"" + name + "\" names no clip format that can be opened");

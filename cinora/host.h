@@ -79,8 +79,9 @@ class Host {
 
   /// Opens a clip named after its format ("640x480_30fps_44100Hz.zenlay"), or the film `name` itself, and tells the
   /// filters; an open one is closed first. False, after a message, when there is no such format or the image
-  /// would be too large.
-  bool openEdit(const std::string& name);
+  /// would be too large. With `absentAs` a film that cannot be read is opened too, after a message: black and silent,
+  /// in that format.
+  bool openEdit(const std::string& name, const ClipFormat* absentAs = nullptr);
   void closeEdit();
   bool setFrameCount(int32_t count);
   zenlay::EditHandle editHandle() { return &edit; }

@@ -29,14 +29,6 @@ namespace {
 
 constexpr int standardAudioRate = 44100;
 
-/// A relative path that is not there is looked for beside the project.
-std::string findMedia(const std::string& path) {
-  bool absolute = !path.empty() && platform::isSeparator(path.front());
-  if (absolute || platform::fileExists(path)) return path;
-  std::string beside = std::string(platform::folderOf(host().projectFile)) + path;
-  return platform::fileExists(beside) ? beside : path;
-}
-
 int32_t saturated(int64_t value) { return static_cast<int32_t>(std::min<int64_t>(value, INT32_MAX)); }
 
 zenlay::HostFileInfo fileInfo(const zenlay::HostMedia& media) {
@@ -115,6 +107,14 @@ bool openSound(zenlay::HostMedia& media) {
 }
 
 }  // namespace
+
+std::string findMedia(const std::string& path) {
+  if (platform::fileExists(path)) return path;
+  const std::string folder(platform::folderOf(host().projectFile));
+  for (std::string_view name : {std::string_view(path), platform::fileName(path)})
+    if (std::string beside = folder + std::string(name); platform::fileExists(beside)) return beside;
+  return path;
+}
 
 zenlay::MediaHandle openMedia(const std::string& path, zenlay::HostFileInfo* info, uint32_t flags) {
   auto media = std::make_unique<zenlay::HostMedia>();

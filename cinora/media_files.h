@@ -8,9 +8,12 @@
 
 namespace cinora {
 
-/// Null when the file cannot be opened as asked. A relative path that is not found from the current folder is tried
-/// from the folder of the project file. `info` may be null. With openAudio alone nothing of the pictures is read but
-/// what the container tells of their rate and number.
+/// Where the file is: a path that is not there is tried from the folder of the project's file, then the file's name
+/// there. The path itself when it is nowhere.
+std::string findMedia(const std::string& path);
+
+/// Null when the file, where findMedia finds it, cannot be opened as asked. `info` may be null. With openAudio alone
+/// nothing of the pictures is read but what the container tells of their rate and number.
 zenlay::MediaHandle openMedia(const std::string& path, zenlay::HostFileInfo* info, uint32_t flags);
 /// Of a clip made from the file: its pictures' size and rate, its sound's rate. Nothing when it has no pictures that
 /// can be read.

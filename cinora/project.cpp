@@ -7,6 +7,7 @@
 
 #include "cinora/description.h"
 #include "cinora/failure.h"
+#include "cinora/media_files.h"
 #include "cinora/project_file.h"
 #include "platform/paths.h"
 
@@ -106,7 +107,9 @@ void takeLeftOut(Host& host, const std::string& path) {
 }
 
 void openHostProject(Host& host, const std::string& path, const ProjectFile& project) {
-  if (!host.openEdit(project.clipName)) failWithMessage(host, path, "the clip cannot be opened");
+  // Who edits can bring the film back or work on without it; a render without it would be a wrong film.
+  const ClipFormat* absentAs = host.desktop.mainWindow ? &project.format : nullptr;
+  if (!host.openEdit(project.clipName, absentAs)) failWithMessage(host, path, "the clip cannot be opened");
   host.setFrameCount(project.frameCount);
   moveTo(host.edit, project.currentFrame);
   selectFrames(host.edit, project.selectionFirst, project.selectionLast);
@@ -251,11 +254,10 @@ std::string askEditor(Host& host, zenlay::PluginQuery query, const char* argumen
 /// The film's own footage is not to be lost to a slip of the hand.
 void keepMediaOf(Host& host, const std::string& output) {
   if (!platform::fileExists(output)) return;
-  if (host.edit.media && sameFile(host.edit.name, output)) throw WrongUsage(output + " is the film being edited");
-  std::string folder(platform::folderOf(host.projectFile));
+  if (host.edit.media && sameFile(findMedia(host.edit.name), output))
+    throw WrongUsage(output + " is the film being edited");
   for (const std::string& name : textsOf(askEditor(host, zenlay::queryTexts, nullptr)))
-    if (sameFile(name, output) || sameFile(folder + name, output))
-      throw WrongUsage(output + " is a file the film is made of");
+    if (sameFile(findMedia(name), output)) throw WrongUsage(output + " is a file the film is made of");
 }
 
 }  // namespace cinora

@@ -59,6 +59,12 @@ std::string askSavePath(QWidget* parent, const QString& title, const QString& fi
   return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().first().toStdString() : "";
 }
 
+std::string joined(const std::vector<std::string>& messages) {
+  std::string text;
+  for (const std::string& message : messages) text += (text.empty() ? "" : "\n\n") + message;
+  return text;
+}
+
 std::string firstFile(const QMimeData* data) {
   for (const QUrl& url : data->urls())
     if (url.isLocalFile()) return url.toLocalFile().toStdString();
@@ -100,6 +106,7 @@ void MainWindow::begin(const std::string& file) {
 }
 
 void MainWindow::openFile(const std::string& path) {
+  std::string problem;
   try {
     session_->check(path);
     if (!mayDiscard()) return;
@@ -108,12 +115,12 @@ void MainWindow::openFile(const std::string& path) {
       ~Restore() { QApplication::restoreOverrideCursor(); }
     } restore;
     session_->openFile(path);
-    tellMessages();
+    problem = joined(host_->takeMessages());
   } catch (const std::exception& error) {
-    refreshNow();
-    tell(error.what());
+    problem = error.what();
   }
   refreshNow();
+  if (!problem.empty()) tell(problem);
 }
 
 void MainWindow::importFile(const std::string& path) {

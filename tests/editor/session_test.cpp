@@ -268,6 +268,34 @@ TEST_F(Session, AVideoBeginsAProjectOfItsFormat) {
   EXPECT_THAT(stage.window().session().suggestedPath(), HasSubstr("media/lights.cnp"));
 }
 
+TEST_F(Session, AProjectOpensWithoutItsFilmAndFindsItBesideItself) {
+  std::string clip = stage.folder / "clip.mp4", project = stage.folder / "sub/a.cnp";
+  std::filesystem::create_directory(stage.folder / "sub");
+  std::filesystem::copy_file(SOURCE_DIR "/examples/media/lights.mp4", clip);
+  ASSERT_TRUE(stage.host().openEdit(clip));
+  ASSERT_TRUE(stage.window().saveTo(project));
+  const ClipFormat format = stage.host().edit.format;
+  const int frames = stage.host().edit.frameCount;
+  auto openedIsBlack = [&] {
+    stage.asked.clear();
+    stage.window().openFile(project);
+    EXPECT_EQ(stage.host().edit.name, clip);
+    EXPECT_EQ(stage.host().edit.format, format);
+    EXPECT_EQ(stage.host().edit.frameCount, frames);
+    return stage.colourAt(format.width / 2, format.height / 2) == QColor(Qt::black);
+  };
+  EXPECT_FALSE(openedIsBlack());
+  std::filesystem::rename(clip, stage.folder / "sub/away.mp4");
+  stage.answer(QMessageBox::Ok);
+  EXPECT_TRUE(openedIsBlack());
+  ASSERT_EQ(stage.asked.size(), 1);
+  EXPECT_THAT(stage.asked[0].toStdString(), HasSubstr("clip.mp4 cannot be read"));
+  ASSERT_TRUE(stage.window().saveTo(project));  // which still names the film
+  std::filesystem::rename(stage.folder / "sub/away.mp4", stage.folder / "sub/clip.mp4");
+  EXPECT_FALSE(openedIsBlack());
+  EXPECT_TRUE(stage.asked.empty());
+}
+
 TEST_F(Session, TheArrangementIsKept) {
   auto* timeline = stage.window().findChild<QDockWidget*>("Zenlay");
   ASSERT_TRUE(timeline);
