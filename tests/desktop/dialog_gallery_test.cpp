@@ -1,9 +1,8 @@
-// The dialogs on the desktop: every one in both themes as a picture to look at (out/screenshots/ in the build), and the
+// The dialogs on the desktop: every one in both themes as a picture to look at (out/screenshots/), and the
 // one that draws itself by mouse and keys.
 #define QT_NO_KEYWORDS  // `slots` is a field of the model's records
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QTimer>
 #include <functional>
 
@@ -123,7 +122,6 @@ TEST_F(DialogGallery, EveryDialogInBothThemes) {
   setSceneName(3, "Credits");
   scenes[0].width = 1920;
   scenes[0].height = 1080;
-  QDir().mkpath(BINARY_DIR "/out/screenshots");
   for (qt::Theme theme : {qt::themeLight, qt::themeDark}) {
     qt::setTheme(theme);
     for (const Row& row : rows) {
@@ -131,9 +129,8 @@ TEST_F(DialogGallery, EveryDialogInBothThemes) {
       whileOpen([&](Window* dialog) {
         seen = true;
         expectClearLayout(dialog, row.name);
-        QString file = QString(BINARY_DIR "/out/screenshots/dialog_%1_%2.png")
-                           .arg(row.name, theme == qt::themeDark ? "dark" : "light");
-        EXPECT_TRUE(platform::test::picture(dialog).save(file));
+        platform::test::savePicture(platform::test::picture(dialog),
+                                    std::string("dialog_") + row.name + (theme == qt::themeDark ? "_dark" : "_light"));
       });
       row.open();
       EXPECT_TRUE(seen) << row.name;

@@ -1,4 +1,4 @@
-// The icons in both themes, also as a picture to look at: out/screenshots/ in the build.
+// The icons in both themes, also as a picture to look at: out/screenshots/.
 #include <gtest/gtest.h>
 
 #include <QPainter>

@@ -1,8 +1,7 @@
-// The settings window as the desktop shows it, as pictures to look at: out/screenshots/ in the build.
+// The settings window as the desktop shows it, as pictures to look at: out/screenshots/.
 #define QT_NO_KEYWORDS  // ObjectRecord has slots
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <cstring>
 
 #include "platform/backend.h"
@@ -64,14 +63,12 @@ class SettingsPictures : public testing::Test {
     setSectionLength(object, 100);
     return object;
   }
-  static void save(const char* name) {
-    QDir().mkpath(BINARY_DIR "/out/screenshots");
+  static void save(const std::string& name) {
     for (platform::qt::Theme theme : {platform::qt::themeLight, platform::qt::themeDark}) {
       platform::qt::setTheme(theme);
       platform::test::settle();
-      QString path = QString(BINARY_DIR "/out/screenshots/settings_%1_%2.png")
-                         .arg(name, theme == platform::qt::themeDark ? "dark" : "light");
-      EXPECT_TRUE(platform::test::picture(settingsWindow()).save(path));
+      platform::test::savePicture(platform::test::picture(settingsWindow()),
+                                  "settings_" + name + (theme == platform::qt::themeDark ? "_dark" : "_light"));
     }
   }
   static void settle() { platform::test::settle(); }

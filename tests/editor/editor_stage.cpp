@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
-#include <QDir>
 #include <filesystem>
 #include <utility>
 
@@ -62,12 +61,6 @@ void EditorStage::settle() {
     QApplication::processEvents();
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
-}
-
-void EditorStage::screenshot(const char* name) {
-  settle();
-  QDir().mkpath(BINARY_DIR "/out/screenshots");
-  EXPECT_TRUE(window().grab().save(QString(BINARY_DIR "/out/screenshots/%1.png").arg(name)));
 }
 
 }  // namespace cinora::test

@@ -54,7 +54,6 @@ struct EditorStage {
     whenAsked<QMessageBox>([button](QMessageBox* box) { box->button(button)->click(); });
   }
   QColor colourAt(int x, int y) { return window().preview().picture().pixelColor(x, y); }
-  void screenshot(const char* name);
 
   QStringList asked;
 

@@ -109,8 +109,8 @@ bool dropFiles(Window* window, Point at, const std::vector<std::string>& paths) 
 }
 
 void savePicture(const QImage& image, const std::string& name) {
-  QDir().mkpath(BINARY_DIR "/out/screenshots");
-  EXPECT_TRUE(image.save(QString::fromStdString(BINARY_DIR "/out/screenshots/" + name + ".png"))) << name;
+  QDir().mkpath(SOURCE_DIR "/out/screenshots");
+  EXPECT_TRUE(image.save(QString::fromStdString(SOURCE_DIR "/out/screenshots/" + name + ".png"))) << name;
 }
 
 double threadTime() {

@@ -33,7 +33,7 @@ bool dropFiles(Window*, Point, const std::vector<std::string>& paths);
 
 /// What the widget shows.
 QImage picture(Window*);
-/// As out/screenshots/<name>.png in the build folder.
+/// As out/screenshots/<name>.png of the tree.
 void savePicture(const QImage&, const std::string& name);
 /// Processor time of this thread, in milliseconds.
 double threadTime();
