@@ -141,7 +141,7 @@ void SoundDecoder::findGrid() {
 /// To the beginning. Where times tell all, that is no farther than a seek; opening the file anew takes longer.
 bool SoundDecoder::restart() {
   if (held_) av_packet_unref(packet_.get());
-  held_ = ended_ = placed_ = sought_ = false;
+  held_ = waiting_ = ended_ = placed_ = sought_ = false;
   const AVStream* stream = reader_.selected();
   int64_t begin = stream->start_time == AV_NOPTS_VALUE ? 0 : stream->start_time;
   bool sought = seekable_ && !segmented_ && timesExact_ && reader_.seek(begin);
@@ -199,13 +199,20 @@ void SoundDecoder::append(int64_t at, const float* samples, int64_t count) {
   window_.insert(window_.end(), samples + (end - at) * channels_, samples + count * channels_);
 }
 
-/// Decodes a frame more; false at the end.
+/// Decodes a frame more, or a second of the silence before it; false at the end.
 bool SoundDecoder::decodeMore() {
   if (windowEnd() >= segmentEnd_ && !ended_) position(windowEnd());
-  if (!nextFrame()) return false;
-  int64_t at = placeOf(*frame_);
-  next_ = at + frame_->nb_samples;
-  placed_ = true;
+  if (!waiting_) {
+    if (!nextFrame()) return false;
+    next_ = placeOf(*frame_) + frame_->nb_samples;
+    placed_ = true;
+  }
+  const int64_t at = next_ - frame_->nb_samples, silent = windowEnd() + facts_.rate;
+  waiting_ = at > silent && silent < segmentEnd_;
+  if (waiting_) {
+    window_.resize(window_.size() + static_cast<size_t>(facts_.rate) * channels_);
+    return true;
+  }
   size_t samples = static_cast<size_t>(frame_->nb_samples) * channels_;
   if (at == windowEnd() && next_ <= segmentEnd_) {
     window_.resize(window_.size() + samples);
@@ -249,7 +256,7 @@ bool SoundDecoder::decodeFrom(int64_t sample) {
   if (!seekable_ || !farBehindBeginning(sample)) return false;
   int64_t from = sample - int64_t{prerollSeconds} * facts_.rate;
   if (held_) av_packet_unref(packet_.get());
-  held_ = ended_ = placed_ = false;
+  held_ = waiting_ = ended_ = placed_ = false;
   sought_ = true;
   AVRational base = reader_.selected()->time_base;
   // The first frame is passed over: a new decoder may cut it off as it would the beginning of the file.

@@ -82,10 +82,11 @@ class SoundDecoder {
   int plainBytes_ = 0;        // of a sample frame; 0: not plain
   int64_t plainOffset_ = -1;  // by the packets read so far
   bool ended_ = false;
-  bool sought_ = false;  // decoding began elsewhere than at the file's start
-  bool held_ = false;    // packet_ was read while seeking and is the next to decode
-  bool placed_ = false;  // `next_` holds
-  int64_t next_ = 0;     // sample behind the last frame
+  bool sought_ = false;   // decoding began elsewhere than at the file's start
+  bool held_ = false;     // packet_ was read while seeking and is the next to decode
+  bool waiting_ = false;  // frame_ lies far behind the window's end
+  bool placed_ = false;   // `next_` holds
+  int64_t next_ = 0;      // sample behind the last frame
   ChannelMixer mixer_;
   std::vector<float> mixed_;
   std::vector<float> window_;  // sample frames from windowFirst_ on

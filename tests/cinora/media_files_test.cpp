@@ -81,5 +81,30 @@ TEST(MediaSounds, MemoryDoesNotGrowWithTheFile) {
   EXPECT_LT(residentBytes() - first, 4 << 20);
 }
 
+// Samples that no time finds again, so that decoding begins with the file.
+TEST(MediaSounds, TheSilenceBeforeALateSoundTakesNoMemory) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "what is freed stays resident for a while";
+#endif
+  ::test::ScratchFolder folder;
+  std::string path = folder / "late.mkv";
+  ASSERT_EQ(std::system(("ffmpeg -v error -f lavfi -i color=s=16x16:r=1:d=3601 -itsoffset 3600 -f lavfi -i "
+                         "aevalsrc=0.5:s=48000:d=1 -c:a flac " +
+                         path)
+                            .c_str()),
+            0);
+  SoundReader reader;
+  std::string error;
+  ASSERT_TRUE(reader.open(path, error)) << error;
+  ASSERT_EQ(reader.setOutput(48000, 2), 3601 * 48000);
+  std::vector<int16_t> block(2 * 48000);
+  const int64_t before = residentBytes();
+  for (int second = 0; second < 3601; second++) {
+    ASSERT_EQ(reader.read(int64_t{second} * 48000, 48000, block.data()), 48000);
+    ASSERT_EQ(block[24000], second < 3600 ? 0 : 1 << 14) << second;
+  }
+  EXPECT_LT(residentBytes() - before, 8 << 20);
+}
+
 }  // namespace
 }  // namespace cinora
