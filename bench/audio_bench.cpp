@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "cinora/host.h"
-#include "cinora/project.h"
-#include "cinora/sound_reader.h"
+#include "cinora/host/host.h"
+#include "cinora/host/project.h"
+#include "cinora/sound/sound_reader.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include "bench/ratio.h"
 #include "bench/workers.h"
-#include "cinora/planes.h"
+#include "cinora/picture/planes.h"
 #include "zenlay/effects/effect_services.h"
 
 extern "C" {

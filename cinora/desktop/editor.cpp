@@ -7,10 +7,10 @@
 #include <QTimer>
 #include <cstdio>
 
-#include "cinora/command_line.h"
+#include "cinora/command/command_line.h"
 #include "cinora/desktop/main_window.h"
 #include "cinora/desktop/plugin_docks.h"
-#include "cinora/interruption.h"
+#include "cinora/support/interruption.h"
 #include "platform/qt/qt_desktop.h"
 
 namespace cinora::desktop {

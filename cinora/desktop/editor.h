@@ -3,9 +3,9 @@
 
 #include <memory>
 
+#include "cinora/command/editor_entry.h"
 #include "cinora/desktop/playback_filter.h"
-#include "cinora/editor_entry.h"
-#include "cinora/host.h"
+#include "cinora/host/host.h"
 
 namespace cinora::desktop {
 

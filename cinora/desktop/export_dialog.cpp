@@ -18,9 +18,9 @@
 
 #include "cinora/desktop/export_preset.h"
 #include "cinora/desktop/time_code.h"
-#include "cinora/failure.h"
-#include "cinora/interruption.h"
-#include "cinora/project.h"
+#include "cinora/host/project.h"
+#include "cinora/support/failure.h"
+#include "cinora/support/interruption.h"
 #include "platform/paths.h"
 
 namespace cinora::desktop {

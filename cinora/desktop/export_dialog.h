@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "cinora/exporter.h"
+#include "cinora/export/exporter.h"
 
 class QComboBox;
 class QLabel;
@@ -25,6 +25,7 @@ class ExportDialog : public QDialog {
  private:
   void choosePreset();
   void browse();
+
  public:
   void accept() override;
 

@@ -1,6 +1,6 @@
 #include "cinora/desktop/export_preset.h"
 
-#include "cinora/failure.h"
+#include "cinora/support/failure.h"
 #include "platform/paths.h"
 
 namespace cinora::desktop {

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "cinora/frame_writer.h"
+#include "cinora/export/frame_writer.h"
 
 namespace cinora::desktop {
 

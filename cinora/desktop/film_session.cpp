@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <functional>
 
-#include "cinora/failure.h"
-#include "cinora/media_files.h"
-#include "cinora/project.h"
+#include "cinora/host/media_files.h"
+#include "cinora/host/project.h"
+#include "cinora/support/failure.h"
 #include "platform/paths.h"
 
 namespace cinora::desktop {

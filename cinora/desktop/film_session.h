@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "cinora/host.h"
-#include "cinora/project.h"
+#include "cinora/host/host.h"
+#include "cinora/host/project.h"
 
 namespace cinora::desktop {
 

@@ -1,6 +1,6 @@
 #include "cinora/desktop/frame_picture.h"
 
-#include "cinora/frame_renderer.h"
+#include "cinora/host/frame_renderer.h"
 
 namespace cinora::desktop {
 

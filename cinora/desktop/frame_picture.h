@@ -4,8 +4,8 @@
 #include <QImage>
 #include <optional>
 
-#include "cinora/frame_converter.h"
-#include "cinora/host.h"
+#include "cinora/host/host.h"
+#include "cinora/picture/frame_converter.h"
 
 namespace cinora::desktop {
 

@@ -15,8 +15,8 @@
 #include "cinora/desktop/time_code.h"
 #include "cinora/desktop/transport.h"
 #include "cinora/desktop/welcome.h"
-#include "cinora/exporter.h"
-#include "cinora/failure.h"
+#include "cinora/export/exporter.h"
+#include "cinora/support/failure.h"
 #include "platform/icons.h"
 
 namespace cinora::desktop {
@@ -111,7 +111,9 @@ void MainWindow::fillPorts(DesktopPorts& ports) {
   ports.askFileName = [this](bool save, const char* filter, const char* initial) {
     return askFileName(save, filter, initial);
   };
-  ports.exportFilm = [this](const ExportRequest& request) { return host_ && runExport(request); };
+  ports.exportSelection = [this](const std::string& path, bool alpha) {
+    return host_ && runExport(requestOfSelection(*host_, path, alpha));
+  };
   ports.openProject = [this](const std::string& path) {
     if (session_) openFile(path);
     return session_ && session_->path() == path;

@@ -12,6 +12,10 @@
 class QLabel;
 class QStackedWidget;
 
+namespace cinora {
+struct ExportRequest;
+}
+
 namespace cinora::desktop {
 
 class PluginDocks;

@@ -10,9 +10,9 @@
 #include "cinora/desktop/export_dialog.h"
 #include "cinora/desktop/main_window.h"
 #include "cinora/desktop/plugin_docks.h"
-#include "cinora/failure.h"
-#include "cinora/interruption.h"
-#include "cinora/project.h"
+#include "cinora/host/project.h"
+#include "cinora/support/failure.h"
+#include "cinora/support/interruption.h"
 #include "platform/paths.h"
 
 namespace cinora::desktop {

@@ -7,7 +7,7 @@
 
 #include "cinora/desktop/main_window.h"
 #include "cinora/desktop/plugin_docks.h"
-#include "cinora/project.h"
+#include "cinora/host/project.h"
 #include "platform/icons.h"
 #include "platform/qt/qt_desktop.h"
 

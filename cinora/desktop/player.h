@@ -7,7 +7,7 @@
 
 #include "cinora/desktop/playback_filter.h"
 #include "cinora/desktop/player_sound.h"
-#include "cinora/host.h"
+#include "cinora/host/host.h"
 
 namespace cinora::desktop {
 

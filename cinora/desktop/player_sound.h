@@ -8,7 +8,7 @@
 
 #include "cinora/desktop/sound_clock.h"
 #include "cinora/desktop/sound_device.h"
-#include "cinora/host.h"
+#include "cinora/host/host.h"
 
 namespace cinora::desktop {
 

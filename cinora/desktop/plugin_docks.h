@@ -5,7 +5,7 @@
 #include <QMainWindow>
 #include <map>
 
-#include "cinora/host.h"
+#include "cinora/host/host.h"
 #include "platform/qt/qt_desktop.h"
 
 namespace cinora::desktop {

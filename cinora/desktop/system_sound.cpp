@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "cinora/av_handles.h"
 #include "cinora/desktop/sound_device.h"
+#include "cinora/support/av_handles.h"
 
 namespace cinora::desktop {
 namespace {
@@ -92,8 +92,8 @@ class SystemSound : public SoundDevice {
   QAudioFormat format_;
   QAudioSink sink_;
   QPointer<QIODevice> stream_;  // goes with the device
-  AvResampler converter_;  // null: the device takes the film's samples
-  int rate_;               // of the film
+  AvResampler converter_;       // null: the device takes the film's samples
+  int rate_;                    // of the film
   std::vector<uint8_t> waiting_;
 };
 

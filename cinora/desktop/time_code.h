@@ -4,7 +4,7 @@
 #include <QString>
 #include <optional>
 
-#include "cinora/edit.h"
+#include "cinora/host/edit.h"
 
 namespace cinora::desktop {
 

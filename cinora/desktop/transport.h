@@ -9,7 +9,7 @@
 #include <QWidget>
 #include <functional>
 
-#include "cinora/edit.h"
+#include "cinora/host/edit.h"
 
 namespace cinora::desktop {
 

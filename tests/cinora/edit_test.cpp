@@ -1,4 +1,4 @@
-#include "cinora/edit.h"
+#include "cinora/host/edit.h"
 
 #include <gtest/gtest.h>
 

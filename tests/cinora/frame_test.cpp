@@ -1,13 +1,13 @@
 // What the host does to pixels: resampling, text, separating alpha, pictures for encoders.
 #include <gtest/gtest.h>
 
-#include "cinora/encoder.h"
-#include "cinora/failure.h"
-#include "cinora/frame_converter.h"
-#include "cinora/frame_renderer.h"
-#include "cinora/frame_writer.h"
-#include "cinora/progress_bar.h"
-#include "cinora/resize_image.h"
+#include "cinora/command/progress_bar.h"
+#include "cinora/export/encoder.h"
+#include "cinora/export/frame_writer.h"
+#include "cinora/host/frame_renderer.h"
+#include "cinora/picture/frame_converter.h"
+#include "cinora/picture/resize_image.h"
+#include "cinora/support/failure.h"
 
 namespace cinora {
 namespace {

@@ -1,14 +1,15 @@
 // The host with the modules of tests/support/modules: its filters, and the operations it hands them.
-#include "cinora/host.h"
+#include "cinora/host/host.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <set>
 
-#include "cinora/failure.h"
-#include "cinora/frame_renderer.h"
-#include "cinora/project.h"
+#include "cinora/export/exporter.h"
+#include "cinora/host/frame_renderer.h"
+#include "cinora/host/project.h"
+#include "cinora/support/failure.h"
 #include "platform/paths.h"
 #include "tests/support/scratch_folder.h"
 
@@ -223,6 +224,10 @@ TEST_F(HostTest, TheSelectionIsExported) {
   ::test::ScratchFolder folder, out;
   folder.write("a.zlo", "16 16 25 1 9");
   Host& host = start();
+  host.desktop.exportSelection = [&](const std::string& path, bool alpha) {
+    exportFilm(host, requestOfSelection(host, path, alpha), [](int, int) { return true; });
+    return true;
+  };
   EXPECT_EQ(f->exportEdit(host.editHandle(), (out / "a.raw").c_str(), 0, ""), 0);
   openProject(host, readFilmFile(folder / "a.zlo"));
   f->setSelection(host.editHandle(), 2, 3);
@@ -231,8 +236,8 @@ TEST_F(HostTest, TheSelectionIsExported) {
   EXPECT_EQ(f->exportEdit(host.editHandle(), (out / "a%d.png").c_str(), 0, "Zenlay AVI / BMP export (RGBA)"), 1);
   EXPECT_TRUE(std::filesystem::exists(out / "a3.png"));
   EXPECT_TRUE(std::filesystem::exists(out / "a4.png"));
-  EXPECT_EQ(f->exportEdit(host.editHandle(), (out / "b.raw").c_str(), 0, "Zenlay AVI / BMP export (RGBA)"), 0);
-  EXPECT_EQ(host.takeMessages().size(), 1u);
+  host.desktop.exportSelection = nullptr;
+  EXPECT_EQ(f->exportEdit(host.editHandle(), (out / "b.raw").c_str(), 0, ""), 0);
 }
 
 TEST_F(HostTest, DataOfAbsentFiltersStaysInTheProject) {

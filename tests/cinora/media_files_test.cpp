@@ -1,5 +1,5 @@
 // Many sounds at once and long ones: what is read, what it costs, what stays in memory.
-#include "cinora/media_files.h"
+#include "cinora/host/media_files.h"
 
 #include <gtest/gtest.h>
 #include <time.h>
@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "cinora/sound_reader.h"
+#include "cinora/sound/sound_reader.h"
 #include "tests/support/scratch_folder.h"
 
 namespace cinora {

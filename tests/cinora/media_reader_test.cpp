@@ -1,4 +1,4 @@
-#include "cinora/media_reader.h"
+#include "cinora/media/media_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "cinora/av_handles.h"
+#include "cinora/support/av_handles.h"
 #include "platform/paths.h"
 #include "tests/support/scratch_folder.h"
 

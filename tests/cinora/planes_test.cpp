@@ -1,4 +1,4 @@
-#include "cinora/planes.h"
+#include "cinora/picture/planes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "cinora/project_file.h"
+#include "cinora/host/project_file.h"
 
 #include <gtest/gtest.h>
 

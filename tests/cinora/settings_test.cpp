@@ -1,4 +1,4 @@
-#include "cinora/settings.h"
+#include "cinora/host/settings.h"
 
 #include <gtest/gtest.h>
 

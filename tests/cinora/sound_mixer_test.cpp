@@ -1,5 +1,5 @@
 // Blocks of the film's sound: their lengths, and that each is made once.
-#include "cinora/sound_mixer.h"
+#include "cinora/host/sound_mixer.h"
 
 #include <gtest/gtest.h>
 
@@ -7,11 +7,11 @@
 #include <cstdlib>
 #include <optional>
 
-#include "cinora/exporter.h"
-#include "cinora/failure.h"
-#include "cinora/frame_renderer.h"
-#include "cinora/host.h"
-#include "cinora/sound_reader.h"
+#include "cinora/export/exporter.h"
+#include "cinora/host/frame_renderer.h"
+#include "cinora/host/host.h"
+#include "cinora/sound/sound_reader.h"
+#include "cinora/support/failure.h"
 #include "tests/support/scratch_folder.h"
 
 namespace cinora {

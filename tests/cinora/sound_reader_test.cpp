@@ -1,5 +1,5 @@
 // Sound out of real files: exact in any order, at any rate, from every container.
-#include "cinora/sound_reader.h"
+#include "cinora/sound/sound_reader.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "cinora/worker_pool.h"
+#include "cinora/support/worker_pool.h"
 
 #include <gtest/gtest.h>
 

@@ -11,7 +11,7 @@
 
 #include "cinora/desktop/export_dialog.h"
 #include "cinora/desktop/export_preset.h"
-#include "cinora/media_reader.h"
+#include "cinora/media/media_reader.h"
 #include "tests/editor/editor_stage.h"
 
 namespace cinora::test {

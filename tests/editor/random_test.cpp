@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <set>
 
-#include "cinora/project.h"
+#include "cinora/host/project.h"
 #include "tests/editor/random_user.h"
 
 namespace cinora::test {

@@ -12,8 +12,8 @@
 #include <QScrollArea>
 #include <filesystem>
 
-#include "cinora/project.h"
-#include "cinora/project_file.h"
+#include "cinora/host/project.h"
+#include "cinora/host/project_file.h"
 #include "platform/paths.h"
 #include "tests/editor/editor_stage.h"
 

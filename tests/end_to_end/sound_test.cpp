@@ -5,8 +5,8 @@
 #include <cstring>
 #include <numbers>
 
-#include "cinora/media_reader.h"
-#include "cinora/sound_reader.h"
+#include "cinora/media/media_reader.h"
+#include "cinora/sound/sound_reader.h"
 #include "tests/end_to_end/run_program.h"
 #include "tests/support/scratch_folder.h"
 

@@ -33,6 +33,15 @@ Names together(std::initializer_list<Names> parts) {
   return all;
 }
 
+/// The host sees nothing of the plug-in but the interface between them. Each of its rooms stands on those before it.
+Names hostUpTo(const std::string& room) {
+  const Names ladder = {"cinora/support/", "cinora/picture/", "cinora/media/",   "cinora/sound/",
+                        "cinora/host/",    "cinora/export/",  "cinora/command/", "cinora/desktop/"};
+  Names allowed = {"platform/", "zenlay/host/host_interface.h"};
+  allowed.insert(allowed.end(), ladder.begin(), std::find(ladder.begin(), ladder.end(), room) + 1);
+  return allowed;
+}
+
 /// What sources of `folder` may include of this tree: files, or folders ending in a slash.
 struct Room {
   const char* folder;
@@ -41,7 +50,14 @@ struct Room {
 
 const Room rooms[] = {
     {"platform/", {"platform/"}},
-    {"cinora/", {"cinora/", "platform/", "zenlay/host/host_interface.h"}},
+    {"cinora/support/", hostUpTo("cinora/support/")},
+    {"cinora/picture/", hostUpTo("cinora/picture/")},
+    {"cinora/media/", hostUpTo("cinora/media/")},
+    {"cinora/sound/", hostUpTo("cinora/sound/")},
+    {"cinora/host/", hostUpTo("cinora/host/")},
+    {"cinora/export/", hostUpTo("cinora/export/")},
+    {"cinora/command/", hostUpTo("cinora/command/")},
+    {"cinora/desktop/", hostUpTo("cinora/desktop/")},
     {"zenlay/model/", together({{"platform/", "zenlay/model/", "zenlay/effects/registry.h"}, records, state})},
     {"zenlay/effects/", together({{"platform/", "zenlay/model/"}, middle, records, state})},
     {"zenlay/render/", together({{"platform/", "zenlay/model/"}, middle, records, state})},

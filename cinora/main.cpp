@@ -1,3 +1,0 @@
-#include "cinora/command_line.h"
-
-int main(int argc, char** argv) { return cinora::runCommandLine(argc, argv); }
