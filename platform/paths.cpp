@@ -144,10 +144,14 @@ std::vector<std::string> entriesOf(std::string_view folder, bool folders) {
 
 bool isSeparator(char c) { return c == '/' || c == '\\'; }
 
-std::string nativePath(std::string_view path) {
+std::string exactPath(std::string_view path) {
   if (path.empty() || hasDrivePrefix(path) || path.find('\0') != std::string_view::npos) return {};
-  std::string native = withSlashes(path);
-  return exists(native) ? native : repairCase(native);
+  return withSlashes(path);
+}
+
+std::string nativePath(std::string_view path) {
+  std::string native = exactPath(path);
+  return native.empty() || exists(native) ? native : repairCase(native);
 }
 
 bool fileExists(std::string_view path) {

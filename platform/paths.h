@@ -15,6 +15,8 @@ namespace platform {
 /// The path as the file system knows it, in UTF-8: separators replaced, letter case repaired where only that differs,
 /// for folders also when the file itself does not exist. Empty, which no call finds, for a drive prefix.
 std::string nativePath(std::string_view path);
+/// The same in the letter case given, for what is to be made: a file of a like name is another file.
+std::string exactPath(std::string_view path);
 bool fileExists(std::string_view path);
 bool folderExists(std::string_view path);
 bool isSeparator(char);

@@ -42,7 +42,7 @@ bool flushToDisk(const std::string& path, int flags) {
 
 }  // namespace
 
-ReplacementFile::ReplacementFile(std::string_view target) : target_(nativePath(target)) {
+ReplacementFile::ReplacementFile(std::string_view target) : target_(exactPath(target)) {
   if (target_.empty()) {
     errno = ENOENT;
     return;

@@ -12,6 +12,7 @@
 #include "cinora/command/editor_entry.h"
 #include "cinora/command/progress_bar.h"
 #include "cinora/export/exporter.h"
+#include "cinora/export/media_guard.h"
 #include "cinora/host/description.h"
 #include "cinora/host/project.h"
 #include "cinora/support/failure.h"
@@ -93,7 +94,7 @@ void print(const std::string& text) {
 
 bool sameFile(const std::string& a, const std::string& b) {
   std::error_code error;
-  return std::filesystem::equivalent(platform::nativePath(a), platform::nativePath(b), error);
+  return std::filesystem::equivalent(platform::nativePath(a), platform::exactPath(b), error);
 }
 
 int render(const Arguments& arguments) {
@@ -112,7 +113,7 @@ int render(const Arguments& arguments) {
     throw WrongUsage("--frames " + arguments.frames + ": the film has " + std::to_string(frameCount) + " frames");
   request.first = range ? range->first - 1 : 0;
   request.last = range ? range->last - 1 : frameCount - 1;
-  keepMediaOf(film.host, arguments.output);
+  keepMedia(film.host, request);
   watchForInterruption();
   {
     ProgressBar bar(arguments.quiet);

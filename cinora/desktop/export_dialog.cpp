@@ -18,6 +18,7 @@
 
 #include "cinora/desktop/export_preset.h"
 #include "cinora/desktop/time_code.h"
+#include "cinora/export/media_guard.h"
 #include "cinora/host/project.h"
 #include "cinora/support/failure.h"
 #include "cinora/support/interruption.h"
@@ -179,7 +180,7 @@ void ExportDialog::accept() {
   ExportRequest wanted = request();
   try {
     checkOutput(wanted.output, wanted.last - wanted.first + 1);
-    keepMediaOf(host_, wanted.output.path);
+    keepMedia(host_, wanted);
   } catch (const std::exception& error) {
     problem_->setText(error.what());
     problem_->show();

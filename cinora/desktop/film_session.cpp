@@ -149,7 +149,7 @@ std::string FilmSession::suggestedPath() const {
 }
 
 void FilmSession::save(const std::string& given) {
-  std::string path = fullPath(given);
+  std::string path = std::filesystem::absolute(platform::exactPath(given)).lexically_normal().string();
   saveProject(host_, path);
   if (!isProject(path)) return;
   path_ = source_ = path;

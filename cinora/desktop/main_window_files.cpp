@@ -10,6 +10,7 @@
 #include "cinora/desktop/export_dialog.h"
 #include "cinora/desktop/main_window.h"
 #include "cinora/desktop/plugin_docks.h"
+#include "cinora/export/media_guard.h"
 #include "cinora/host/project.h"
 #include "cinora/support/failure.h"
 #include "cinora/support/interruption.h"
@@ -184,6 +185,7 @@ bool MainWindow::runExport(const ExportRequest& request) {
   bool done = false;
   std::string problem;
   try {
+    keepMedia(*host_, request);
     done = exportWithProgress(*host_, request, this);
   } catch (const std::exception& error) {
     problem = error.what();

@@ -17,11 +17,13 @@ Container::Container(const std::string& path) : path_(path), file_(path), packet
     throw Failure("out of memory");
   format_.reset(opened);
   matroska_ = std::string_view(name()) == "matroska" || std::string_view(name()) == "webm";
+  avi_ = std::string_view(name()) == "avi";
+  if (matroska_ || avi_) format_->avoid_negative_ts = 0;  // which would make the pictures late for sound ahead of them
   format_->strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;  // FLAC in .mp4, which players know by now
 }
 
 void Container::checkHolds(const AVCodec* encoder) const {
-  if (avformat_query_codec(format_->oformat, encoder->id, FF_COMPLIANCE_NORMAL) == 0)
+  if (avformat_query_codec(format_->oformat, encoder->id, FF_COMPLIANCE_NORMAL) <= 0)
     throw WrongUsage(std::string(platform::extensionOf(path_)) + " files cannot hold " + avcodec_get_name(encoder->id));
 }
 
@@ -33,7 +35,8 @@ AVStream* Container::addStream(const AVCodecContext* codec) {
 }
 
 void Container::begin() {
-  check(avio_open(&format_->pb, file_.temporaryPath().c_str(), AVIO_FLAG_WRITE), "cannot be written");
+  const std::string url = "file:" + file_.temporaryPath();  // a colon in the name makes no protocol of it
+  check(avio_open(&format_->pb, url.c_str(), AVIO_FLAG_WRITE), "cannot be written");
   AVDictionary* options = nullptr;
   av_dict_set(&options, "rf64", "auto", 0);  // lengths above 4 GiB in .wav; other containers know nothing of it
   int result = avformat_write_header(format_.get(), &options);
@@ -41,15 +44,17 @@ void Container::begin() {
   check(result, "cannot be written");
 }
 
-/// Encoders put samples ahead of the first one, which players leave out. In Matroska the time of a packet of Opus is
-/// that of what is left out, too; of AAC FFmpeg says nothing there, but the samples are a packet of their own. False
-/// for a packet that is better not written: otherwise all else would be moved back to make room for it.
-bool Container::placeInMatroska(const AVCodecContext* codec, AVPacket* packet) {
-  if (codec->codec_id == AV_CODEC_ID_OPUS) {
+/// Encoders put samples ahead of the first one, which players leave out where the container says how many. Matroska
+/// does so for Opus, whose packets' times are those of what is left out, too; else it would make the pictures late, as
+/// players begin with what comes first, and an AVI the sound. So a packet that lies mostly ahead of the film is not
+/// written: false. The next ones may need it for their first samples.
+bool Container::place(const AVCodecContext* codec, AVPacket* packet) const {
+  if (matroska_ && codec->codec_id == AV_CODEC_ID_OPUS) {
     packet->pts += codec->initial_padding;
     packet->dts += codec->initial_padding;
   }
-  return codec->codec_id != AV_CODEC_ID_AAC || packet->pts + packet->duration > 0;
+  const bool tellsPadding = !matroska_ && !avi_;
+  return tellsPadding || codec->codec_type != AVMEDIA_TYPE_AUDIO || packet->pts + packet->duration / 2 >= 0;
 }
 
 void Container::encode(AVCodecContext* codec, AVStream* stream, const AVFrame* frame, int64_t packetDuration) {
@@ -58,7 +63,7 @@ void Container::encode(AVCodecContext* codec, AVStream* stream, const AVFrame* f
     int result = avcodec_receive_packet(codec, packet_.get());
     if (result == AVERROR(EAGAIN) || result == AVERROR_EOF) return;
     check(result, "cannot be encoded");
-    if (matroska_ && !placeInMatroska(codec, packet_.get())) {
+    if (!place(codec, packet_.get())) {
       av_packet_unref(packet_.get());
       continue;
     }

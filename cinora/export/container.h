@@ -36,13 +36,13 @@ class Container {
     }
   };
 
-  static bool placeInMatroska(const AVCodecContext*, AVPacket*);
+  bool place(const AVCodecContext*, AVPacket*) const;
 
   std::string path_;
   platform::ReplacementFile file_;
   std::unique_ptr<AVFormatContext, FreeFormat> format_;  // closed before the file goes
   AvPacket packet_;
-  bool matroska_ = false;
+  bool matroska_ = false, avi_ = false;
 };
 
 }  // namespace cinora

@@ -115,8 +115,21 @@ void setQuality(AVCodecContext* codec, const EncoderRequest& request, const Code
   }
 }
 
+/// Of x264 and x265, which complain of others past all that could be caught.
+constexpr const char* namedPresets[] = {"ultrafast", "superfast", "veryfast", "faster",   "fast",
+                                        "medium",    "slow",      "slower",   "veryslow", "placebo"};
+
+void checkNamedPreset(std::string_view encoder, const std::string& preset) {
+  if ((encoder != "libx264" && encoder != "libx265") || (preset.size() == 1 && std::isdigit(preset[0]))) return;
+  if (std::find(std::begin(namedPresets), std::end(namedPresets), preset) != std::end(namedPresets)) return;
+  std::string all;
+  for (const char* name : namedPresets) all += std::string(" ") + name;
+  throw WrongUsage("--preset " + preset + ": " + std::string(encoder) + " has" + all);
+}
+
 void setPreset(AVCodecContext* codec, const std::string& preset) {
   if (preset.empty()) return;
+  checkNamedPreset(codec->codec->name, preset);
   bool number = std::all_of(preset.begin(), preset.end(), [](unsigned char c) { return std::isdigit(c); });
   for (const char* name : {"preset", "cpu-used", "speed", "deadline"}) {
     if (hasOption(codec, name) &&

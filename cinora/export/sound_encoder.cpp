@@ -19,11 +19,17 @@ struct CodecRow {
   const char* encoder;
   int bitRate;  // per channel; 0: lossless, or its quality
   int quality;  // -1: none
+  int rate;     // samples per second; 0: as the film's, where the encoder takes it
 };
 constexpr CodecRow codecTable[] = {
-    {"aac", "aac", 96000, -1}, {"opus", "libopus", 80000, -1}, {"vorbis", "libvorbis", 0, 6},
-    {"flac", "flac", 0, -1},   {"pcm", "pcm_s16le", 0, -1},    {"mp3", "libmp3lame", 96000, -1},
-    {"ac3", "ac3", 96000, -1}, {"alac", "alac", 0, -1},
+    {"aac", "aac", 96000, -1, 0},
+    {"opus", "libopus", 80000, -1, 48000},  // in which its delay is counted, whatever it is given
+    {"vorbis", "libvorbis", 0, 6, 0},
+    {"flac", "flac", 0, -1, 0},
+    {"pcm", "pcm_s16le", 0, -1, 0},
+    {"mp3", "libmp3lame", 96000, -1, 0},
+    {"ac3", "ac3", 96000, -1, 0},
+    {"alac", "alac", 0, -1, 0},
 };
 constexpr int plainFrame = 1024;  // of encoders that take any number of samples
 
@@ -60,13 +66,14 @@ AVSampleFormat chooseFormat(const AVCodec* encoder) {
 AvCodec openSoundEncoder(const AVCodec* encoder, const CodecRow* row, int rate, int channels, int flags) {
   AvCodec codec(avcodec_alloc_context3(encoder));
   if (!codec) throw Failure("out of memory");
-  codec->sample_rate = chooseRate(encoder, rate);
+  codec->sample_rate = chooseRate(encoder, row && row->rate > 0 ? row->rate : rate);
   codec->sample_fmt = chooseFormat(encoder);
   av_channel_layout_default(&codec->ch_layout, channels);
   codec->time_base = {1, codec->sample_rate};
   codec->flags |= flags;
   codec->strict_std_compliance = FF_COMPLIANCE_NORMAL;
   if (row && row->bitRate > 0) codec->bit_rate = int64_t{row->bitRate} * channels;
+  if (encoder->id == AV_CODEC_ID_MP3) av_opt_set_int(codec->priv_data, "reservoir", 0, 0);  // any packet stands alone
   if (row && row->quality >= 0) {
     codec->flags |= AV_CODEC_FLAG_QSCALE;
     codec->global_quality = row->quality * FF_QP2LAMBDA;

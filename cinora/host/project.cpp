@@ -5,8 +5,6 @@
 #include <cstring>
 #include <filesystem>
 
-#include "cinora/host/description.h"
-#include "cinora/host/media_files.h"
 #include "cinora/host/project_file.h"
 #include "cinora/support/failure.h"
 #include "platform/paths.h"
@@ -16,6 +14,7 @@ namespace {
 
 constexpr int64_t maxImagePixels = 8192 * 8192;  // so that a few bytes cannot ask for gigabytes
 constexpr size_t headBytes = 1 << 16;
+constexpr std::string_view backupMagic = "80ZL";
 constexpr int32_t backupWidthAt = 12;
 
 struct KindRow {
@@ -53,6 +52,7 @@ std::string readHead(const std::string& path) {
 
 void takeSizeOfBackup(FilmFile& film) {
   std::string head = readHead(film.path);
+  if (!head.starts_with(backupMagic)) throw Failure(film.path + ": not a backup of a project");
   if (head.size() < backupWidthAt + 8) return;
   memcpy(&film.width, head.data() + backupWidthAt, 4);
   memcpy(&film.height, head.data() + backupWidthAt + 4, 4);
@@ -160,11 +160,6 @@ void saveObjectFile(Host& host, const std::string& path) {
   takeLeftOut(host, path);
 }
 
-bool sameFile(const std::string& a, const std::string& b) {
-  std::error_code error;
-  return std::filesystem::equivalent(platform::nativePath(a), platform::nativePath(b), error);
-}
-
 }  // namespace
 
 ProjectKind projectKind(const std::string& path) {
@@ -249,15 +244,6 @@ std::string askEditor(Host& host, zenlay::PluginQuery query, const char* argumen
   zenlay::QueryRequest request{argument, nullptr};
   if (!ask(host, query, request) || !request.answer) throw Failure("the editing plug-in does not answer");
   return request.answer;
-}
-
-/// The film's own footage is not to be lost to a slip of the hand.
-void keepMediaOf(Host& host, const std::string& output) {
-  if (!platform::fileExists(output)) return;
-  if (host.edit.media && sameFile(findMedia(host.edit.name), output))
-    throw WrongUsage(output + " is the film being edited");
-  for (const std::string& name : textsOf(askEditor(host, zenlay::queryTexts, nullptr)))
-    if (sameFile(findMedia(name), output)) throw WrongUsage(output + " is a file the film is made of");
 }
 
 }  // namespace cinora

@@ -30,9 +30,6 @@ ProjectFile takeProject(Host&, const std::string& name);
 void openProject(Host&, const FilmFile&);
 void saveProject(Host&, const std::string& path);
 
-/// Throws WrongUsage when `output` is a file that the film is made of.
-void keepMediaOf(Host&, const std::string& output);
-
 /// The JSON a query to the editor's window procedure gives. Throws Failure when there is no editor or no answer.
 std::string askEditor(Host&, zenlay::PluginQuery, const char* argument);
 

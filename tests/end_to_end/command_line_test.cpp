@@ -184,6 +184,8 @@ TEST_F(CommandLine, WrongUseIsTwoAndFailureOneWithOneLine) {
       {{"render", "a.zlo", "-o", "a.webm", "--codec", "h264"}, 2, "h264"},
       {{"render", "a.zlo", "-o", "a.mkv", "--codec", "ffv1", "--quality", "3"}, 2, "lossless"},
       {{"render", "a.zlo", "-o", "a.mp4", "--codec", "mpeg4", "--preset", "fast"}, 2, "--preset"},
+      {{"render", "a.zlo", "-o", "a.mp4", "--preset", "silly"}, 2, "--preset silly: libx264 has ultrafast"},
+      {{"render", "a.zlo", "-o", "a.flac", "--audio-codec", "mp3"}, 2, "cannot hold mp3"},
       {{"render", "a.zlo", "-o", "a.raw", "--alpha"}, 2, "--alpha"},
       {{"render", "a.zlo", "-o", "a.mp4", "--set", "novalue"}, 2, "KEY=VALUE"},
       {{"render", "a.zlo", "-o", "a.mp4", "--threads", "0"}, 2, "--threads"},

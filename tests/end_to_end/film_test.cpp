@@ -226,9 +226,10 @@ TEST_F(Film, WhatAnObjectFileHoldsInVainIsToldInOneLine) {
                                                     {"convert", "film.zlo", "film.cnp"}}) {
     Outcome outcome = run(arguments);
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.errors,
-              "cinora: warning: film.zlo: 2 objects left out: [1] is of an unknown effect \"Sparkle\", [3] is out of "
-              "order\n");
+    EXPECT_EQ(
+        outcome.errors,
+        "cinora: warning: film.zlo: 2 objects left out: [1] begins with \"Sparkle\", which is unknown, [3] is out of "
+        "order\n");
   }
 }
 
@@ -275,6 +276,24 @@ TEST_F(Film, FootageIsNotOverwritten) {
     EXPECT_NE(outcome.errors.find("is a file the film is made of"), std::string::npos) << outcome.errors;
   }
   EXPECT_EQ(contentsOf(folder / "clip.mp4"), "footage");
+  folder.write("in003.png", "picture");
+  folder.write("figure.png", "figure");
+  folder.write("made.zlo", header() + object(0, "Image file\r\nfile=in003.png") +
+                               object(1, "Graphic\r\ntype=0\r\nname=*figure.png"));
+  EXPECT_EQ(run({"render", "made.zlo", "-o", "in%03d.png", "--frames", "2-4"}).status, 2);
+  EXPECT_EQ(run({"render", "made.zlo", "-o", "figure.png", "--frames", "1"}).status, 2);
+  EXPECT_EQ(contentsOf(folder / "in003.png") + contentsOf(folder / "figure.png"), "picturefigure");
+  EXPECT_EQ(run({"render", "made.zlo", "-o", "in%03d.png", "--frames", "4-5"}).status, 0);
+}
+
+TEST_F(Film, AFileOfALikeNameIsAnother) {
+  folder.write("film.zlo", header() + object(0, redSquare));
+  folder.write("Film.RAW", "mine");
+  ASSERT_EQ(run({"render", "film.zlo", "-o", "film.raw"}).status, 0);
+  ASSERT_EQ(run({"convert", "film.zlo", "12:30.cnp"}).status, 0);
+  ASSERT_EQ(run({"render", "12:30.cnp", "-o", "12:30.mp4"}).status, 0);
+  EXPECT_EQ(contentsOf(folder / "Film.RAW"), "mine");
+  for (const char* name : {"film.raw", "12:30.mp4"}) EXPECT_TRUE(std::filesystem::exists(folder / name)) << name;
 }
 
 TEST_F(Film, MissingMediaIsSaidOnceAndTheRestIsDrawn) {

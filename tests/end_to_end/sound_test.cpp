@@ -88,27 +88,50 @@ class SoundFilm : public ::testing::Test {
   ::test::ScratchFolder folder;
 };
 
+// Whatever an encoder puts ahead of the film makes neither the pictures late nor the sound's beginning silent.
+TEST_F(SoundFilm, PictureAndSoundBeginTogether) {
+  auto levelAtBegin = [&](const std::string& name) {
+    Samples samples = heard(name);
+    double sum = 0;
+    for (int i = 0; i < 1000; i++) sum += samples[2 * i] * samples[2 * i];
+    return std::sqrt(sum / 1000);
+  };
+  std::string film = header() + sound(1, 90);
+  ASSERT_EQ(render(film, {"a.mp4"}).status, 0);
+  const double level = levelAtBegin("a.mp4");
+  EXPECT_GT(level, 4000);
+  const char* const rows[][2] = {
+      {"a.mkv", "aac"}, {"b.mkv", "mp3"}, {"a.webm", "opus"}, {"a.avi", "mp3"}, {"b.avi", "pcm"}};
+  for (auto [name, codec] : rows) {
+    ASSERT_EQ(render(film, {name, "--audio-codec", codec}).status, 0) << name;
+    EXPECT_GT(levelAtBegin(name), 0.5 * level) << name;  // less of it where the first packet's slope is missing
+    Outcome probed = runProgram({"ffprobe", "-v", "error", "-select_streams", "v", "-count_packets", "-show_entries",
+                                 "stream=start_time,nb_read_packets", "-of", "csv=p=0", folder / name});
+    EXPECT_EQ(probed.output, "0.000000,90\n") << name;
+  }
+  // Opus at a rate of its own has a delay of its own.
+  film.replace(film.find("44100"), 5, "22050");
+  ASSERT_EQ(render(film, {"c.webm"}).status, 0);
+  Outcome probed = runProgram({"ffprobe", "-v", "error", "-show_entries", "packet=pts", "-of", "csv=p=0",
+                               "-read_intervals", "%+#1", folder / "c.webm"});
+  EXPECT_TRUE(probed.output.starts_with("0") || probed.output.starts_with("-7")) << probed.output;
+}
+
 TEST_F(SoundFilm, ToneComesBackFromEveryKindOfFile) {
   struct Row {
     const char *file, *codec, *expected;  // expected: FFmpeg's name of what was written
     double level, delay;                  // how far both may be off
   };
   const Row rows[] = {
-      {"a.wav", "", "pcm_s16le", 1, 0.01},
-      {"a.flac", "", "flac", 1, 0.01},
-      {"a.mp4", "", "aac", 60, 0.5},
-      {"a.mov", "", "aac", 60, 0.5},
-      {"a.m4v", "", "aac", 60, 0.5},
-      {"a.mkv", "", "aac", 60, 24},
-      {"a.webm", "", "opus", 60, 24},
-      {"a.avi", "", "pcm_s16le", 1, 0.01},
-      {"b.mp4", "opus", "opus", 60, 1},
-      {"b.webm", "vorbis", "vorbis", 80, 48},
-      {"b.mkv", "flac", "flac", 1, 24},
-      {"b.mov", "pcm", "pcm_s16le", 1, 0.01},
-      {"b.mp4", "flac", "flac", 1, 0.01},
-      {"c.mp4", "mp3", "mp3", 300, 1},
-      {"b.wav", "pcm_s24le", "pcm_s24le", 1, 0.01},
+      {"a.wav", "", "pcm_s16le", 1, 0.01}, {"a.flac", "", "flac", 1, 0.01},
+      {"a.mp4", "", "aac", 60, 0.5},       {"a.mov", "", "aac", 60, 0.5},
+      {"a.m4v", "", "aac", 60, 0.5},       {"a.mkv", "", "aac", 60, 24},
+      {"a.webm", "", "opus", 60, 24},      {"a.avi", "", "pcm_s16le", 1, 0.01},
+      {"b.mp4", "opus", "opus", 60, 1},    {"b.webm", "vorbis", "vorbis", 80, 48},
+      {"b.mkv", "flac", "flac", 1, 24},    {"b.mov", "pcm", "pcm_s16le", 1, 0.01},
+      {"b.mp4", "flac", "flac", 1, 0.01},  {"c.mp4", "mp3", "mp3", 300, 1},
+      {"c.mkv", "mp3", "mp3", 300, 24},    {"b.avi", "aac", "aac", 60, 0.5},
+      {"c.avi", "mp3", "mp3", 300, 48},    {"b.wav", "pcm_s24le", "pcm_s24le", 1, 0.01},
   };
   // The tone begins with frame 31, a second into the film.
   std::string film = header() + sound(31, 90);

@@ -185,7 +185,7 @@ int readObjectEffects(Import& import, const FileObject& from, int number, const 
   EffectReading reading{name, from.keys, from.chain};
   reading.start = [&](const char* effectName, int effect) {
     if (misfit) return -1;
-    reason = effect < 0 ? "is of an unknown effect " + quoted(effectName) : "finds no room";
+    reason = effect < 0 ? "begins with " + quoted(effectName) + ", which " + whyUnknown(effectName) : "finds no room";
     return effect < 0 ? -1 : startObject(import, from, effect);
   };
   reading.leftOut = [&](const char* effectName, const char* why) {

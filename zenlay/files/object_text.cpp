@@ -137,6 +137,15 @@ void setCameraTarget(int object, const ObjectKeys& keys, int effect) {
     objects[object].flags &= ~objectCameraTarget;
 }
 
+const char* whyUnknown(const char* effect) {
+  constexpr const char* keys[2][2] = {{"needs overlay=0 and audio=0", "needs overlay=0 and audio=1"},
+                                      {"needs overlay=1 and audio=0", "needs overlay=1 and audio=1"}};
+  for (int draws : {0, 1})
+    for (int audio : {0, 1})
+      if (findEffect(effect, audio, draws) >= 0) return keys[draws][audio];
+  return "is unknown";
+}
+
 int readEffects(SectionFile* file, const EffectReading& reading) {
   int object = -1;
   std::string section;
@@ -146,7 +155,7 @@ int readEffects(SectionFile* file, const EffectReading& reading) {
     int effect = findEffect(name, reading.keys.audio, reading.keys.draws);
     if (i == 0) object = reading.start(name, effect);
     if (object < 0) continue;
-    const char* why = effect < 0 ? "is unknown" : takeEffect(reading, section, object, i, effect);
+    const char* why = effect < 0 ? whyUnknown(name) : takeEffect(reading, section, object, i, effect);
     if (why && reading.leftOut) reading.leftOut(name, why);
   }
   return object;

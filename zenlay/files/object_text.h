@@ -58,6 +58,8 @@ struct EffectReading {
   /// Told of an effect that the object does not take, and why. May be empty.
   std::function<void(const char* name, const char* why)> leftOut;
 };
+/// Of an effect's name that no effect has, or none with the object's keys.
+const char* whyUnknown(const char* effect);
 /// Reads the effect sections 0..11; the object, or -1.
 int readEffects(SectionFile*, const EffectReading&);
 
