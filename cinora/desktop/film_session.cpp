@@ -61,8 +61,12 @@ void FilmSession::check(const std::string& path) const {
 void FilmSession::place(const std::string& path) {
   Filter* editor = host_.plugins.editor();
   if (!editor) throw Failure(host_.plugins.whyNoEditor());
+  MessageRecorder recorder;
   platform::DroppedFiles files{firstLayerAt, &path, 1};
-  platform::sendMessage(editor->window, platform::messageFilesDropped, 0, reinterpret_cast<intptr_t>(&files));
+  if (platform::sendMessage(editor->window, platform::messageFilesDropped, 0, reinterpret_cast<intptr_t>(&files)))
+    return;
+  std::vector<std::string> messages = host_.takeMessages();
+  throw Failure(messages.empty() ? path + " is no file that can be placed in the film" : messages.back());
 }
 
 void FilmSession::load(const std::string& path) {

@@ -133,6 +133,20 @@ TEST_F(Session, CursorAndSelectionAreNoUnsavedWork) {
   EXPECT_FALSE(stage.window().isWindowModified());
 }
 
+TEST_F(Session, AFileThatCannotBePlacedIsNoFilm) {
+  stage.window().openFile(film("a.zlo"));
+  const std::string folder = std::string(200, 'x'), name = folder + "/" + std::string(60, 'y') + ".png";
+  std::filesystem::create_directory(stage.folder / folder);
+  QImage picture(32, 32, QImage::Format_RGB32);
+  ASSERT_TRUE(picture.save(QString::fromStdString(stage.folder / name)));
+  for (bool importing : {false, true}) {
+    stage.answer(QMessageBox::Ok);
+    importing ? stage.window().importFile(stage.folder / name) : stage.window().openFile(stage.folder / name);
+    EXPECT_EQ(title(), "a.zlo[*] — Cinora");
+  }
+  EXPECT_EQ(stage.asked, QStringList({"The path of the file is too long", "The path of the file is too long"}));
+}
+
 TEST_F(Session, BadFilesAreOneMessageAndLoseNothing) {
   stage.window().openFile(film("a.zlo"));
   std::string project = stage.folder / "good.cnp";

@@ -78,8 +78,12 @@ TEST_F(SettingsEffects, AFileThatCannotBeOpenedChangesNothing) {
   desktop->boxes.clear();
   fakeHost.fileName = "";  // cancelled
   user::click(state.checks[2].button);
+  EXPECT_TRUE(desktop->boxes.empty());
   drop(0, "/" + std::string(259, 'x'));
   EXPECT_EQ(label(2), "a.mp4");
+  ASSERT_EQ(desktop->boxes.size(), 1u);
+  EXPECT_EQ(desktop->boxes[0].text, "The path of the file is too long");
+  desktop->boxes.clear();
   undo();
   EXPECT_EQ(label(2), "");
 }
@@ -140,6 +144,8 @@ TEST_F(SettingsEffects, AFigureComesFromTheListOrFromAFile) {
   drop(0, "/" + std::string(254, 'x'));  // with the star one byte too long
   EXPECT_STREQ(name(), "");
   EXPECT_EQ(platform::controlValue(list), 1);
+  EXPECT_EQ(desktop->boxes.size(), 1u);
+  desktop->boxes.clear();
 }
 
 // Every effect of the registry: its lists fit its data, whatever is chosen or pushed leaves a sound model.

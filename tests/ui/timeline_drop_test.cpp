@@ -86,14 +86,19 @@ TEST_F(TimelineDrop, FilmAndSoundStayTogether) {
   EXPECT_EQ(timelineView.sceneLength, 1041);
 }
 
-TEST_F(TimelineDrop, ANameThatIsTooLongIsNotCutOff) {
-  std::string path = "/" + std::string(260, 'x') + ".avi";
-  int object = create(100, 150, 0, testVideo);
-  EXPECT_TRUE(setSourceFile(object, 0, "/a.avi"));
-  EXPECT_FALSE(setSourceFile(object, 0, path.c_str()));
-  EXPECT_EQ(fileOf(object), "/a.avi");
-  EXPECT_TRUE(setSourceFile(object, 0, path.substr(0, 259).c_str()));
-  EXPECT_FALSE(setSourceFile(create(100, 150, 1), 0, "/a.avi")) << "a filter takes no file";
+TEST_F(TimelineDrop, APathThatIsTooLongIsToldAndCreatesNothing) {
+  const std::string longest = "/" + std::string(254, 'x') + ".mov";  // of the field's 260 bytes
+  EXPECT_EQ(drop("/x" + longest.substr(1), 100, 1), 0);
+  EXPECT_EQ(objectCount, 0);
+  EXPECT_EQ(undoSteps(), 0);
+  EXPECT_EQ(shownMessages(), std::vector<std::string>{"The path of the file is too long"});
+  EXPECT_EQ(drop(longest, 100, 1), 1);
+  EXPECT_EQ(fileOf(objectAt(100, 1)), longest);
+  EXPECT_EQ(fileOf(objectAt(100, 2)), longest);
+  EXPECT_FALSE(setSourceFile(create(100, 150, 3), 0, "/a.avi")) << "a filter takes no file";
+  timelineView.sceneLength = 0;
+  EXPECT_EQ(drop("/x" + longest.substr(1), 100, 1), 0) << "before a project is made for it";
+  EXPECT_EQ(shownMessages().size(), 2u);
 }
 
 TEST_F(TimelineDrop, EverythingIsInsertedSnapped) {

@@ -32,6 +32,14 @@ int findEffect(const char* name, int audio, int objectLevel);
 
 inline bool isBuiltIn(const EffectDefinition* d) { return d->flag & effectBuiltIn; }
 inline int extraDataBytes(const EffectDefinition* d) { return d->flag & effectHasExtraData ? d->exdata_size : 0; }
+/// Calls use(field, offset) for every field of the extra data, reserved bytes too; for none of an unnamed block.
+template <class Use>
+void forEachField(const EffectDefinition* d, Use use) {
+  if (!isBuiltIn(d) || !d->exdata_fields) return;
+  int offset = 0;
+  for (const ExdataField* field = d->exdata_fields; offset < d->exdata_size; offset += field++->size)
+    use(*field, offset);
+}
 /// Display denominator of a track, 1 for integers and for host filters.
 inline int trackScale(const EffectDefinition* d, int track) {
   return isBuiltIn(d) && d->track_scale && d->track_scale[track] > 1 ? d->track_scale[track] : 1;

@@ -1,6 +1,7 @@
 #include "zenlay/host/environment.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "platform/window.h"
 
@@ -34,5 +35,11 @@ bool deriveWorkSize(Environment& e, int maxW, int maxH) {
 }
 
 void showMessage(const char* text, uint32_t style) { platform::messageBox(nullptr, text, "Zenlay", style); }
+
+bool pathFits(const char* path, size_t bytes) {
+  if (strlen(path) < bytes) return true;
+  showMessage("The path of the file is too long", boxWarning);
+  return false;
+}
 
 }  // namespace zenlay

@@ -61,5 +61,7 @@ inline constexpr uint32_t boxWarning = 0x42030;  // warning icon, task-modal, to
 
 /// Message box titled "Zenlay".
 void showMessage(const char* text, uint32_t style);
+/// Whether the path fits a field of so many bytes, its end included; the user is told of one that does not.
+bool pathFits(const char* path, size_t bytes);
 
 }  // namespace zenlay

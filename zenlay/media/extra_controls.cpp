@@ -8,6 +8,7 @@
 
 #include "platform/control.h"
 #include "platform/paths.h"
+#include "zenlay/host/environment.h"
 #include "zenlay/media/figures.h"
 #include "zenlay/render/convert.h"
 
@@ -16,7 +17,6 @@ namespace zenlay {
 namespace {
 
 constexpr size_t pathBytes = 260, nameBytes = 256;
-constexpr uint32_t failureBox = 0x42010;  // error icon, task-modal, topmost
 
 template <class Field>
 Field& fieldAt(EffectDefinition* effect, size_t offset) {
@@ -117,12 +117,12 @@ int askNumbers(EffectDefinition* effect, const ExtraControl* controls, size_t ro
 
 /// A picture that cannot be decoded is told and stored all the same.
 int storePicture(EffectDefinition* effect, char* field, const char* path) {
-  if (strlen(path) >= nameBytes) return 0;
+  if (!pathFits(path, nameBytes)) return 0;
   int32_t width, height;
   if (!effect->services->loadImage(nullptr, path, &width, &height, nullptr, 0))
     platform::messageBox(nullptr,
                          "Failed to read the image file\nThere is a possibility that the format is not supported",
-                         effect->name, failureBox);
+                         effect->name, boxError);
   return store(effect, [&] { strcpy(field, path); });
 }
 
@@ -137,7 +137,7 @@ int storeSound(EffectDefinition* effect, size_t offset, const char* path) {
 /// "*" and the path, when that fits.
 int storeFigureFile(EffectDefinition* effect, const ExtraControl& row, const char* path) {
   char* name = textAt(effect, row.name, nameBytes);
-  if (strlen(path) + 1 >= nameBytes) return 0;
+  if (!pathFits(path, nameBytes - 1)) return 0;
   return store(effect, [&] {
     fieldAt<int32_t>(effect, row.offset) = 0;
     name[0] = '*';
@@ -299,7 +299,7 @@ bool takesFile(EffectDefinition* effect, uint32_t message, intptr_t wparam, intp
   *path = 0;
   if (isCommand(message, wparam, commandTakeFile)) {
     const char* dropped = reinterpret_cast<const char*>(lparam);
-    if (strlen(dropped) < pathBytes) strcpy(path, dropped);
+    if (pathFits(dropped, pathBytes)) strcpy(path, dropped);
   } else if (isCommand(message, wparam, commandPushed) && checkOfCommand(wparam) == check) {
     if (!effect->host_functions->askLoadFileName(path, filterOf(effect, kind), "")) return false;
   }

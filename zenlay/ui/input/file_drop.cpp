@@ -9,8 +9,8 @@
 #include "zenlay/effects/effect_services.h"
 #include "zenlay/effects/registry.h"
 #include "zenlay/files/alias_file.h"
-#include "zenlay/files/object_file.h"
 #include "zenlay/files/default_settings.h"
+#include "zenlay/files/object_file.h"
 #include "zenlay/host/environment.h"
 #include "zenlay/host/module_files.h"
 #include "zenlay/host/preferences.h"
@@ -37,18 +37,18 @@ constexpr char sourceField[] = "file";
 
 // ---- The source file of a media effect ----
 
-/// Where the effect keeps its file name, or null.
-char* sourceFieldOf(int object, int slot, int* size) {
-  const EffectDefinition* d = effectList[objects[object].slots[slot].effect];
-  uint8_t* data = extraDataOf(object, slot);
-  if (!isBuiltIn(d) || !d->exdata_fields || !data) return nullptr;
+/// Where an effect keeps its file name in the extra data.
+struct SourceField {
   int offset = 0;
-  for (const ExdataField* field = d->exdata_fields; offset < d->exdata_size; offset += field++->size) {
-    if (field->type != exdataString || !field->name || strcmp(field->name, sourceField) != 0) continue;
-    *size = field->size;
-    return reinterpret_cast<char*>(data) + offset;
-  }
-  return nullptr;
+  size_t bytes = 0;  // 0 for an effect that takes no file
+};
+
+SourceField sourceFieldOf(const EffectDefinition* d) {
+  SourceField source;
+  forEachField(d, [&](const ExdataField& field, int offset) {
+    if (field.type == exdataString && field.name && strcmp(field.name, sourceField) == 0) source = {offset, field.size};
+  });
+  return source;
 }
 
 /// The duration of a film or a sound in frames of the scene; 0 when the file is neither.
@@ -96,6 +96,14 @@ std::vector<int> effectsFor(std::string_view extension) {
 
 bool projectHasAudio() { return environment.clip.flags & fileHasAudio; }
 
+/// Before anything is created: whether every effect has room for the path. The user is told when not.
+bool effectsTakePath(const std::vector<int>& effects, const char* path) {
+  size_t bytes = SIZE_MAX;
+  for (int effect : effects)
+    if (size_t own = sourceFieldOf(effectList[effect]).bytes) bytes = std::min(bytes, own);
+  return pathFits(path, bytes);
+}
+
 /// A further object of one drop goes by the first.
 void matchFirst(int object, int first) {
   setObjectLength(object, objects[first].end - objects[first].start + 1);
@@ -125,7 +133,7 @@ std::vector<int> createMediaObjects(const char* path, int frame, int layer, cons
     setSourceFile(object, 0, path);
     if (created.size() > 1) matchFirst(object, created.front());
   }
-  if (created.empty() && refused) showMessage("No sound in the editing project", boxWarning);
+  if (created.empty() && refused) commands::audioFits(true);
   return created;
 }
 
@@ -223,14 +231,13 @@ bool openWithoutProject(const char* path, int& result) {
 }  // namespace
 
 bool setSourceFile(int object, int slot, const char* path) {
-  int size = 0;
-  char* field = sourceFieldOf(object, slot, &size);
-  size_t length = strlen(path);
-  if (!field || length >= static_cast<size_t>(size)) return false;
-  memset(field, 0, static_cast<size_t>(size));
-  memcpy(field, path, length);
+  const int effect = objects[object].slots[slot].effect;
+  const SourceField source = sourceFieldOf(effectList[effect]);
+  uint8_t* data = extraDataOf(object, slot);
+  if (!data || source.bytes == 0 || !pathFits(path, source.bytes)) return false;
+  memset(data + source.offset, 0, source.bytes);
+  memcpy(data + source.offset, path, strlen(path));
   if (modelHooks.sendCommand) modelHooks.sendCommand(object, slot, commandCheckFile, 0);
-  int effect = objects[object].slots[slot].effect;
   if (!hasDuration(effect) || objects[object].chainHead >= 0) return true;
   if (int frames = framesOfMedia(path, effectList[effect]->flag & effectAudio); frames > 0)
     setObjectLength(object, frames);
@@ -241,6 +248,7 @@ int filesDropped(const platform::DroppedFiles& files) {
   if (files.count < 1) return 0;
   endPendingDrag(0);
   const std::string path = files.paths[0];
+  if (!effectsTakePath(effectsFor(platform::extensionOf(path)), path.c_str())) return 0;
   const bool begins = timelineView.sceneLength <= 1;  // a scene, with this file
   int result = 0;
   if (timelineView.sceneLength < 1 && !openWithoutProject(path.c_str(), result)) return result;

@@ -58,11 +58,9 @@ Json describeChecks(const EffectDefinition* d) {
 
 Json describeFields(const EffectDefinition* d) {
   Json fields = Json::array();
-  if (!isBuiltIn(d) || !d->exdata_fields) return fields;
-  int at = 0;
-  for (const ExdataField* field = d->exdata_fields; at < d->exdata_size; at += field->size, field++) {
-    fields.push_back({{"type", field->type}, {"size", field->size}, {"name", text(field->name)}});
-  }
+  forEachField(d, [&](const ExdataField& field, int) {
+    fields.push_back({{"type", field.type}, {"size", field.size}, {"name", text(field.name)}});
+  });
   return fields;
 }
 
@@ -93,17 +91,16 @@ Json describeExtraData(const EffectDefinition* d, const uint8_t* data) {
     fields["_exdata"] = hexText(data, static_cast<size_t>(extraDataBytes(d)));
     return fields;
   }
-  int at = 0;
-  for (const ExdataField* field = d->exdata_fields; at < d->exdata_size; at += field->size, field++) {
-    const uint8_t* bytes = data + at;
-    if (!field->name) continue;
-    if (field->type == exdataInteger) fields[field->name] = integerField(bytes, field->size);
-    if (field->type == exdataString) {
+  forEachField(d, [&](const ExdataField& field, int offset) {
+    const uint8_t* bytes = data + offset;
+    if (!field.name) return;
+    if (field.type == exdataInteger) fields[field.name] = integerField(bytes, field.size);
+    if (field.type == exdataString) {
       const char* chars = reinterpret_cast<const char*>(bytes);
-      fields[field->name] = std::string(chars, strnlen(chars, field->size));
+      fields[field.name] = std::string(chars, strnlen(chars, field.size));
     }
-    if (field->type == exdataBytes) fields[field->name] = hexText(bytes, field->size);
-  }
+    if (field.type == exdataBytes) fields[field.name] = hexText(bytes, field.size);
+  });
   return fields;
 }
 
