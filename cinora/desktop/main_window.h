@@ -104,8 +104,8 @@ class MainWindow : public QMainWindow {
   void fillPluginMenu();
   bool runKey(int key);
   bool runHostCommand(int command);
-  void runPluginCommand(int command);
-  void sendPluginCommand(const MenuItem&);
+  bool runPluginCommand(int command);  // whether it did something
+  bool sendPluginCommand(const MenuItem&);
   const MenuItem* pluginEntry(int command) const;
   int undoSteps() const;
 

@@ -210,24 +210,26 @@ const MenuItem* MainWindow::pluginEntry(int command) const {
 }
 
 /// The plug-ins take some commands only when the main window is the active one.
-void MainWindow::sendPluginCommand(const MenuItem& item) {
-  if (exporting_) return;
-  platform::sendMessage(item.window, zenlay::messageHostCommand, item.command, 0);
+bool MainWindow::sendPluginCommand(const MenuItem& item) {
+  if (exporting_) return false;
+  const bool done = platform::sendMessage(item.window, zenlay::messageHostCommand, item.command, 0);
   tellMessages();
+  return done;
 }
 
-void MainWindow::runPluginCommand(int command) {
+bool MainWindow::runPluginCommand(int command) {
   const MenuItem* item = pluginEntry(command);
-  if (!item) return;
+  if (!item) return false;
   QPointer<QWidget> focus = QApplication::focusWidget();
   platform::focusWindow(frame_);
-  sendPluginCommand(*item);
+  const bool done = sendPluginCommand(*item);
   if (focus) focus->setFocus();
+  return done;
 }
 
+/// What could not be copied stays.
 void MainWindow::cut() {
-  copy();
-  remove();
+  if (runPluginCommand(zenlay::commandHostCopy)) remove();
 }
 void MainWindow::copy() { runPluginCommand(zenlay::commandHostCopy); }
 void MainWindow::paste() { runPluginCommand(zenlay::commandHostPaste); }

@@ -461,7 +461,7 @@ TEST_F(SettingsWindow, FilesGoToTheEffectTheyAreDroppedOn) {
   path = "/pictures/" + std::string(300, 'x');
   user::dropFiles(settingsWindow(), {10, state.slots[0].y}, {&path, 1});
   EXPECT_EQ(label(0), "");
-  ASSERT_EQ(desktop->boxes.size(), 1u);  // no such picture
+  ASSERT_EQ(desktop->boxes.size(), 2u);  // no such picture, and no room for the other's name
   EXPECT_THAT(desktop->boxes[0].text, HasSubstr("Failed to read the image file"));
   EXPECT_EQ(desktop->boxes[0].caption, "Add border");
   desktop->boxes.clear();

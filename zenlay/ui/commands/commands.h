@@ -7,9 +7,9 @@
 
 namespace zenlay {
 
-// 1 when something was opened or changed (asks the host to redraw the frame), 0 when cancelled, refused or failed after
-// a message. Numbers without a command do nothing. Nothing is begun while the host saves or while a dialog of another
-// command waits for the user.
+// 1 when something was opened, copied or changed (asks the host to redraw the frame), 0 when cancelled, refused or
+// failed after a message. Numbers without a command do nothing. Nothing is begun while the host saves or while a dialog
+// of another command waits for the user.
 
 /// From the plug-in's own menus, keys and windows.
 int runCommand(int id, intptr_t parameter);

@@ -33,7 +33,7 @@ int copyTarget() {
   else
     for (int object : selection()) copied = copied && copyToClipboard(object);
   if (!copied) showMessage("Copy buffer is not enough", boxWarning);
-  return 0;
+  return copied;
 }
 
 int pasteAt(int frame, int layer) {
