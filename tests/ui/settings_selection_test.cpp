@@ -197,6 +197,9 @@ TEST_F(SettingsMovement, DefaultsComeBackForOneEffect) {
   EXPECT_EQ(current().endValues[range], 5);
   EXPECT_EQ(text(startBox(range)), "5");
   EXPECT_EQ(current().startValues[x], 90);
+  const int steps = zenlay::undoSteps();
+  EXPECT_EQ(restoreDefaults(1), 0);
+  EXPECT_EQ(zenlay::undoSteps(), steps) << "nothing changed";
   undo();
   EXPECT_EQ(current().endValues[range], 100);
   EXPECT_EQ(restoreDefaults(7), 0);

@@ -226,6 +226,20 @@ TEST_F(SettingsWindow, AColourIsPickedFromTheScreenOnce) {
   EXPECT_EQ(colorPicked(packedYcc({1, 1, 1})), 0);
 }
 
+TEST_F(SettingsWindow, APickEndsWithItsObjectAndWithTheWindow) {
+  const int object = create(effectGraphic, {30});
+  showObject(object);
+  beginColorPick(object, check(1, 2), false);
+  deleteObject(object);
+  EXPECT_FALSE(colorPickPending());
+  EXPECT_EQ(create(effectGraphic, {30}), object) << "another in its place";
+  showObject(object);
+  beginColorPick(object, check(1, 2), false);
+  destroySettingsWindow();
+  createSettingsWindow();
+  EXPECT_FALSE(colorPickPending());
+}
+
 TEST_F(SettingsWindow, TheImageGivesThePixelOfTheCurrentFrame) {
   showObject(create(effectGraphic, {30}));
   timelineView.cursorFrame = 20;  // a white disc of 100 pixels in the middle

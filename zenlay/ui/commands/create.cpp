@@ -17,6 +17,7 @@
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
+#include "zenlay/ui/commands/edit_step.h"
 #include "zenlay/ui/commands/table.h"
 #include "zenlay/ui/menus/menus.h"
 #include "zenlay/ui/timeline/snapping.h"

@@ -8,6 +8,7 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/undo.h"
+#include "zenlay/ui/commands/edit_step.h"
 #include "zenlay/ui/commands/table.h"
 #include "zenlay/ui/menus/menus.h"
 #include "zenlay/ui/project/new_alias.h"

@@ -6,6 +6,7 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/undo.h"
+#include "zenlay/ui/commands/edit_step.h"
 #include "zenlay/ui/commands/table.h"
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/timeline/selection.h"

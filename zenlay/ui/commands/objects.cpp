@@ -12,6 +12,7 @@
 #include "zenlay/model/sections.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
+#include "zenlay/ui/commands/edit_step.h"
 #include "zenlay/ui/commands/table.h"
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/menus/menus.h"

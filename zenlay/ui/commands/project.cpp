@@ -9,6 +9,7 @@
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/ui/commands/edit_step.h"
 #include "zenlay/ui/commands/table.h"
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/project/backup.h"

@@ -26,12 +26,7 @@ constexpr Row rows[] = {
      needsCurrent, showsTimeline},
     {commandCheckChanged, [](const Call& call) { return checkChanged(numberOf(call)); }, needsCurrent},
     {commandColorPicked, [](const Call& call) { return colorPicked(call.parameter); }, needsNothing},
-    {commandRestoreDefaults,
-     [](const Call& call) {
-       endSettingsEdit();
-       return restoreDefaults(numberOf(call));
-     },
-     needsCurrent},
+    {commandRestoreDefaults, [](const Call& call) { return restoreDefaults(numberOf(call)); }, needsCurrent},
     {commandTrackChanged, [](const Call&) { return trackChanged(); }, needsCurrent},
     {commandEffectMenu,
      [](const Call&) {

@@ -6,6 +6,7 @@
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
 #include "zenlay/render/image_cache.h"
+#include "zenlay/ui/commands/edit_step.h"
 #include "zenlay/ui/commands/table.h"
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/settings/window.h"

@@ -22,7 +22,7 @@
 #include "zenlay/model/slots.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/ui/commands/commands.h"
-#include "zenlay/ui/commands/table.h"
+#include "zenlay/ui/commands/edit_step.h"
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/input/input.h"
 #include "zenlay/ui/project/new_project.h"

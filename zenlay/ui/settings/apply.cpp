@@ -8,6 +8,7 @@
 #include "zenlay/model/sections.h"
 #include "zenlay/model/slots.h"
 #include "zenlay/model/undo.h"
+#include "zenlay/ui/commands/edit_step.h"
 #include "zenlay/ui/settings/state.h"
 #include "zenlay/ui/settings/window.h"
 #include "zenlay/ui/timeline/selection.h"
@@ -24,11 +25,8 @@ constexpr intptr_t indexBits = 0xFFFF;
 
 /// One head per selected chain other than the current object's own.
 std::vector<int> selectedHeads() {
-  std::vector<int> heads;
-  for (int object : selection())
-    if (inUse(object) && headOf(object) != headOf(currentObject)) heads.push_back(headOf(object));
-  std::sort(heads.begin(), heads.end());
-  heads.erase(std::unique(heads.begin(), heads.end()), heads.end());
+  std::vector<int> heads = commandTargetHeads();
+  std::erase(heads, headOf(currentObject));
   return heads;
 }
 
@@ -43,13 +41,15 @@ int sameSlot(int object, int slot) {
   return -1;
 }
 
-void recordStep(std::vector<int> touched) {
+void recordForUndo(int object) {
+  recordUndo(object, undoSnapshot | undoChain);
+  recordLinkedCoordinates(object);
+}
+
+void recordStep(const std::vector<int>& touched) {
   beginUndoStep();
-  touched.push_back(currentObject);
-  for (int object : touched) {
-    recordUndo(object, undoSnapshot | undoChain);
-    recordLinkedCoordinates(object);
-  }
+  for (int object : touched) recordForUndo(object);
+  recordForUndo(currentObject);
 }
 
 /// The rows whose movement the user has changed: `row` and maybe those linked to it.
@@ -171,6 +171,20 @@ void write(const Item& item, const std::vector<int>& selected) {
   }
 }
 
+/// Whether that changed a track of the slot.
+bool writeDefaultTracks(int slot, const EffectDefinition* d) {
+  ObjectRecord& object = objects[currentObject];
+  Writer writer{true};
+  for (int t = 0; t < d->track_count; t++) {
+    const int track = trackOf(object, slot, t), value = d->track_defaults ? d->track_defaults[t] : 0;
+    writer.put(object.startValues[track], value);
+    writer.put(object.endValues[track], value);
+    writer.put(object.modes[track], modeNone);
+    writer.put(object.params[track], 0);
+  }
+  return writer.changes;
+}
+
 bool hasItem(intptr_t change, int index) {
   switch (change) {
     case changedStart:
@@ -218,20 +232,14 @@ int trackChanged() {
 int restoreDefaults(int slot) {
   const EffectDefinition* d = slot >= 0 && slot < maxSlots ? effectOf(slot) : nullptr;
   if (!d) return 0;
-  beginUndoStep();
-  recordUndo(currentObject, undoSnapshot | undoChain);
-  recordLinkedCoordinates(currentObject);
-  ObjectRecord& object = objects[currentObject];
-  for (int t = 0; t < d->track_count; t++) {
-    int track = trackOf(object, slot, t);
-    object.startValues[track] = object.endValues[track] = d->track_defaults ? d->track_defaults[t] : 0;
-    object.modes[track] = modeNone;
-    object.params[track] = 0;
-  }
-  syncChain(currentObject);
-  followLinkedCoordinates(currentObject, false);
-  refreshSettings();
-  return trackChanged();
+  return commands::inOneStep([=] {
+    recordForUndo(currentObject);
+    if (!writeDefaultTracks(slot, d)) return 0;
+    syncChain(currentObject);
+    followLinkedCoordinates(currentObject, false);
+    refreshSettings();
+    return trackChanged();
+  });
 }
 
 }  // namespace zenlay

@@ -128,11 +128,10 @@ bool setSettingsTrackRange(int object, int slot, int track, int minimum, int max
   TrackLine& row = state.tracks[objects[currentObject].slots[slot].firstTrack + track];
   Updating updating;
   for (TrackRowState* side : {&row.start, &row.end}) {
-    constexpr int page = 10;
     side->minimum = minimum;
     side->maximum = maximum;
     side->scale = denominator == 0 ? 1 : denominator;
-    platform::setControlRange(side->bar, minimum / side->multiplier, maximum / side->multiplier, page);
+    platform::setControlRange(side->bar, minimum / side->multiplier, maximum / side->multiplier, barPage);
     platform::setControlRange(side->spin, minimum, maximum, 1);
   }
   showTrackValues(row);

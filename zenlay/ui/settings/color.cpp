@@ -22,12 +22,6 @@ namespace {
 
 using namespace settings;
 
-struct PendingPick {
-  int object = -1, row;
-  bool wantsRgb;
-};
-PendingPick pending;
-
 constexpr intptr_t noPick = -1;
 
 int rgbOf(const FramePixel& pixel) {
@@ -73,22 +67,26 @@ bool framePixel(platform::Point at, FramePixel* pixel) {
 
 void beginColorPick(int object, int row, bool wantsRgb) {
   constexpr int lookEvery = 20;  // ms; no click is shorter by hand
-  pending = {object, row, wantsRgb};
+  state.pick = {object, row, wantsRgb};
   platform::startTimer(settingsWindow(), pickTimer, lookEvery);
 }
 
 void endColorPick() {
-  pending = {};
+  state.pick = {};
   platform::stopTimer(settingsWindow(), pickTimer);
 }
 
-bool colorPickPending() { return pending.object >= 0; }
+void forgetColorPick(int object) {
+  if (state.pick.object == object) endColorPick();
+}
+
+bool colorPickPending() { return state.pick.object >= 0; }
 
 int pickImageColor(platform::Point at) {
   if (!colorPickPending()) return 0;
   FramePixel pixel{};
   bool known = framePixel(at, &pixel);
-  sendCommand(commandColorPicked, !known ? noPick : pending.wantsRgb ? rgbOf(pixel) : packedYcc(pixel));
+  sendCommand(commandColorPicked, !known ? noPick : state.pick.wantsRgb ? rgbOf(pixel) : packedYcc(pixel));
   endColorPick();
   return 1;
 }
@@ -99,13 +97,13 @@ int pickScreenColor() {
   if (environment.projectOpen && platform::topLevelWindow(platform::windowAt(at)) == environment.hostMainWindow)
     return 0;
   int color = platform::screenPixel(at);
-  sendCommand(commandColorPicked, color < 0 ? noPick : pending.wantsRgb ? color : packedYcc(yccOf(color)));
+  sendCommand(commandColorPicked, color < 0 ? noPick : state.pick.wantsRgb ? color : packedYcc(yccOf(color)));
   endColorPick();
   return 1;
 }
 
 int colorPicked(intptr_t color) {
-  PendingPick pick = pending;
+  PendingPick pick = state.pick;
   endColorPick();
   bool shown = hasObject() && inUse(pick.object) && headOf(pick.object) == headOf(currentObject);
   RowOwner owner = shown ? checkOwner(pick.row) : RowOwner{-1, 0};

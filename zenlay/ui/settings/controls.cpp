@@ -13,7 +13,6 @@ using namespace platform;
 
 constexpr int trackTop = 32, trackPitch = 25;
 constexpr int checkTop = 1629, checkPitch = 21;
-constexpr int barPage = 10;
 constexpr int dropMargin = 28;  // of a list beside its longest item
 
 /// The columns of a track row: x, y from the row's base, size.

@@ -13,21 +13,6 @@ namespace {
 
 using namespace platform;
 
-struct Drag {
-  Window* box = nullptr;  // null while none is under way
-  int x = 0;              // where the value was last taken
-  bool moved = false;
-};
-Drag drag;
-
-/// A value box since it got the focus.
-struct Entry {
-  Window* box = nullptr;
-  int32_t value = 0;  // it had then
-  int steps = 0;      // of undo there were
-};
-Entry entry;
-
 /// One of the two values of a row.
 struct Side {
   int row = -1;
@@ -79,23 +64,23 @@ int dragStep(const TrackRowState& value) { return value.scale < 2 || mouseState(
 
 void beginDrag(Window* box, Point at) {
   endSettingsEdit();
-  drag = {box, at.x, false};
+  state.drag = {box, at.x, false};
   captureMouse(box);
   setCursorShape(box, cursorSizeHorizontal);
 }
 
 void moveDrag(Point at) {
-  int distance = at.x - drag.x;
+  int distance = at.x - state.drag.x;
   if (distance == 0) return;
-  drag.x = at.x;
-  drag.moved = true;
-  Side side = sideOfBox(drag.box);
+  state.drag.x = at.x;
+  state.drag.moved = true;
+  Side side = sideOfBox(state.drag.box);
   if (side.row >= 0) change(side, side.value().value + int64_t{distance} * dragStep(side.value()));
 }
 
 void endDrag() {
-  Drag done = drag;
-  drag = {};
+  ValueDrag done = state.drag;
+  state.drag = {};
   if (mouseCapture() == done.box) releaseMouse();
   setCursorShape(done.box, cursorArrow);
   endSettingsEdit();
@@ -106,11 +91,11 @@ void endDrag() {
 
 /// Whether the box is being dragged; a drag whose capture was taken away is over.
 bool dragging(Window* box) {
-  if (drag.box && mouseCapture() != drag.box) {
-    setCursorShape(drag.box, cursorArrow);
-    drag = {};
+  if (state.drag.box && mouseCapture() != state.drag.box) {
+    setCursorShape(state.drag.box, cursorArrow);
+    state.drag = {};
   }
-  return box && drag.box == box;
+  return box && state.drag.box == box;
 }
 
 }  // namespace
@@ -135,7 +120,7 @@ bool boxEvent(Window* box, int event) {
     const char* text = windowText(box).c_str();
     change(side, *text ? parseValue(text, value.scale) : value.fallback, true);
   } else if (event == controlGotFocus) {
-    entry = {box, value.value, undoSteps()};
+    state.entry = {box, value.value, undoSteps()};
   } else if (event == controlLostFocus) {
     Updating updating;
     showSide(value);
@@ -177,9 +162,9 @@ intptr_t valueBoxHook(Window* box, uint32_t message, intptr_t first, intptr_t se
 }
 
 bool dragKey(int key) {
-  if (!dragging(drag.box) || (key != keyLeft && key != keyRight)) return false;
-  drag.moved = true;
-  Side side = sideOfBox(drag.box);
+  if (!dragging(state.drag.box) || (key != keyLeft && key != keyRight)) return false;
+  state.drag.moved = true;
+  Side side = sideOfBox(state.drag.box);
   if (side.row >= 0) change(side, side.value().value + int64_t{key == keyLeft ? -1 : 1} * dragStep(side.value()));
   return true;
 }
@@ -193,12 +178,12 @@ void stepBox(Window* box, int direction) {
 
 void restoreBox(Window* box) {
   Side side = sideOfBox(box);
-  if (side.row < 0 || entry.box != box || side.value().value == entry.value) return;
+  if (side.row < 0 || state.entry.box != box || side.value().value == state.entry.value) return;
   bool oneStep = state.lastObject == currentObject && state.lastParameter == changeOf(side);
-  if (oneStep && undoSteps() == entry.steps + 1)
+  if (oneStep && undoSteps() == state.entry.steps + 1)
     sendCommand(commandUndo);
   else
-    change(side, entry.value);
+    change(side, state.entry.value);
 }
 
 /// Tab goes from a start box to its end box, then down to the next row, around at the foot; disabled boxes are passed.

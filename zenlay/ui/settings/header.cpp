@@ -24,9 +24,6 @@ using namespace platform;
 namespace {
 
 constexpr int pressLeft = 133, pressRight = 354, pressBottom = 32;
-constexpr int noCursor = -1;
-int cursorDrawn = noCursor;  // x of the line on the window's canvas
-bool stripDragged;
 
 /// x of a frame within the strip.
 int stripX(const FrameRange& chain, int frame) {
@@ -86,8 +83,8 @@ std::string frameLabel(int frame) {
 
 void paintStrip(Canvas* canvas) {
   if (hasObject()) paintSections(canvas);
-  cursorDrawn = cursorX();
-  xorCursor(canvas, cursorDrawn);
+  state.cursorDrawn = cursorX();
+  xorCursor(canvas, state.cursorDrawn);
 }
 
 void drawStrip() {
@@ -126,15 +123,15 @@ bool inStrip(Point at) { return at.x > pressLeft && at.x < pressRight && at.y < 
 
 void pressStrip(Point at) {
   if (!hasObject() || !inStrip(at)) return;
-  stripDragged = true;
+  state.stripDragged = true;
   captureMouse(state.window);
   setCursor(at);
 }
 
 void dragStrip(Point at, bool down) {
-  if (!stripDragged) return;
+  if (!state.stripDragged) return;
   if (!down || !hasObject() || mouseCapture() != state.window) {
-    stripDragged = false;
+    state.stripDragged = false;
     if (mouseCapture() == state.window) releaseMouse();
     return;
   }
@@ -156,11 +153,11 @@ void refreshSettingsHeader() {
 
 void moveSettingsCursor() {
   int x = cursorX();
-  if (!state.window || x == cursorDrawn) return;
+  if (!state.window || x == state.cursorDrawn) return;
   platform::Canvas* canvas = platform::windowCanvas(state.window);
-  xorCursor(canvas, cursorDrawn);
+  xorCursor(canvas, state.cursorDrawn);
   xorCursor(canvas, x);
-  cursorDrawn = x;
+  state.cursorDrawn = x;
 }
 
 int selectSection(int object) {

@@ -82,10 +82,12 @@ int boxKey(Window* box, int key) {
   }
 }
 
+constexpr int keyDropDown = keyF1 + 3;  // F4
+
 /// What a list does with keys by itself.
 bool isListKey(int key) {
   return key == keyUp || key == keyDown || key == keyHome || key == keyEnd || key == keyPageUp || key == keyPageDown ||
-         key == keyF1 + 3;
+         key == keyDropDown;
 }
 
 void tellHost(int key, bool down) {
@@ -114,10 +116,6 @@ void releaseCtrl(Window* focus) {
     sendMessage(environment.timelineWindow, messageKeyUp, platform::keyCtrl, 0);
 }
 
-/// Where the press of a key went; its release goes there too.
-enum KeyTarget : uint8_t { keyElsewhere, keyHere, keyToHost };
-KeyTarget pressed[256];
-
 KeyTarget press(Window* focus, int key) {
   if (key == keyEscape && colorPickPending()) {
     endColorPick();
@@ -143,9 +141,9 @@ int settingsKey(int key, bool down) {
     if (key == platform::keyCtrl && !down) releaseCtrl(focus);
     return 0;
   }
-  if (down) pressed[key] = press(focus, key);
-  if (pressed[key] == keyToHost) tellHost(key, down);
-  return pressed[key] != keyElsewhere;
+  if (down) state.pressed[key] = press(focus, key);
+  if (state.pressed[key] == keyToHost) tellHost(key, down);
+  return state.pressed[key] != keyElsewhere;
 }
 
 }  // namespace zenlay

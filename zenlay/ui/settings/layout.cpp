@@ -22,15 +22,6 @@ constexpr int blockHeader = 18;  // from a block's top to its first row
 constexpr int trackHeight = 25, checkHeight = 21, emptyHeight = 2, toggleWidth = 20;
 constexpr int hostMinimum = 0, hostMaximum = 256;
 
-/// What decides the layout: the chain, its effects and what is folded.
-struct LayoutKey {
-  int head = -1;
-  int32_t effects[maxSlots];
-  bool folded[maxSlots];
-  bool operator==(const LayoutKey&) const = default;
-};
-LayoutKey shownLayout;
-
 LayoutKey layoutKeyOf(int object) {
   LayoutKey key{};
   key.head = headOf(object);
@@ -48,8 +39,7 @@ void setLimits(TrackRowState& side, const EffectDefinition* d, int t) {
   side.maximum = d->track_max ? d->track_max[t] : hostMaximum;
   bool ownBar = isBuiltIn(d) && d->track_bar_min && d->track_bar_max;
   int low = ownBar ? d->track_bar_min[t] : side.minimum, high = ownBar ? d->track_bar_max[t] : side.maximum;
-  constexpr int page = 10;
-  setControlRange(side.bar, low / side.multiplier, high / side.multiplier, page);
+  setControlRange(side.bar, low / side.multiplier, high / side.multiplier, barPage);
 }
 
 int layTracks(int slot, const EffectDefinition* d, int y, bool folded) {
@@ -188,19 +178,17 @@ void readValues() {
   fillEffectControls();
 }
 
-void forgetLayout() { shownLayout = {}; }
-
 void clearLayout() {
-  hideForeignControls(shownLayout);
+  hideForeignControls(state.layout);
   state.trackRows = state.checkRows = state.usedSlots = 0;
   hideRest();
-  forgetLayout();
+  state.layout = {};
 }
 
 void layoutObject() {
   Updating updating;
-  LayoutKey before = shownLayout;
-  shownLayout = layoutKeyOf(currentObject);
+  LayoutKey before = state.layout;
+  state.layout = layoutKeyOf(currentObject);
   hideForeignControls(before);
   state.trackRows = state.checkRows = state.usedSlots = 0;
   int y = firstBlock;
@@ -222,7 +210,7 @@ void showObject(int object) {
     clearLayout();
     return;
   }
-  if (shownLayout == layoutKeyOf(currentObject))
+  if (state.layout == layoutKeyOf(currentObject))
     refreshSettings();
   else
     relayoutSettings();

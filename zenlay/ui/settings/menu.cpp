@@ -20,7 +20,6 @@ namespace {
 
 constexpr int headerBottom = 31;
 constexpr char addEffectMenu[] = "Add a filter effect";
-int clickedSlot;
 
 bool hasRoom() { return takesEffects(currentObject) && usedSlots(currentObject) < maxSlots; }
 
@@ -33,7 +32,7 @@ void runChoice(const Menu* menu, Point screen) {
 void openSlotMenu(int slot, Point screen) {
   Menu* menu = contextMenu(effectMenuOf(currentObject));
   if (!menu) return;
-  clickedSlot = slot;
+  state.clickedSlot = slot;
   std::string name = std::string("< ") + effectOf(slot)->name + " >";
   setMenuText(menu, settingsEffectName, name.c_str());
   enableMenuItem(menu, settingsEffectName, false);
@@ -48,9 +47,9 @@ void openSlotMenu(int slot, Point screen) {
 
 /// A media effect's alias takes the drawing effect along and is named after that.
 void createSlotAlias() {
-  bool media = clickedSlot == 0 && objects[currentObject].flags & objectDrawn;
-  const std::string name = effectOf(media ? lastSlot(currentObject) : clickedSlot)->name;
-  createAlias(("Creation of alias <" + name + ">").c_str(), name, currentObject, clickedSlot);
+  bool media = state.clickedSlot == 0 && objects[currentObject].flags & objectDrawn;
+  const std::string name = effectOf(media ? lastSlot(currentObject) : state.clickedSlot)->name;
+  createAlias(("Creation of alias <" + name + ">").c_str(), name, currentObject, state.clickedSlot);
 }
 
 struct ItemRow {
@@ -63,18 +62,18 @@ constexpr ItemRow items[] = {
     {idJumpToEnd, [] { sendCommand(commandJumpToEnd, objects[currentObject].end); }},
     {idAddEffect, [] { openAddEffectMenu(); }},
     {idChangeSource, [] { openSourceMenu(); }},
-    {settingsRestoreDefaults, [] { sendCommand(commandRestoreDefaults, clickedSlot); }},
-    {settingsSaveDefaults, [] { writeDefaults(currentObject, clickedSlot); }},
+    {settingsRestoreDefaults, [] { sendCommand(commandRestoreDefaults, state.clickedSlot); }},
+    {settingsSaveDefaults, [] { writeDefaults(currentObject, state.clickedSlot); }},
     {settingsCreateAlias, createSlotAlias},
     {settingsChangeLength, [] { sendHostCommand(commandChangeLength); }},
     {settingsAddMidpoint, [] { sendCommand(commandAddMidpointAtCursor); }},
     {settingsUndo, [] { sendCommand(commandUndo); }},
-    {settingsMoveEffectUp, [] { sendCommand(commandMoveEffectUp, clickedSlot); }},
-    {settingsMoveEffectDown, [] { sendCommand(commandMoveEffectDown, clickedSlot); }},
+    {settingsMoveEffectUp, [] { sendCommand(commandMoveEffectUp, state.clickedSlot); }},
+    {settingsMoveEffectDown, [] { sendCommand(commandMoveEffectDown, state.clickedSlot); }},
     {settingsCameraTarget, [] { sendHostCommand(commandCameraTarget); }},
     {settingsClipAbove, [] { sendHostCommand(commandClipObject); }},
     {settingsSpaceMidpoints, [] { sendHostCommand(commandSpaceMidpointsByTime); }},
-    {settingsRemoveEffect, [] { sendCommand(commandRemoveEffect, clickedSlot); }},
+    {settingsRemoveEffect, [] { sendCommand(commandRemoveEffect, state.clickedSlot); }},
 };
 
 }  // namespace

@@ -69,6 +69,39 @@ struct SlotLine {
   int y;           // top of the block
 };
 
+/// What decides the layout: the chain, its effects and what is folded.
+struct LayoutKey {
+  int head = -1;
+  int32_t effects[maxSlots];
+  bool folded[maxSlots];
+  bool operator==(const LayoutKey&) const = default;
+};
+
+struct ValueDrag {
+  Window* box;  // null while none is under way
+  int x;        // where the value was last taken
+  bool moved;
+};
+
+/// A value box since it got the focus.
+struct BoxEntry {
+  Window* box;
+  int32_t value;  // it had then
+  int steps;      // of undo there were
+};
+
+struct PendingPick {
+  int object = -1, row;
+  bool wantsRgb;
+};
+
+/// Where the press of a key went; its release goes there too.
+enum KeyTarget : uint8_t { keyElsewhere, keyHere, keyToHost };
+
+inline constexpr int noCursor = -1;
+inline constexpr int barPage = 10;  // of track bars
+
+/// All that lasts between two messages, from the window's making to its end.
 struct State {
   Window* window;
   Window *camera, *clip, *startLabel, *jumpStart, *jumpEnd, *endLabel, *source, *add;
@@ -78,9 +111,18 @@ struct State {
   int trackRows, checkRows, usedSlots;  // of the object shown
   int height;                           // of its layout
   int updating;                         // above 0 while the window writes into its own controls
-  int lastObject;                       // of the last 1003; -1: the next one is a new undo step
+  int lastObject = -1;                  // of the last 1003; -1: the next one is a new undo step
   intptr_t lastParameter;
   bool saving;
+
+  LayoutKey layout;  // as shown
+  int clickedSlot;   // by which its menu was opened
+  ValueDrag drag;
+  BoxEntry entry;
+  PendingPick pick;
+  int cursorDrawn = noCursor;  // x of the line in the section strip
+  bool stripDragged;
+  KeyTarget pressed[256];
 };
 extern State state;
 
@@ -101,7 +143,7 @@ EffectDefinition* effectOf(int slot);
 /// Whether an object is shown.
 bool hasObject();
 
-// settings_controls.cpp
+// controls.cpp
 void createControls(Window*);
 void place(Window*, Rect);
 void show(Window*, bool shown);
@@ -110,7 +152,7 @@ void showCheckRow(CheckLine&, const char* name, Point at);
 void showTrackRow(TrackLine&, int y);                  // 0 hides it
 void showSlotRow(SlotLine&, int y, const char* name);  // without a name hidden
 
-// settings_edit.cpp
+// edit.cpp
 /// The boxes, bars and spins show the row's values.
 void showTrackValues(TrackLine&);
 /// A notification of a value box; false for other controls.
@@ -124,18 +166,18 @@ void stepBox(Window*, int direction);
 /// Back to the value it had when it got the focus.
 void restoreBox(Window*);
 
-// settings_movement.cpp
+// movement.cpp
 void openMovementMenu(int row);
 void editMovementParameter(int row);
 
-// settings_checks.cpp
+// checks.cpp
 void checkClicked(Window* control);
 void slotClicked(int id);
 void filesDropped(const platform::DroppedFiles&);
 /// What the effects show in their controls, through show_controls.
 void fillEffectControls();
 
-// settings_header.cpp
+// header.cpp
 void showHeader();
 void drawStrip();
 /// The strip with its cursor line, at its place on the canvas.
@@ -148,21 +190,20 @@ void setCursorInChain(int64_t frame);
 void pressStrip(Point);
 void dragStrip(Point, bool down);
 
-// settings_menu.cpp
+// menu.cpp
 void openContextMenu(Point client);
 void openSourceMenu();
 /// What a menu or a control other than the rows' own asks for; whether the id is one of those.
 bool runSettingsItem(int id);
 
-// settings_layout.cpp
+// layout.cpp
 void layoutObject();
-void clearLayout();   // no object is shown
-void forgetLayout();  // of an earlier window
+void clearLayout();  // no object is shown
 void readValues();
 /// The slot under a client y, -1 above the first.
 int slotAt(int y);
 
-// settings_color.cpp: the services chooseColour and pickColour
+// color.cpp: the services chooseColour and pickColour
 int chooseEffectColor(ObjectRef, void* colour, uint32_t flags);
 int pickEffectColor(ObjectRef, int check, uint32_t flags);
 

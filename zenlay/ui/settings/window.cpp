@@ -174,9 +174,7 @@ void createSettingsWindow() {
       environment.timelineWindow, procedure, nullptr,
       {"ExtendedFilterClass", "ExtendedFilter", firstPlace(), platform::windowTool | platform::windowAcceptsFiles});
   state = {};
-  endSettingsEdit();
   createControls(window);
-  forgetLayout();
   installServices();
 }
 

@@ -92,6 +92,8 @@ void beginColorPick(int object, int row, bool wantsRgb);
 bool colorPickPending();
 /// Without a colour.
 void endColorPick();
+/// The object is no more.
+void forgetColorPick(int object);
 /// A click on the host's main image, in pixels of the frame as rendered: the current frame is rendered and its pixel sent as
 /// commandColorPicked. 1 when a pick was pending.
 int pickImageColor(platform::Point);

@@ -5,6 +5,7 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
+#include "zenlay/ui/settings/window.h"
 #include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/timeline.h"
 
@@ -32,14 +33,18 @@ void takeOut(int object) {
   holes = true;
 }
 
+std::vector<int> eachOnce(std::vector<int> numbers) {
+  std::sort(numbers.begin(), numbers.end());
+  numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+  return numbers;
+}
+
 /// Numbers of the groups that the objects belong to, sorted.
 std::vector<int> groupsOf(std::span<const int> members) {
   std::vector<int> groups;
   for (int object : members)
     if (int group = objects[headOf(object)].group; group != 0) groups.push_back(group);
-  std::sort(groups.begin(), groups.end());
-  groups.erase(std::unique(groups.begin(), groups.end()), groups.end());
-  return groups;
+  return eachOnce(std::move(groups));
 }
 
 }  // namespace
@@ -109,6 +114,7 @@ void dropUnselectable() {
 
 void forgetObject(int object) {
   forgetDragged(object);
+  forgetColorPick(object);
   takeOut(object);
   if (clickPosition.section == object) clickPosition.section = -1;
   if (rangeAnchor == object) rangeAnchor = -1;
@@ -127,9 +133,7 @@ std::vector<int> commandTargets() {
 std::vector<int> commandTargetHeads() {
   std::vector<int> heads;
   for (int object : commandTargets()) heads.push_back(headOf(object));
-  std::sort(heads.begin(), heads.end());
-  heads.erase(std::unique(heads.begin(), heads.end()), heads.end());
-  return heads;
+  return eachOnce(std::move(heads));
 }
 
 }  // namespace zenlay

@@ -1,9 +1,8 @@
-#include <algorithm>
+#include "zenlay/ui/commands/edit_step.h"
 
 #include "zenlay/host/environment.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/undo.h"
-#include "zenlay/ui/commands/table.h"
 #include "zenlay/ui/settings/window.h"
 #include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/timeline.h"
