@@ -148,10 +148,11 @@ struct RandomWalk : testing::Test {
     if (over && depth == 0 && user.idle()) return QApplication::exit(1);
     schedule();
     if (!open) return;
-    // The events a user's act sends are also handled inside it: only what it opened is then acted on.
+    // The events a user's act sends are also handled inside it: only what it opened is then acted on, while it is open.
+    // Behind it Qt still delivers the press to its window, which a dock that is moved would take away.
     QWidget* top =
         QApplication::activePopupWidget() ? QApplication::activePopupWidget() : QApplication::activeModalWidget();
-    if (depth > 0 && top == actedOn) return;
+    if (depth > 0 && (!top || top == actedOn)) return;
     const void* below = std::exchange(actedOn, top);
     depth++;
     if (over) {
