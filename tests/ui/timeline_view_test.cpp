@@ -3,6 +3,7 @@
 #include "tests/ui/timeline_stage.h"
 #include "zenlay/render/handles.h"
 #include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/project/describe.h"
 #include "zenlay/ui/timeline/beat_grid.h"
 #include "zenlay/ui/timeline/paint.h"
 #include "zenlay/ui/timeline/scroll.h"
@@ -293,6 +294,29 @@ TEST_F(TimelineWindow, PlaybackMayMoveTheCursor) {
   preferences.config_move = 1;
   playbackNotification(60, 8);
   EXPECT_EQ(currentObject, b);
+}
+
+TEST_F(TimelineWindow, LookingAtAnotherSceneIsNoChangeOfTheFilm) {
+  create(100, 199, 5);
+  enterScene(2);
+  extendScene(29);
+  create(0, 29, 1);
+  enterScene(0);
+  auto description = [] {
+    QueryRequest request{};
+    EXPECT_EQ(answerQuery(queryProject, &request), 1);
+    return std::string(request.answer);
+  };
+  const std::string before = description();
+  EXPECT_NE(before.find("\"length\":1000,\"audio_rate\""), before.npos) << "of the film, not of what is shown";
+  for (int scene : {2, 7, 0, 2}) {
+    enterScene(scene);
+    EXPECT_EQ(description(), before) << scene;
+  }
+  extendScene(30);
+  EXPECT_NE(description(), before);
+  enterScene(0);
+  EXPECT_NE(description(), before);
 }
 
 TEST_F(TimelineWindow, EveryScenesViewIsItsOwn) {

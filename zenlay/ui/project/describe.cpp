@@ -1,10 +1,13 @@
 #include "zenlay/ui/project/describe.h"
 
 #define JSON_NOEXCEPTION 1
+#include <algorithm>
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include "zenlay/effects/evaluation.h"
 #include "zenlay/effects/registry.h"
@@ -152,45 +155,69 @@ Json describeObject(int object) {
           {"flags", o.flags},     {"slots", slots}};
 }
 
-bool sceneHoldsObjects(int scene) {
-  for (int i = 0; i < objectCount; i++) {
-    if (layerOrder[i]->scene == scene) return true;
-  }
-  return false;
+/// By scene, layer and frame, whichever scene is shown.
+std::vector<int> objectsInOrder() {
+  std::vector<int> list;
+  for (int i = 0; i < objectCount; i++) list.push_back(indexOf(layerOrder[i]));
+  auto place = [](int object) {
+    const ObjectRecord& o = objects[object];
+    return std::tuple(o.scene, o.homeLayer, o.start, object);
+  };
+  std::sort(list.begin(), list.end(), [=](int a, int b) { return place(a) < place(b); });
+  return list;
 }
 
-Json describeScene(int scene) {
-  const SceneRecord& record = scenes[scene];
+Json describeLayers(int scene) {
   Json layerList = Json::array();
   for (int layer = 0; layer < layersPerScene; layer++) {
     const LayerRecord& l = layerTable[scene * layersPerScene + layer];
     if (!l.flags && !l.name) continue;
     layerList.push_back({{"layer", layer + 1}, {"flags", l.flags}, {"name", text(l.name)}});
   }
-  ImageSize size = sceneSize(scene);
+  return layerList;
+}
+
+/// sceneSetUp only tells that somebody has looked.
+uint32_t editedFlags(int scene) { return scenes[scene].flags & ~uint32_t{sceneSetUp}; }
+
+/// Whether anything was made of it.
+bool sceneInUse(int scene) {
+  const SceneRecord& record = scenes[scene];
+  return editedFlags(scene) || record.name || record.width || record.height || sceneLength(scene) > 1;
+}
+
+Json describeScene(int scene, const Json& layerList) {
+  const ImageSize size = sceneSize(scene);
   return {{"index", scene},
           {"name", text(sceneName(scene))},
-          {"flags", record.flags},
-          {"alpha", (record.flags & sceneHasAlpha) != 0},
+          {"flags", editedFlags(scene)},
+          {"alpha", (scenes[scene].flags & sceneHasAlpha) != 0},
           {"width", size.width},
           {"height", size.height},
-          {"length", sceneLength(scene)},
+          {"length", std::max(sceneLength(scene), 1)},
           {"layers", layerList}};
 }
 
+/// What is edited, without what is only looked at: neither the scene shown nor those visited make a difference.
 Json describeProject() {
   const HostFileInfo& clip = environment.clip;
   Json sceneList = Json::array(), objectList = Json::array();
-  for (int scene = 0; scene < maxScenes; scene++) {
-    if (scene == 0 || scenes[scene].flags || sceneHoldsObjects(scene)) sceneList.push_back(describeScene(scene));
+  bool holdsObjects[maxScenes]{};
+  for (int object : objectsInOrder()) {
+    holdsObjects[objects[object].scene] = true;
+    objectList.push_back(describeObject(object));
   }
-  for (int i = 0; i < objectCount; i++) objectList.push_back(describeObject(indexOf(layerOrder[i])));
+  for (int scene = 0; scene < maxScenes; scene++) {
+    const Json layerList = describeLayers(scene);
+    if (scene == 0 || holdsObjects[scene] || !layerList.empty() || sceneInUse(scene))
+      sceneList.push_back(describeScene(scene, layerList));
+  }
   return {{"clip",
            {{"width", clip.width},
             {"height", clip.height},
             {"rate", clip.rate},
             {"scale", clip.scale},
-            {"length", sceneLength(currentScene)},
+            {"length", sceneLength(0)},
             {"audio_rate", clip.audioRate},
             {"audio_channels", clip.audioChannels}}},
           {"scenes", sceneList},
