@@ -101,6 +101,15 @@ TEST_F(TimelineDrop, APathThatIsTooLongIsToldAndCreatesNothing) {
   EXPECT_EQ(shownMessages().size(), 2u);
 }
 
+TEST_F(TimelineDrop, TheFirstOfSeveralFilesIsTakenAndTheOthersAreTold) {
+  const std::string paths[] = {"/films/a.avi", "/films/b.avi"};
+  const platform::DroppedFiles dropped{{xOf(100), rowOf(1)}, paths, 2};
+  EXPECT_EQ(send(platform::messageFilesDropped, 0, reinterpret_cast<intptr_t>(&dropped)), 1);
+  ASSERT_EQ(objectCount, 1);
+  EXPECT_EQ(fileOf(objectAt(100, 1)), paths[0]);
+  EXPECT_EQ(shownMessages(), std::vector<std::string>{"Only the first of the dropped files was taken"});
+}
+
 TEST_F(TimelineDrop, EverythingIsInsertedSnapped) {
   ::test::ScratchFolder folder;
   std::string path = folder / "one.zlo";

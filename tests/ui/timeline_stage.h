@@ -99,8 +99,7 @@ class Timeline : public Stage {
     fakeHost.functions.closeMediaFile = [](MediaHandle) -> int32_t { return 1; };
   }
   int drop(const std::string& path, platform::Point at) {
-    const std::string paths[] = {path, "second.avi"};  // only the first counts
-    platform::DroppedFiles dropped{at, paths, 2};
+    platform::DroppedFiles dropped{at, &path, 1};
     return send(platform::messageFilesDropped, 0, reinterpret_cast<intptr_t>(&dropped));
   }
 

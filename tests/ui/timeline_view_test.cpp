@@ -2,7 +2,7 @@
 #include "platform/window_record.h"
 #include "tests/ui/timeline_stage.h"
 #include "zenlay/render/handles.h"
-#include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/commands/commands.h"
 #include "zenlay/ui/project/describe.h"
 #include "zenlay/ui/timeline/beat_grid.h"
 #include "zenlay/ui/timeline/paint.h"
@@ -294,6 +294,20 @@ TEST_F(TimelineWindow, PlaybackMayMoveTheCursor) {
   preferences.config_move = 1;
   playbackNotification(60, 8);
   EXPECT_EQ(currentObject, b);
+}
+
+TEST_F(TimelineWindow, ALengthThatTheHostRefusesIsToldAndNotShown) {
+  const auto granted = fakeHost.functions.setFrameCount;
+  fakeHost.functions.setFrameCount = [](EditHandle, int32_t) -> int32_t { return 0; };
+  moveCursor(500);
+  EXPECT_EQ(runCommand(commandLastFrameAtCursor, 0), 0);
+  EXPECT_EQ(shownMessages().size(), 1u);
+  extendScene(2000);
+  EXPECT_EQ(shownMessages(), std::vector<std::string>(2, "The length of the scene could not be changed"));
+  EXPECT_EQ(timelineView.sceneLength, 1000);
+  fakeHost.functions.setFrameCount = granted;
+  EXPECT_EQ(runCommand(commandLastFrameAtCursor, 0), 1);
+  EXPECT_EQ(timelineView.sceneLength, 501);
 }
 
 TEST_F(TimelineWindow, LookingAtAnotherSceneIsNoChangeOfTheFilm) {

@@ -36,7 +36,7 @@ int createFromEffect(int effect) {
   return inOneStep([=] {
     int object = createObjectWithDefaults(frameOfClick(), layerOfClick(), effect);
     if (object < 0) return 0;
-    showCreated(object);
+    showCreated(object, chainRange(object).last);
     return 1;
   });
 }
@@ -48,7 +48,7 @@ int createFromAlias(int alias) {
   return inOneStep([&] {
     int object = placeAlias(path.c_str(), frameOfClick(), layerOfClick());
     if (object < 0) return 0;
-    showCreated(object);
+    showCreated(object, chainRange(object).last);
     return 1;
   });
 }
@@ -117,7 +117,7 @@ int createFromTemplate(int number) {
   return inOneStep([&] {
     const int object = loadScene(scene, name) ? createSceneObjects(scene) : -1;
     if (object < 0) return 0;
-    showCreated(object);
+    showCreated(object, chainRange(object).last);
     return 1;
   });
 }

@@ -21,8 +21,8 @@ std::vector<int> heads(TargetKind kind) {
   return onTimeline(currentObject) ? std::vector<int>{headOf(currentObject)} : std::vector<int>{};
 }
 
-void showCreated(int object) {
-  extendScene(chainRange(object).last);
+void showCreated(int object, int lastFrame) {
+  extendScene(lastFrame);
   makeCurrent(object);
   revealObject(object);
 }

@@ -22,8 +22,8 @@ enum TargetKind { targetAny, targetCurrent };
 /// Chain heads.
 std::vector<int> heads(TargetKind = targetAny);
 
-/// The scene reaches as far as the object's chain, which becomes current and is brought into view.
-void showCreated(int object);
+/// The object becomes current and is brought into view; the scene reaches as far as it and what was created with it.
+void showCreated(int object, int lastFrame);
 /// False, after a message, for a sound in a project without.
 bool audioFits(bool audio);
 

@@ -42,8 +42,7 @@ int pasteAt(int frame, int layer) {
   return inOneStep([&] {
     int last = 0, object = pasteClipboard(frame, layer, nullptr, &last);
     if (object < 0) return 0;
-    extendScene(last);
-    showCreated(object);
+    showCreated(object, last);
     return 1;
   });
 }
@@ -65,8 +64,7 @@ int duplicateTarget() {
     }
     int object = duplicateObjects(targets, timelineView.cursorFrame);
     if (object < 0) return 0;
-    extendScene(timelineView.cursorFrame + (last - first));
-    showCreated(object);
+    showCreated(object, timelineView.cursorFrame + (last - first));
     return 1;
   });
 }

@@ -120,11 +120,8 @@ int exportMedia() {
 
 int setLastFrame(int frame) {
   const int length = std::min(frame, environment.maxFrames - 1) + 1;
-  if (length < 1 || length == timelineView.sceneLength) return 0;
-  environment.hostFunctions->setFrameCount(environment.edit, length);
-  timelineView.sceneLength = length;
+  if (length < 1 || length == timelineView.sceneLength || !setSceneLength(length)) return 0;
   if (timelineView.cursorFrame >= length) moveCursor(length - 1);
-  updateScrollBars();
   updateTitle();
   return 1;
 }

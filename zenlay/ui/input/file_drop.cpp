@@ -140,8 +140,9 @@ std::vector<int> createMediaObjects(const char* path, int frame, int layer, cons
 int placeMedia(const char* path, int frame, int layer, const std::vector<int>& effects) {
   const std::vector<int> created = createMediaObjects(path, frame, layer, effects);
   if (created.empty()) return 0;
-  for (int object : created) extendScene(objects[object].end);
-  makeCurrent(created.front());
+  int last = 0;
+  for (int object : created) last = std::max(last, objects[object].end);
+  commands::showCreated(created.front(), last);
   for (auto object = created.rbegin(); object != created.rend(); object++) revealObject(*object);
   redrawTimeline();
   return 1;
@@ -158,9 +159,7 @@ int placeObjectFile(const char* path, int frame, int layer) {
 int placeAliasFile(const char* path, int frame, int layer) {
   int object = placeAlias(path, frame, layer);
   if (object < 0) return 0;
-  extendScene(chainRange(object).last);
-  makeCurrent(object);
-  revealObject(object);
+  commands::showCreated(object, chainRange(object).last);
   redrawTimeline();
   return 1;
 }
@@ -244,6 +243,10 @@ bool setSourceFile(int object, int slot, const char* path) {
   return true;
 }
 
+void tellOfFurtherFiles(const platform::DroppedFiles& files) {
+  if (files.count > 1) showMessage("Only the first of the dropped files was taken", boxWarning);
+}
+
 int filesDropped(const platform::DroppedFiles& files) {
   if (files.count < 1) return 0;
   endPendingDrag(0);
@@ -254,6 +257,7 @@ int filesDropped(const platform::DroppedFiles& files) {
   if (timelineView.sceneLength < 1 && !openWithoutProject(path.c_str(), result)) return result;
   result = placeFile(path.c_str(), clampedFrameAtX(files.at.x), visibleLayerAtY(files.at.y));
   if (begins && result) zoomToFit();
+  if (result) tellOfFurtherFiles(files);
   return result;
 }
 

@@ -15,6 +15,7 @@
 #include "zenlay/model/order.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/ui/project/new_project.h"
+#include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay {
 namespace {
@@ -161,9 +162,7 @@ int restoreBackup(const char* path) {
   const ClipFormat format{header.width, header.height,    header.rate,
                           header.scale, header.audioRate, channelsBehind(file.get(), header)};
   if (!createProject(format)) return 0;
-  int length = std::clamp(header.frameCount, 1, environment.maxFrames);
-  environment.hostFunctions->setFrameCount(environment.edit, length);
-  timelineView.sceneLength = length;
+  setSceneLength(std::clamp(header.frameCount, 1, environment.maxFrames));
 
   // Grown as it is read: a small file that claims gigabytes takes no memory for them.
   std::vector<char> data;

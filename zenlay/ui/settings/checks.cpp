@@ -3,6 +3,7 @@
 #include "zenlay/model/objects.h"
 #include "zenlay/render/effect_commands.h"
 #include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/input/file_drop.h"
 #include "zenlay/ui/settings/state.h"
 #include "zenlay/ui/settings/window.h"
 
@@ -52,7 +53,8 @@ void slotClicked(int id) {
 void filesDropped(const DroppedFiles& files) {
   int slot = slotAt(files.at.y);
   if (files.count < 1 || !hasObject() || slot < 0) return;
-  sendCommand(slot << 16 | commandSetFile, reinterpret_cast<intptr_t>(files.paths[0].c_str()));
+  if (sendCommand(slot << 16 | commandSetFile, reinterpret_cast<intptr_t>(files.paths[0].c_str())))
+    tellOfFurtherFiles(files);
 }
 
 void fillEffectControls() {

@@ -172,13 +172,20 @@ void scrollTimeline(platform::ScrollAction action, Window* bar) {
     setLeftFrame(platform::controlValue(bar));
 }
 
-void extendScene(int lastFrame) {
-  int length = std::min(lastFrame < INT32_MAX ? lastFrame + 1 : lastFrame, environment.maxFrames);
-  if (length <= timelineView.sceneLength) return;
-  if (!environment.hostFunctions->setFrameCount(environment.edit, length)) return;
-  timelineView.sceneLength = length;
+bool setSceneLength(int frames) {
+  if (!environment.hostFunctions->setFrameCount(environment.edit, frames)) {
+    showMessage("The length of the scene could not be changed", boxWarning);
+    return false;
+  }
+  timelineView.sceneLength = frames;
   updateScrollBars();
   redrawTimeline();
+  return true;
+}
+
+void extendScene(int lastFrame) {
+  int length = std::min(lastFrame < INT32_MAX ? lastFrame + 1 : lastFrame, environment.maxFrames);
+  if (length > timelineView.sceneLength) setSceneLength(length);
 }
 
 }  // namespace zenlay

@@ -37,7 +37,9 @@ void revealObject(int object);
 void followCursor();
 void updateScrollBars();
 void updateTitle();
-/// Lets the current scene, and the host's clip with it, reach as far as this frame; never shortens it.
+/// The frames of the current scene and of the host's clip with it. False after a message when the host refuses.
+bool setSceneLength(int frames);
+/// Lets the current scene reach as far as this frame; never shortens it.
 void extendScene(int lastFrame);
 /// Everything anew after the model was replaced or another scene was entered.
 void showModel();
