@@ -11,21 +11,21 @@ PlaybackFilter* living = nullptr;
 
 PlaybackFilter::PlaybackFilter() {
   living = this;
-  record_.name = "Playback window";
+  record_.name = zenlay::playbackFilter;
   record_.windowProcedure = procedure;
 }
 
 PlaybackFilter::~PlaybackFilter() { living = nullptr; }
 
 void PlaybackFilter::notify(int frame, int flags) const {
-  for (PlaybackCallback callback : callbacks_) callback(frame, flags);
+  for (zenlay::PlaybackCallback callback : callbacks_) callback(frame, flags);
 }
 
 int PlaybackFilter::procedure(zenlay::WindowHandle, uint32_t message, intptr_t first, intptr_t second,
                               zenlay::EditHandle, zenlay::HostFilterRecord*) {
-  if (!living || message != zenlay::messageCommand || first != playbackLink || !second) return 0;
-  auto callback = reinterpret_cast<PlaybackCallback>(second);
-  std::vector<PlaybackCallback>& known = living->callbacks_;
+  if (!living || message != zenlay::messageCommand || first != zenlay::playbackLink || !second) return 0;
+  auto callback = reinterpret_cast<zenlay::PlaybackCallback>(second);
+  std::vector<zenlay::PlaybackCallback>& known = living->callbacks_;
   if (std::find(known.begin(), known.end(), callback) == known.end()) known.push_back(callback);
   return 0;
 }

@@ -1,4 +1,4 @@
-// The host's own filter "Playback window": other filters hand it a callback and are told of playback.
+// The host's own filter zenlay::playbackFilter: other filters hand it a callback and are told of playback.
 #pragma once
 
 #include <cstdint>
@@ -8,16 +8,7 @@
 
 namespace cinora::desktop {
 
-/// Of a notification.
-enum PlaybackFlag : int32_t {
-  playbackHideAids = 0x1,  // a frame is about to be made that shows the film alone
-  playbackFrameShown = 0x2,
-  playbackStart = 0x4,
-  playbackEnd = 0x8,
-};
-using PlaybackCallback = int (*)(int32_t frame, int32_t flags);
-/// Code of the command message that brings a callback as its second parameter.
-inline constexpr int playbackLink = 900;
+using enum zenlay::PlaybackFlag;
 
 /// One at a time.
 class PlaybackFilter {
@@ -35,7 +26,7 @@ class PlaybackFilter {
                        zenlay::HostFilterRecord*);
 
   zenlay::HostFilterRecord record_{};
-  std::vector<PlaybackCallback> callbacks_;
+  std::vector<zenlay::PlaybackCallback> callbacks_;
 };
 
 }  // namespace cinora::desktop

@@ -86,7 +86,7 @@ TEST_F(Backup, IsWrittenWhenWantedAndDue) {
     environment.projectOpen = true;
     environment.backupDirectory = scratch / "backup/";
     timelineView.sceneLength = 300;
-    configureBackups();
+    restartBackupInterval();
     lastBackup -= 5 * minute;
     row.change();
     writeAutomaticBackup(row.force);
@@ -99,7 +99,7 @@ TEST_F(Backup, IsWrittenWhenWantedAndDue) {
 }
 
 TEST_F(Backup, SavingBeginsWithOne) {
-  configureBackups();
+  restartBackupInterval();
   mainFilterRecord.saveStart(&mainFilterRecord, 0, 299, nullptr);
   mainFilterRecord.saveEnd(&mainFilterRecord, nullptr);
   EXPECT_EQ(names().size(), 1u);

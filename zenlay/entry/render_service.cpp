@@ -1,6 +1,5 @@
 #include "zenlay/entry/render_service.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -9,24 +8,20 @@
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/render/convert.h"
+#include "zenlay/render/own_frame.h"
 #include "zenlay/render/pipeline.h"
 
 namespace zenlay {
 namespace {
 
 constexpr int serviceNumber = 12337;
-constexpr int64_t minServiceBuffer = 2097152;
 constexpr uint32_t serviceFrameFlags = processFlattening;  // onto an empty frame with alpha
 
 platform::SharedMemory* serviceMapping;
-FramePixel* buffers[2];
-size_t bufferBytes;
+OwnFrame rendered;
 
 int endRender() {
-  for (FramePixel*& buffer : buffers) {
-    if (buffer) platform::releaseMemory(buffer, bufferBytes);
-    buffer = nullptr;
-  }
+  releaseFrame(rendered);
   return 1;
 }
 
@@ -40,12 +35,7 @@ int beginRender(int32_t values[6]) {
                             clip.rate,
                             clip.scale};
   memcpy(values, state, sizeof state);
-  endRender();
-  bufferBytes = static_cast<size_t>(std::max(environment.workBufferBytes, minServiceBuffer));
-  for (FramePixel*& buffer : buffers) buffer = static_cast<FramePixel*>(platform::reserveMemory(bufferBytes));
-  if (buffers[0] && buffers[1]) return 1;
-  endRender();
-  return 0;
+  return reserveFrame(rendered);
 }
 
 /// Bottom-up 32-bit rows.
@@ -61,22 +51,8 @@ void convertFrame(const FrameProcessInfo& info) {
 }
 
 void* renderFrame(int32_t frame) {
-  if (!buffers[0]) return nullptr;
-  FrameProcessInfo info{};
-  info.flags = serviceFrameFlags;
-  info.frame = buffers[0];
-  info.scratch = buffers[1];
-  info.width = environment.outputWidth;
-  info.height = environment.outputHeight;
-  info.maxWidth = environment.bufferWidth;
-  info.maxHeight = environment.maxHeight;
-  info.frameNumber = frame;
-  info.frameCount = timelineView.sceneLength;
-  info.originalWidth = info.width;
-  info.originalHeight = info.height;
-  info.edit = environment.edit;
-  info.pixelBytes = sizeof(FramePixel);
-  info.lineBytes = environment.bufferWidth * static_cast<int>(sizeof(FramePixel));
+  if (!rendered.image) return nullptr;
+  FrameProcessInfo info = infoOfFrame(rendered, frame, serviceFrameFlags);
   memset(info.frame, 0, static_cast<size_t>(environment.workLineBytes) * info.height);
   renderSceneFrame(&info, layersPerScene, 0, 0, 0);
   convertFrame(info);

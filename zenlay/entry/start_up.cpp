@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/canvas.h"
 #include "platform/paths.h"
 #include "platform/system.h"
 #include "platform/window.h"
@@ -42,10 +41,7 @@ constexpr int minHostBuild = 9933;
 constexpr int maxShadow = 0x10000;
 constexpr int shadowAlignment = 16;
 constexpr int cameraViewWidth = 640, cameraViewHeight = 480;
-constexpr int playbackLink = 900;  // code of the command that hands our callback to the playback window
-constexpr char playbackName[] = "Playback window";
 
-platform::Canvas* memoryCanvas;
 platform::HookHandle* keyboardHook;
 
 int onPlayback(int32_t frame, int32_t flags) {
@@ -69,7 +65,6 @@ void resetState(HostFilterRecord* filter, const HostSystemInfo& system) {
   WindowHandle window = filter->window;
   environment = Environment{};
   environment.hostBuild = system.build;
-  environment.moduleInstance = filter->module;
   environment.timelineWindow = window;
   environment.mainFilter = filter;
   environment.hostMainWindow = window ? platform::windowOwner(window) : nullptr;
@@ -87,7 +82,6 @@ void resetState(HostFilterRecord* filter, const HostSystemInfo& system) {
 void takePathsAndLimits(const HostSystemInfo& system) {
   environment.modulePath = platform::modulePathOf(reinterpret_cast<const void*>(&startUp));
   environment.pluginDirectory = platform::folderOf(environment.modulePath);
-  environment.hostDirectory = platform::folderOf(platform::programPath());
   environment.backupDirectory = environment.pluginDirectory + "backup/";
   environment.maxWidth = system.maxWidth;
   environment.maxHeight = system.maxHeight;
@@ -110,12 +104,12 @@ bool takeWorkBuffer(HostFilterRecord* filter) {
 }
 
 void linkHostFilters(int count) {
+  constexpr PlaybackCallback callback = onPlayback;
   for (int i = 0; i < count; i++) {
     HostFilterRecord* filter = environment.hostFunctions->getFilterRecord(i);
     if (!filter || !filter->name) continue;
-    if (strcmp(filter->name, playbackName) == 0 && filter->window) {
-      platform::postMessage(filter->window, messageCommand, playbackLink, reinterpret_cast<intptr_t>(&onPlayback));
-    }
+    if (strcmp(filter->name, playbackFilter) == 0 && filter->window)
+      platform::postMessage(filter->window, messageCommand, playbackLink, reinterpret_cast<intptr_t>(callback));
     if (strcmp(filter->name, mainFilterRecord.name) == 0 && filter->name != mainFilterRecord.name) {
       showMessage(
           "Multiple Zenlay plug-ins have been registered\nThere is a possibility that it may not operate normally",
@@ -146,7 +140,6 @@ int startUp(HostFilterRecord* filter) {
     showMessage("Unable to reserve memory", boxError);
     return 0;
   }
-  memoryCanvas = platform::createMemoryCanvas(1, 1);
   setHandleLimit(filter->functions->readIntSetting(filter, "avi_handle_max", defaultMediaHandles));
   initialiseImageCache(filter->functions->readIntSetting(filter, "image_cache_max", defaultImageCacheSlots));
   readModuleFiles(environment.modulePath);
@@ -184,8 +177,6 @@ int shutDown(HostFilterRecord*) {
     platform::releaseMemory(environment.workBuffer, static_cast<size_t>(environment.workBufferBytes));
   }
   environment.workBuffer = nullptr;
-  if (memoryCanvas) platform::releaseCanvas(memoryCanvas);
-  memoryCanvas = nullptr;
   freeObjects();
   freeClipboard();
   return 1;

@@ -14,7 +14,6 @@ inline constexpr int defaultShadowMax = 2048;
 
 struct Environment {
   int32_t hostBuild;
-  ModuleHandle moduleInstance;
   WindowHandle timelineWindow;
   WindowHandle hostMainWindow;         // owner of timelineWindow
   HostFilterRecord* mainFilter;
@@ -24,7 +23,6 @@ struct Environment {
 
   std::string modulePath;
   std::string pluginDirectory;         // ends in a separator
-  std::string hostDirectory;
   std::string backupDirectory;
 
   // Host limits.

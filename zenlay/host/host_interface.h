@@ -82,8 +82,29 @@ enum PluginCommand : int32_t {
   commandHostDelete = 1202,
 };
 
-/// A command (messageCommand) of the plug-in to the host's main window: plays the preview. second = first frame.
+// Commands (messageCommand) of the plug-in to the host's main window.
+
+/// The settings window is being moved or sized, so that the host can snap it. second = SizeMoveNotice*.
+inline constexpr int32_t hostSizeMove = 900;
+struct SizeMoveNotice {
+  WindowHandle window;
+  uint32_t message;
+  intptr_t first, second;
+};
+/// Plays the preview. second = first frame.
 inline constexpr int32_t hostPlayFromCursor = 901;
+
+/// The host's own filter that tells of playback.
+inline constexpr char playbackFilter[] = "Playback window";
+/// A command (messageCommand) to that filter's window. second = PlaybackCallback, to be called from then on.
+inline constexpr int32_t playbackLink = 900;
+enum PlaybackFlag : int32_t {
+  playbackHideAids = 0x1,  // a frame is about to be made that shows the film alone
+  playbackFrameShown = 0x2,
+  playbackStart = 0x4,
+  playbackEnd = 0x8,
+};
+using PlaybackCallback = int (*)(int32_t frame, int32_t flags);
 
 // Bits of HostFilterRecord::flags with a meaning of the plug-in's own; the others are the host's.
 enum FilterFlag : uint32_t {

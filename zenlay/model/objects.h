@@ -47,6 +47,7 @@ int headOf(int object);
 /// First frame of the first section and last frame of the last.
 struct FrameRange {
   int first, last;
+  bool operator==(const FrameRange&) const = default;
 };
 FrameRange chainRange(int object);
 /// Every section of the object's chain from its head on; the object alone when it has no chain.

@@ -19,7 +19,7 @@ constexpr const std::span<const Row>* tables[] = {&objectCommands,   &selectionC
                                                   &projectCommands};
 constexpr int customControlsBegin = 22000, customControlsEnd = 25072;
 
-int running;  // commands that have not come back from a dialog or the host
+int waiting;  // commands that have not come back from a dialog or the host
 
 const Row* findRow(int id) {
   for (const std::span<const Row>* table : tables)
@@ -35,7 +35,7 @@ const Range* findRange(int id) {
 }
 
 bool met(uint8_t needs) {
-  if (!(needs & anyTime) && (environment.saving || running > 0 || movesObjects(timelineView.dragMode))) return false;
+  if (!(needs & anyTime) && (environment.saving || waiting > 0 || movesObjects(timelineView.dragMode))) return false;
   if (needs & needsProject && timelineView.sceneLength < 1) return false;
   if (needs & needsNoProject && timelineView.sceneLength > 0) return false;
   if (needs & needsCurrent && !onTimeline(currentObject)) return false;
@@ -54,9 +54,9 @@ template <class Run>
 int runGuarded(uint8_t needs, uint8_t shows, Run run) {
   if (!met(needs)) return 0;
   const bool alone = !(needs & (anyTime | leadsOn));
-  running += alone;
+  waiting += alone;
   int changed = run();
-  running -= alone;
+  waiting -= alone;
   return show(changed, shows);
 }
 

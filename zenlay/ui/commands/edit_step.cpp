@@ -2,6 +2,7 @@
 
 #include "zenlay/host/environment.h"
 #include "zenlay/model/objects.h"
+#include "zenlay/model/scenes.h"
 #include "zenlay/model/undo.h"
 #include "zenlay/ui/settings/window.h"
 #include "zenlay/ui/timeline/selection.h"
@@ -19,6 +20,12 @@ void takeStepBack() { undo(); }
 std::vector<int> heads(TargetKind kind) {
   if (kind == targetAny) return commandTargetHeads();
   return onTimeline(currentObject) ? std::vector<int>{headOf(currentObject)} : std::vector<int>{};
+}
+
+int toggleLayer(int layer, uint32_t flag) {
+  layers[layer].flags ^= flag;
+  dropUnselectable();
+  return 1;
 }
 
 void showCreated(int object, int lastFrame) {

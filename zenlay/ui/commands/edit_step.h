@@ -1,6 +1,7 @@
 // What the commands and the windows edit by: one undo step an edit, the objects it is about, showing what it made.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 namespace zenlay::commands {
@@ -21,6 +22,9 @@ int inOneStep(Edit edit) {
 enum TargetKind { targetAny, targetCurrent };
 /// Chain heads.
 std::vector<int> heads(TargetKind = targetAny);
+
+/// A LayerFlag, on or off; what can then not be selected is let go of. 1.
+int toggleLayer(int layer, uint32_t flag);
 
 /// The object becomes current and is brought into view; the scene reaches as far as it and what was created with it.
 void showCreated(int object, int lastFrame);

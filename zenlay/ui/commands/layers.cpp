@@ -17,12 +17,6 @@ namespace {
 
 int clicked() { return clickPosition.layer; }
 
-int toggleLayer(int layer, uint32_t flag) {
-  layers[layer].flags ^= flag;
-  dropUnselectable();
-  return 1;
-}
-
 int toggleShownLayer(const Call& call) {
   if (!call.fromHost) return toggleLayer(clicked(), layerHidden);
   return onTimeline(currentObject) ? toggleLayer(objects[currentObject].layer, layerHidden) : 0;

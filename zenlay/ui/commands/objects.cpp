@@ -17,6 +17,7 @@
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/menus/menus.h"
 #include "zenlay/ui/settings/window.h"
+#include "zenlay/ui/timeline/frame_selection.h"
 #include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/snapping.h"
 #include "zenlay/ui/timeline/timeline.h"
@@ -91,10 +92,10 @@ int splitTarget(int frame) {
 }
 
 int cutTarget() {
-  int first, last;
-  if (!frameSelection(&first, &last)) return 0;
+  const FrameRange cut = frameSelection();
+  if (cut == noFrames) return 0;
   return inOneStep([=] {
-    const std::vector<int> pieces = cutAtRange(commandTargets(), first, last);
+    const std::vector<int> pieces = cutAtRange(commandTargets(), cut.first, cut.last);
     for (int piece : pieces) selectChain(piece);
     if (!pieces.empty()) followCursor();
     return !pieces.empty();

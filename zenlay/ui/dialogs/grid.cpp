@@ -7,6 +7,7 @@
 #include "zenlay/host/preferences.h"
 #include "zenlay/ui/dialogs/controls.h"
 #include "zenlay/ui/dialogs/dialogs.h"
+#include "zenlay/ui/timeline/beat_grid.h"
 #include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay {
@@ -50,8 +51,6 @@ constexpr DialogItem items[] = {
     {controlButton, dialogCancel, {133, 200, 50, 14}, "Cancel"},
 };
 constexpr DialogTable table{"Grid Setting", {190, 221}, items};
-
-constexpr int tempoUnit = 10000;  // grid_tempo per beat a minute
 
 std::string tempoText(int tempo) {
   std::string text = std::to_string(tempo / tempoUnit);

@@ -6,6 +6,7 @@
 #include "zenlay/ui/dialogs/controls.h"
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/project/new_project.h"
+#include "zenlay/ui/timeline/paint.h"
 
 namespace zenlay {
 
@@ -31,11 +32,6 @@ struct Length {
   int frames;
   bool filling;
 };
-
-/// Hundredths of a second, cut off.
-int64_t hundredthsOf(int frames) {
-  return int64_t{frames} * 100 * environment.clip.scale / std::max(environment.clip.rate, 1);
-}
 
 void activate(Window* dialog, int id) {
   lastUsed = id;

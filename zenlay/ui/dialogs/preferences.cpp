@@ -188,7 +188,7 @@ void take(Window* dialog) {
       if (isTicked(dialog, row.firstId + i)) preferences.*row.value = i;
   preferences.auto_save_num = std::clamp(numberIn(dialog, backupCountEdit), 0, maxBackups);
   preferences.auto_save_time = std::clamp(numberIn(dialog, backupMinutesEdit), 1, maxMinutes);
-  configureBackups();
+  restartBackupInterval();
   pruneBackups();
   takeMemory(dialog);
   if (preferences.small_layer != layerHeight) applyLayerHeight();

@@ -2,11 +2,11 @@
 #include <cstdlib>
 
 #include "zenlay/host/environment.h"
-#include "zenlay/host/preferences.h"
 #include "zenlay/model/objects.h"
 #include "zenlay/model/order.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/ui/commands/edit_step.h"
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/input/input.h"
 #include "zenlay/ui/timeline/drag.h"
@@ -34,11 +34,6 @@ void setCursorFromX(int x) {
   moveCursor(frame);
 }
 
-void toggleHidden(int layer) {
-  layers[layer].flags ^= layerHidden;
-  preferences.object_range ? redrawTimeline() : redrawLayer(layer);
-}
-
 void selectLayer(int layer) {
   std::vector<int> list;
   for (int i = layerRanges[layer].first; i <= layerRanges[layer].last; i++) list.push_back(indexOf(layerOrder[i]));
@@ -62,8 +57,8 @@ int pressHeader(Point at, intptr_t state) {
       selectLayer(layer);
       return 0;
     }
-    toggleHidden(layer);
-    return 1;
+    redrawTimeline();
+    return commands::toggleLayer(layer, layerHidden);
   }
   if (at.y < gaugeTop) return pressSceneButton(at);
   beginDrag(dragGauge);

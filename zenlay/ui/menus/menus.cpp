@@ -10,6 +10,7 @@
 #include "zenlay/ui/commands/command_ids.h"
 #include "zenlay/ui/menus/fill.h"
 #include "zenlay/ui/menus/tables.h"
+#include "zenlay/ui/timeline/frame_selection.h"
 #include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/timeline.h"
 
@@ -64,11 +65,7 @@ struct GreyedItem {
 constexpr GreyedItem greyedItems[] = {
     {commandUndo, [] { return undoSteps() > 0; }},
     {commandPaste, [] { return clipboardEntries() > 0; }},
-    {commandCut,
-     [] {
-       int first, last;
-       return frameSelection(&first, &last);
-     }},
+    {commandCut, [] { return frameSelection() != noFrames; }},
     {commandRemoveMidpoint, [] { return onTimeline(clickPosition.section); }},
     {commandUngroup, [] { return anySelected([](const ObjectRecord& o) { return o.group != 0; }); }},
     {commandSpaceMidpointsByTime, [] { return anySelected([](const ObjectRecord& o) { return o.chainHead >= 0; }); }},
@@ -132,14 +129,6 @@ ContextMenu effectMenuOf(int object) {
   if (flags & objectAudio) return mediaOrEffect ? menuAudioEffects : menuAudioFilters;
   if (mediaOrEffect) return menuVideoEffects;
   return flags & objectControl ? menuCameraEffects : menuVideoFilters;
-}
-
-bool frameSelection(int* first, int* last) {
-  int32_t from = 0, to = -1;
-  if (!environment.hostFunctions->getSelection(environment.edit, &from, &to)) return false;
-  *first = from;
-  *last = to;
-  return from <= to && (from > 0 || to < timelineView.sceneLength - 1);
 }
 
 }  // namespace zenlay

@@ -40,7 +40,5 @@ void registerShortcuts();
 ContextMenu effectMenuOf(int object);
 /// Whether the effect is listed in one of the menu's generated parts.
 bool menuLists(ContextMenu, int effect);
-/// Whether the host has a selection of frames that is not the whole scene, and which.
-bool frameSelection(int* first, int* last);
 
 }  // namespace zenlay

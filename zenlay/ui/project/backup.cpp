@@ -107,7 +107,7 @@ int32_t channelsBehind(FILE* file, const BackupHeader& header) {
 
 uint32_t lastBackup;
 
-void configureBackups() { lastBackup = platform::tickCount(); }
+void restartBackupInterval() { lastBackup = platform::tickCount(); }
 
 void pruneBackups() {
   std::vector<std::string> names = backups();

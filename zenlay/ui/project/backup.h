@@ -8,8 +8,8 @@ namespace zenlay {
 
 extern uint32_t lastBackup;  // tick count from which the interval runs
 
-/// Takes the number and interval from the preferences and restarts the interval.
-void configureBackups();
+/// The interval runs from now.
+void restartBackupInterval();
 /// Deletes what exceeds `auto_save_num`, the oldest first.
 void pruneBackups();
 /// Writes a backup into the backup folder when the preferences want it and the project holds something; without

@@ -11,6 +11,7 @@
 #include "zenlay/ui/project/backup.h"
 #include "zenlay/ui/settings/window.h"
 #include "zenlay/ui/timeline/drag.h"
+#include "zenlay/ui/timeline/frame_selection.h"
 #include "zenlay/ui/timeline/selection.h"
 #include "zenlay/ui/timeline/timeline.h"
 
@@ -19,13 +20,8 @@ namespace {
 
 constexpr char projectEnding[] = ".zenlay";
 
-struct FrameSelection {
-  int32_t first = 0, last = -1;
-  bool operator==(const FrameSelection&) const = default;
-};
-FrameSelection shownSelection;
+FrameRange shownSelection = noFrames;
 
-/// The host's clip and whether it is one of ours.
 void readFileInfo(EditHandle edit) {
   environment.clip = HostFileInfo{};
   environment.hostFunctions->getFileInfo(edit, &environment.clip);
@@ -43,9 +39,8 @@ void takeFrameCount(EditHandle edit, int count) {
   redrawTimeline();
 }
 
-void followSelection(EditHandle edit) {
-  FrameSelection selected;
-  environment.hostFunctions->getSelection(edit, &selected.first, &selected.last);
+void followSelection() {
+  const FrameRange selected = frameSelection();
   if (selected != shownSelection) redrawRuler();
   shownSelection = selected;
 }
@@ -68,7 +63,7 @@ void adoptClip(EditHandle edit) {
   HostSystemInfo system{};
   if (environment.hostFunctions->getSystemInfo(edit, &system))
     environment.projectFolder = platform::folderOf(system.projectFile ? system.projectFile : "");
-  configureBackups();
+  restartBackupInterval();
   readClip(edit);
   markProject();
   timelineView.cursorFrame = environment.hostFunctions->getCurrentFrame(edit);
@@ -89,7 +84,7 @@ void dropClip() {
   environment.clip = HostFileInfo{};
   timelineView.sceneLength = timelineView.cursorFrame = timelineView.leftFrame = timelineView.savedLeftFrame = 0;
   timelineView.playbackFrame = -1;
-  shownSelection = {};
+  shownSelection = noFrames;
   updateScrollBars();
   updateTitle();
   redrawTimeline();
@@ -100,7 +95,7 @@ void followHost(EditHandle edit) {
   if (int count = host->getFrameCount(edit); count != timelineView.sceneLength) takeFrameCount(edit, count);
   if (int frame = host->getCurrentFrame(edit); frame != timelineView.cursorFrame && timelineView.sceneLength > 0)
     setCursorFrame(frame);
-  followSelection(edit);
+  followSelection();
   writeAutomaticBackup(false);
 }
 

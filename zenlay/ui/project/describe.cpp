@@ -34,9 +34,9 @@ Json describeTracks(const EffectDefinition* d) {
   bool tables = isBuiltIn(d) && d->track_scale;
   for (int i = 0; i < d->track_count; i++) {
     tracks.push_back({{"name", text(d->track_names[i])},
-                      {"default", d->track_defaults ? d->track_defaults[i] : 0},
-                      {"min", d->track_min ? d->track_min[i] : 0},
-                      {"max", d->track_max ? d->track_max[i] : 256},
+                      {"default", trackDefault(d, i)},
+                      {"min", trackMinimum(d, i)},
+                      {"max", trackMaximum(d, i)},
                       {"scale", tables ? d->track_scale[i] : 0},
                       {"bar_min", tables ? d->track_bar_min[i] : 0},
                       {"bar_max", tables ? d->track_bar_max[i] : 0},

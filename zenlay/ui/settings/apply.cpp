@@ -176,7 +176,7 @@ bool writeDefaultTracks(int slot, const EffectDefinition* d) {
   ObjectRecord& object = objects[currentObject];
   Writer writer{true};
   for (int t = 0; t < d->track_count; t++) {
-    const int track = trackOf(object, slot, t), value = d->track_defaults ? d->track_defaults[t] : 0;
+    const int track = trackOf(object, slot, t), value = trackDefault(d, t);
     writer.put(object.startValues[track], value);
     writer.put(object.endValues[track], value);
     writer.put(object.modes[track], modeNone);

@@ -11,6 +11,7 @@
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/render/convert.h"
 #include "zenlay/render/effect_commands.h"
+#include "zenlay/render/own_frame.h"
 #include "zenlay/render/pipeline.h"
 #include "zenlay/ui/commands/command_ids.h"
 #include "zenlay/ui/dialogs/dialogs.h"
@@ -38,28 +39,12 @@ FramePixel yccOf(int rgb) {
 bool framePixel(platform::Point at, FramePixel* pixel) {
   int width = environment.outputWidth, height = environment.outputHeight;
   if (at.x < 0 || at.y < 0 || at.x >= width || at.y >= height || timelineView.sceneLength < 1) return false;
-  size_t bytes = static_cast<size_t>(environment.workBufferBytes);
-  void* memory[2] = {platform::reserveMemory(bytes), platform::reserveMemory(bytes)};
-  bool rendered = false;
-  if (memory[0] && memory[1]) {
-    FrameProcessInfo info{};
-    info.frame = static_cast<FramePixel*>(memory[0]);
-    info.scratch = static_cast<FramePixel*>(memory[1]);
-    info.width = info.originalWidth = width;
-    info.height = info.originalHeight = height;
-    info.maxWidth = environment.bufferWidth;
-    info.maxHeight = environment.maxHeight;
-    info.frameNumber = timelineView.cursorFrame;
-    info.frameCount = timelineView.sceneLength;
-    info.edit = environment.edit;
-    info.pixelBytes = sizeof(FramePixel);
-    info.flags = processWithoutOverlay;
-    info.lineBytes = environment.bufferWidth * static_cast<int>(sizeof(FramePixel));
-    rendered = renderSceneFrame(&info, layersPerScene, 0, 0, 0);
-    if (rendered) *pixel = info.frame[static_cast<size_t>(environment.bufferWidth) * at.y + at.x];
-  }
-  for (void* area : memory)
-    if (area) platform::releaseMemory(area, bytes);
+  OwnFrame frame;
+  if (!reserveFrame(frame)) return false;
+  FrameProcessInfo info = infoOfFrame(frame, timelineView.cursorFrame, processWithoutOverlay);
+  const bool rendered = renderSceneFrame(&info, layersPerScene, 0, 0, 0);
+  if (rendered) *pixel = info.frame[static_cast<size_t>(environment.bufferWidth) * at.y + at.x];
+  releaseFrame(frame);
   return rendered;
 }
 

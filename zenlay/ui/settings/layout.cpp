@@ -20,7 +20,6 @@ using namespace platform;
 constexpr int firstBlock = 28;
 constexpr int blockHeader = 18;  // from a block's top to its first row
 constexpr int trackHeight = 25, checkHeight = 21, emptyHeight = 2, toggleWidth = 20;
-constexpr int hostMinimum = 0, hostMaximum = 256;
 
 LayoutKey layoutKeyOf(int object) {
   LayoutKey key{};
@@ -34,9 +33,9 @@ LayoutKey layoutKeyOf(int object) {
 
 void setLimits(TrackRowState& side, const EffectDefinition* d, int t) {
   side.scale = trackScale(d, t);
-  side.fallback = d->track_defaults ? d->track_defaults[t] : 0;
-  side.minimum = d->track_min ? d->track_min[t] : hostMinimum;
-  side.maximum = d->track_max ? d->track_max[t] : hostMaximum;
+  side.fallback = trackDefault(d, t);
+  side.minimum = trackMinimum(d, t);
+  side.maximum = trackMaximum(d, t);
   bool ownBar = isBuiltIn(d) && d->track_bar_min && d->track_bar_max;
   int low = ownBar ? d->track_bar_min[t] : side.minimum, high = ownBar ? d->track_bar_max[t] : side.maximum;
   setControlRange(side.bar, low / side.multiplier, high / side.multiplier, barPage);

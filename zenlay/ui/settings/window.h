@@ -30,15 +30,6 @@ void moveSettingsCursor();
 /// Sees the program's keys first (installKeyHook): 1 = a key pressed in this window that was taken.
 int settingsKey(int key, bool down);
 
-/// What the host's main window receives as its command 900 while the user moves or sizes this window, so that it can
-/// snap it; the second parameter points to it.
-struct SizeMoveNotice {
-  platform::Window* window;
-  uint32_t message;
-  intptr_t first, second;
-};
-inline constexpr int hostSizeMove = 900;
-
 /// A control (`kind`: SettingsControl) of the slot's track or check `index`; null unless the object belongs to the
 /// current object's chain.
 platform::Window* settingsControl(int object, int slot, int kind, int index);
@@ -94,8 +85,8 @@ bool colorPickPending();
 void endColorPick();
 /// The object is no more.
 void forgetColorPick(int object);
-/// A click on the host's main image, in pixels of the frame as rendered: the current frame is rendered and its pixel sent as
-/// commandColorPicked. 1 when a pick was pending.
+/// A click on the host's main image, in pixels of the frame as rendered: the current frame is rendered and its pixel
+/// sent as commandColorPicked. 1 when a pick was pending.
 int pickImageColor(platform::Point);
 /// With the left button down somewhere on the screen: the pixel under the cursor, unless the click lies in the host's
 /// main window of an open project. 1 when a pick was pending and is done.

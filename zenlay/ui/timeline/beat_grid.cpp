@@ -10,30 +10,29 @@
 namespace zenlay {
 namespace {
 
-constexpr double tempoUnit = 10000;  // grid_tempo per BPM
-constexpr double lineSpacing = 8;    // pixels
+constexpr double lineSpacing = 8;  // pixels
 
 /// Beats in so many frames. The quotient comes last, so that whole numbers of beats are met exactly.
 double beatsIn(double frames) {
   const GridSettings& grid = preferences.grid;
   return frames * (static_cast<double>(grid.grid_tempo) * environment.clip.scale) /
-         (tempoUnit * environment.clip.rate * 60);
+         (double{tempoUnit} * environment.clip.rate * 60);
 }
 
 double framesOf(double beats) {
-  return beats * (tempoUnit * environment.clip.rate * 60) /
+  return beats * (double{tempoUnit} * environment.clip.rate * 60) /
          (static_cast<double>(preferences.grid.grid_tempo) * environment.clip.scale);
 }
 
-int64_t indexOf(int frame, bool bars) { return bars ? barIndex(frame) : beatIndex(frame); }
+int64_t beatOrBar(int frame, bool bars) { return bars ? barIndex(frame) : beatIndex(frame); }
 
 /// First frame of that beat or bar.
 int64_t beginning(int64_t index, bool bars) {
   double beats = static_cast<double>(index) * (bars ? preferences.grid.grid_time : 1);
   int64_t frame = static_cast<int64_t>(std::ceil(framesOf(beats))) + preferences.grid.grid_base - 1;
   frame = std::clamp<int64_t>(frame, INT32_MIN / 2, INT32_MAX / 2);
-  if (indexOf(static_cast<int>(frame) - 1, bars) >= index) return frame - 1;  // rounded up too far
-  return frame + (indexOf(static_cast<int>(frame), bars) < index);
+  if (beatOrBar(static_cast<int>(frame) - 1, bars) >= index) return frame - 1;  // rounded up too far
+  return frame + (beatOrBar(static_cast<int>(frame), bars) < index);
 }
 
 }  // namespace
@@ -59,7 +58,7 @@ int64_t barIndex(int frame) {
 bool beginsBar(int64_t index) { return preferences.grid.grid_time != 0 && index % preferences.grid.grid_time == 0; }
 
 int nearestBeat(int frame, bool bars) {
-  int64_t index = indexOf(frame, bars);
+  int64_t index = beatOrBar(frame, bars);
   int64_t before = beginning(index, bars), after = beginning(index + 1, bars);
   return static_cast<int>(frame - before <= after - frame ? before : after);
 }

@@ -5,6 +5,8 @@
 
 namespace zenlay {
 
+inline constexpr int tempoUnit = 10000;  // of grid_tempo per beat a minute
+
 /// What the zoom lets be shown: fewer than one line in 8 pixels.
 enum BeatLines { beatLinesNone, beatLinesBars, beatLinesBeats };
 BeatLines beatLines();

@@ -17,13 +17,6 @@ namespace zenlay {
 
 namespace {
 
-enum PlaybackFlag : uint32_t {
-  playbackHideAids = 0x1,
-  playbackFrameShown = 0x2,
-  playbackStart = 0x4,
-  playbackEnd = 0x8
-};
-
 /// Playback does not take the view away from under what the mouse holds.
 bool viewIsHeld() { return environment.playing && timelineView.dragMode != dragNone; }
 

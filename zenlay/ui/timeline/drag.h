@@ -66,8 +66,8 @@ inline constexpr int dragTimer = 1;
 
 // The rules. True when something changed; undo was recorded before that, rows and the order are up to date.
 
-/// Moves the selected objects.
-bool moveSelection(int frames, int layersDown, bool snaps, bool shift);
+/// Moves the selected objects; `vertical`: to other layers without changing their frames.
+bool moveSelection(int frames, int layersDown, bool snaps, bool vertical);
 /// Moves the edges of drag.edges.
 bool moveEdges(int frames, bool snaps);
 /// For dragStart or dragEnd: the edge of the object and of those of its group on other layers that begin (end) with it.

@@ -29,6 +29,8 @@ void paintObject(const Painting&, int object);
 void paintRuler(const Painting&);
 void paintHeaderBox(const Painting&);
 
+/// Of a second, at the clip's frame rate, cut off; 0 without a clip.
+int64_t hundredthsOf(int frames);
 /// "%02d:%02d:%02d.%02d": hours, minutes, seconds and hundredths at the clip's frame rate.
 std::string timeText(int frame);
 

@@ -152,12 +152,6 @@ void redrawTimeline() {
   drawUnlessNoted();
 }
 
-void redrawLayer(int layer) {
-  if (layer < 0 || layer >= layersPerScene) return;
-  redraw.layers[layer] = true;
-  drawUnlessNoted();
-}
-
 void redrawLayers(const bool (&touched)[layersPerScene]) {
   for (int layer = 0; layer < layersPerScene; layer++) redraw.layers[layer] |= touched[layer];
   drawUnlessNoted();

@@ -6,6 +6,7 @@
 #include "zenlay/host/preferences.h"
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
+#include "zenlay/ui/timeline/frame_selection.h"
 #include "zenlay/ui/timeline/layout.h"
 #include "zenlay/ui/timeline/paint.h"
 
@@ -24,21 +25,9 @@ constexpr int labelTop = 14;
 constexpr int gaugeBars = zoomLevels - 1;
 constexpr platform::Rect sceneButton{0, 1, 61, 20};
 
-struct HostSelection {
-  int first = 0, last = -1;
-};
-
-/// Empty when the whole scene is selected.
-HostSelection hostSelection() {
-  HostSelection s;
-  if (timelineView.sceneLength < 1 || !environment.hostFunctions->getSelection(environment.edit, &s.first, &s.last))
-    return {};
-  return s.first <= 0 && s.last >= timelineView.sceneLength - 1 ? HostSelection{} : s;
-}
-
 void paintSelection(const Painting& painting) {
-  HostSelection selected = hostSelection();
-  if (selected.first > selected.last) return;
+  const FrameRange selected = frameSelection();
+  if (selected == noFrames) return;
   int from = xOfFrame(selected.first), to = std::max(xOfFrame(selected.last + 1) - 1, from);
   int top = rulerBottom + 1 - selectionHeight;
   platform::fillRect(painting.canvas, {from, top, to - from + 1, selectionHeight}, painting.colors.selection);
@@ -75,9 +64,13 @@ void paintTicks(Canvas* canvas) {
 
 }  // namespace
 
+int64_t hundredthsOf(int frames) {
+  const int64_t rate = environment.clip.rate, scale = environment.clip.scale;
+  return rate > 0 ? 100 * int64_t{frames} * scale / rate : 0;
+}
+
 std::string timeText(int frame) {
-  int64_t rate = environment.clip.rate, scale = environment.clip.scale;
-  int64_t hundredths = rate > 0 ? 100 * int64_t{frame} * scale / rate : 0;
+  const int64_t hundredths = hundredthsOf(frame);
   char text[48];
   snprintf(text, sizeof text, "%02d:%02d:%02d.%02d", static_cast<int>(hundredths / 360000),
            static_cast<int>(hundredths % 360000 / 6000), static_cast<int>(hundredths % 6000 / 100),

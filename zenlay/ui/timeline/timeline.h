@@ -11,7 +11,6 @@ namespace zenlay {
 // Within a message to the timeline window these only note what is to be drawn when it has been dealt with; otherwise
 // they draw at once.
 void redrawTimeline();  // all of it
-void redrawLayer(int layer);
 void redrawLayers(const bool (&touched)[layersPerScene]);
 void redrawObjects(std::span<const int> objects);
 void redrawChain(int object);
