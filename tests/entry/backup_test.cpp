@@ -75,7 +75,6 @@ TEST_F(Backup, IsWrittenWhenWantedAndDue) {
        1},
       {"switched off", true, [] { preferences.auto_save = 0; }, 0},
       {"no files wanted", true, [] { preferences.auto_save_num = 0; }, 0},
-      {"no interval", true, [] { preferences.auto_save_time = 0; }, 0},
       {"no frames", true, [] { timelineView.sceneLength = 0; }, 0},
       {"no folder", true, [] { environment.backupDirectory.clear(); }, 0},
       {"no objects", true, [] { deleteAllObjects(); }, 0},
@@ -113,7 +112,7 @@ TEST_F(Backup, KeepsTheStatedNumberOfFiles) {
   ASSERT_EQ(left.size(), 3u);
   EXPECT_EQ(left[0], "2021-01-01_00-00-00.zenlay_backup");
   EXPECT_EQ(newestBackup(), environment.backupDirectory + left[2]);
-  preferences.auto_save_num = -7;
+  preferences.auto_save_num = 0;
   pruneBackups();
   EXPECT_TRUE(names().empty());
 }

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "zenlay/ui/input/window_procedure.h"
+#include "zenlay/ui/project/clip.h"
 
 namespace zenlay {
 namespace {

@@ -65,5 +65,30 @@ TEST(Preferences, ReadDefaultsAndComeBackAsWritten) {
   EXPECT_EQ(preferences.pair_move, 0);
 }
 
+TEST(Preferences, WhatIsOutOfRangeIsPutRightAsItIsRead) {
+  struct Row {
+    const char* key;
+    int32_t Preferences::*value;
+    int stored, read;
+  };
+  const Row rows[] = {{"small_layer", &Preferences::small_layer, -1, 2},
+                      {"small_layer", &Preferences::small_layer, 3, 0},
+                      {"edit_time_type", &Preferences::edit_time_type, 2, 0},
+                      {"auto_save_num", &Preferences::auto_save_num, -1, 0},
+                      {"auto_save_num", &Preferences::auto_save_num, 1001, 1000},
+                      {"auto_save_time", &Preferences::auto_save_time, 0, 1},
+                      {"auto_save_time", &Preferences::auto_save_time, 10001, 10000},
+                      {"new_w", &Preferences::new_w, 0, 640},
+                      {"new_h", &Preferences::new_h, -1, 480},
+                      {"new_hz", &Preferences::new_hz, 0, 44100},
+                      {"config_x", &Preferences::config_x, -1920, -1920}};
+  for (const Row& row : rows) {
+    test::resetFakeHost();
+    test::fakeHost.intSettings[row.key] = row.stored;
+    readPreferences();
+    EXPECT_EQ(preferences.*row.value, row.read) << row.key << row.stored;
+  }
+}
+
 }  // namespace
 }  // namespace zenlay

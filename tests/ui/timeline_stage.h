@@ -21,6 +21,7 @@
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
 #include "zenlay/ui/input/window_procedure.h"
+#include "zenlay/ui/project/clip.h"
 #include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/layout.h"
 #include "zenlay/ui/timeline/timeline.h"

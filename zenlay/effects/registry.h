@@ -45,7 +45,9 @@ inline int trackScale(const EffectDefinition* d, int track) {
   return isBuiltIn(d) && d->track_scale && d->track_scale[track] > 1 ? d->track_scale[track] : 1;
 }
 /// What a foreign filter leaves out is the host's.
-inline int trackDefault(const EffectDefinition* d, int track) { return d->track_defaults ? d->track_defaults[track] : 0; }
+inline int trackDefault(const EffectDefinition* d, int track) {
+  return d->track_defaults ? d->track_defaults[track] : 0;
+}
 inline int trackMinimum(const EffectDefinition* d, int track) { return d->track_min ? d->track_min[track] : 0; }
 inline int trackMaximum(const EffectDefinition* d, int track) { return d->track_max ? d->track_max[track] : 256; }
 

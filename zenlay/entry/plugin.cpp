@@ -13,8 +13,8 @@
 #include "zenlay/render/pipeline.h"
 #include "zenlay/ui/input/window_procedure.h"
 #include "zenlay/ui/project/backup.h"
+#include "zenlay/ui/project/clip.h"
 #include "zenlay/ui/settings/window.h"
-#include "zenlay/ui/timeline/timeline.h"
 
 namespace zenlay {
 namespace {

@@ -256,7 +256,7 @@ struct HostFunctionTable {
   int32_t (*getSelection)(EditHandle, int32_t* first, int32_t* last);        // 0x70
   int32_t (*setSelection)(EditHandle, int32_t first, int32_t last);          // 0x74
   void* unused78[2];
-  /// `name` has room for 260 bytes; `filter` is pairs of NUL-terminated strings (label, patterns) ended by an empty one.
+  /// `name` has room for 260 bytes; `filter` is pairs of NUL-terminated strings (label, patterns), then an empty one.
   int32_t (*askLoadFileName)(char* name, const char* filter, const char* initial);  // 0x80
   int32_t (*askSaveFileName)(char* name, const char* filter, const char* initial);  // 0x84
   int32_t (*readIntSetting)(HostFilterRecord*, const char* key, int32_t fallback);   // 0x88

@@ -1,4 +1,5 @@
-// What the module reads from its own files beside it: zenlay.ini (section `extension`) and zenlay.col (the palette).
+// What the module reads from its own files beside it: zenlay.ini (sections `platform`, whose code page is set, and
+// `extension`) and zenlay.col (the palette).
 #pragma once
 
 #include <cstdint>

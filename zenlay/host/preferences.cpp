@@ -1,5 +1,8 @@
 #include "zenlay/host/preferences.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "zenlay/host/environment.h"
 
 namespace zenlay {
@@ -8,6 +11,28 @@ Preferences preferences;
 
 namespace {
 
+/// What a stored number becomes that is none of those allowed.
+struct Range {
+  int32_t min = INT32_MIN, max = INT32_MAX;  // the nearest of these
+  int32_t choices = 0;                       // the rest of a division by so many
+  bool positive = false;                     // the default
+};
+constexpr Range oneOf(int32_t choices) { return {.choices = choices}; }
+constexpr Range positive{.positive = true};
+
+int32_t allowed(int32_t value, const Range& range, int32_t fallback) {
+  if (range.positive && value < 1) return fallback;
+  if (range.choices > 0) return (value % range.choices + range.choices) % range.choices;
+  return std::clamp(value, range.min, range.max);
+}
+
+struct PreferenceRow {
+  const char* key;
+  int32_t Preferences::*value;
+  int32_t fallback;
+  Range range = {};
+};
+
 struct GridRow {
   const char* key;
   int32_t GridSettings::*value;
@@ -15,7 +40,7 @@ struct GridRow {
 };
 
 constexpr PreferenceRow rows[] = {
-    {"small_layer", &Preferences::small_layer, 0},
+    {"small_layer", &Preferences::small_layer, 0, oneOf(layerSizes)},
     {"w", &Preferences::w, 0},
     {"h", &Preferences::h, 0},
     {"config_x", &Preferences::config_x, 0},
@@ -27,8 +52,8 @@ constexpr PreferenceRow rows[] = {
     {"auto_scroll", &Preferences::auto_scroll, 1},
     {"sync_play_cursor", &Preferences::sync_play_cursor, 0},
     {"auto_save", &Preferences::auto_save, 1},
-    {"auto_save_num", &Preferences::auto_save_num, 10},
-    {"auto_save_time", &Preferences::auto_save_time, 5},
+    {"auto_save_num", &Preferences::auto_save_num, 10, {.min = 0, .max = maxBackups}},
+    {"auto_save_time", &Preferences::auto_save_time, 5, {.min = 1, .max = maxBackupMinutes}},
     {"fast_preview", &Preferences::fast_preview, 0},
     {"group_open", &Preferences::group_open, 1},
     {"saturation", &Preferences::saturation, 1},
@@ -37,11 +62,11 @@ constexpr PreferenceRow rows[] = {
     {"add_pt_mode", &Preferences::add_pt_mode, 0},
     {"pair_move", &Preferences::pair_move, 1},
     {"path_modify", &Preferences::path_modify, 1},
-    {"edit_time_type", &Preferences::edit_time_type, 1},
-    {"config_time_type", &Preferences::config_time_type, 0},
-    {"new_w", &Preferences::new_w, 640},
-    {"new_h", &Preferences::new_h, 480},
-    {"new_hz", &Preferences::new_hz, 44100},
+    {"edit_time_type", &Preferences::edit_time_type, 1, oneOf(timeUnits)},
+    {"config_time_type", &Preferences::config_time_type, 0, oneOf(timeUnits)},
+    {"new_w", &Preferences::new_w, 640, positive},
+    {"new_h", &Preferences::new_h, 480, positive},
+    {"new_hz", &Preferences::new_hz, 44100, positive},
     {"new_fmt", &Preferences::new_fmt, 0},
     {"zoom", &Preferences::zoom, 14},
 };
@@ -70,15 +95,17 @@ void resetPreferences() {
   preferences = {};
   for (const PreferenceRow& row : rows) preferences.*row.value = row.fallback;
   for (const GridRow& row : gridRows) preferences.grid.*row.value = row.fallback;
-  for (int i = 0; newFpsDefault[i]; i++) preferences.new_fps[i] = newFpsDefault[i];
+  memcpy(preferences.new_fps, newFpsDefault, sizeof newFpsDefault);
 }
 
 void readPreferences() {
   const HostFunctionTable* host = environment.hostFunctions;
   HostFilterRecord* filter = environment.mainFilter;
-  for (const PreferenceRow& row : rows) preferences.*row.value = host->readIntSetting(filter, row.key, row.fallback);
+  for (const PreferenceRow& row : rows)
+    preferences.*row.value = allowed(host->readIntSetting(filter, row.key, row.fallback), row.range, row.fallback);
   for (const GridRow& row : gridRows) preferences.grid.*row.value = host->readIntSetting(filter, row.key, row.fallback);
   host->readStringSetting(filter, newFps, preferences.new_fps, newFpsDefault);
+  if (!*preferences.new_fps) memcpy(preferences.new_fps, newFpsDefault, sizeof newFpsDefault);
 }
 
 void writePreferences() {

@@ -22,14 +22,11 @@ struct Preferences {
 
 extern Preferences preferences;
 
-struct PreferenceRow {
-  const char* key;
-  int32_t Preferences::*value;
-  int32_t fallback;
-};
+inline constexpr int layerSizes = 3, timeUnits = 2;
+inline constexpr int maxBackups = 1000, maxBackupMinutes = 10000;
 
 void resetPreferences();  // the defaults
-void readPreferences();   // from the store
+void readPreferences();   // from the store; every value is then within its range
 void writePreferences();
 
 }  // namespace zenlay

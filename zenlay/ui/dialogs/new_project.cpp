@@ -31,17 +31,8 @@ constexpr DialogItem items[] = {
 };
 constexpr DialogTable table{"Create a New Project", {192, 108}, items};
 
-constexpr int usualWidth = 640, usualHeight = 480, usualAudioRate = 44100;
-constexpr char usualRate[] = "30";
 constexpr size_t rateBytes = 64;  // without the terminator
 static_assert(rateBytes < sizeof(Preferences::new_fps));
-
-void makeSensible(Preferences& p) {
-  if (p.new_w < 1) p.new_w = usualWidth;
-  if (p.new_h < 1) p.new_h = usualHeight;
-  if (p.new_hz < 1) p.new_hz = usualAudioRate;
-  if (!*p.new_fps) memcpy(p.new_fps, usualRate, sizeof usualRate);
-}
 
 void enableFields(Window* dialog) {
   bool free = !isTicked(dialog, matchCheck);
@@ -49,7 +40,6 @@ void enableFields(Window* dialog) {
 }
 
 void fill(Window* dialog, bool importing) {
-  makeSensible(preferences);
   showNumber(dialog, widthEdit, preferences.new_w);
   showNumber(dialog, heightEdit, preferences.new_h);
   showNumber(dialog, audioRateEdit, preferences.new_hz);

@@ -120,9 +120,9 @@ struct RadioRow {
   int32_t Preferences::*value;
 };
 constexpr RadioRow radios[] = {
-    {rulerFrames, 2, &Preferences::edit_time_type},
-    {labelFrames, 2, &Preferences::config_time_type},
-    {layersLarge, 3, &Preferences::small_layer},
+    {rulerFrames, timeUnits, &Preferences::edit_time_type},
+    {labelFrames, timeUnits, &Preferences::config_time_type},
+    {layersLarge, layerSizes, &Preferences::small_layer},
 };
 
 /// Kept in the store alone, under `key`.
@@ -137,7 +137,6 @@ constexpr StoredRow maxWidth{maxWidthEdit, "max_w", 0}, maxHeight{maxHeightEdit,
 constexpr StoredRow shadowMap{shadowEdit, "shadow_max", defaultShadowMax};
 
 constexpr int firstBuildFindingMoved = 9930;  // of the host
-constexpr int maxBackups = 1000, maxMinutes = 10000;
 
 int stored(const StoredRow& row) {
   return environment.hostFunctions->readIntSetting(environment.mainFilter, row.key, row.fallback);
@@ -150,14 +149,9 @@ bool store(const StoredRow& row, int value) {
   return true;
 }
 
-int choiceOf(const RadioRow& row) {
-  int value = preferences.*row.value % row.count;
-  return value < 0 ? value + row.count : value;
-}
-
 void fill(Window* dialog) {
   setWindowText(controlOf(dialog, versionLabel), "Zenlay version 0.92");
-  for (const RadioRow& row : radios) tick(dialog, row.firstId + choiceOf(row), true);
+  for (const RadioRow& row : radios) tick(dialog, row.firstId + preferences.*row.value, true);
   for (const CheckRow& row : checks) tick(dialog, row.id, preferences.*row.value != 0);
   enableWindow(controlOf(dialog, findMoved), environment.hostBuild >= firstBuildFindingMoved);
   showNumber(dialog, backupMinutesEdit, preferences.auto_save_time);
@@ -187,7 +181,7 @@ void take(Window* dialog) {
     for (int i = 0; i < row.count; i++)
       if (isTicked(dialog, row.firstId + i)) preferences.*row.value = i;
   preferences.auto_save_num = std::clamp(numberIn(dialog, backupCountEdit), 0, maxBackups);
-  preferences.auto_save_time = std::clamp(numberIn(dialog, backupMinutesEdit), 1, maxMinutes);
+  preferences.auto_save_time = std::clamp(numberIn(dialog, backupMinutesEdit), 1, maxBackupMinutes);
   restartBackupInterval();
   pruneBackups();
   takeMemory(dialog);

@@ -9,6 +9,7 @@
 #include "zenlay/ui/commands/edit_step.h"
 #include "zenlay/ui/dialogs/dialogs.h"
 #include "zenlay/ui/input/input.h"
+#include "zenlay/ui/project/clip.h"
 #include "zenlay/ui/timeline/drag.h"
 #include "zenlay/ui/timeline/layout.h"
 #include "zenlay/ui/timeline/selection.h"

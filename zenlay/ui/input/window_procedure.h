@@ -9,7 +9,4 @@ namespace zenlay {
 int timelineWindowProcedure(WindowHandle, uint32_t message, intptr_t first, intptr_t second, EditHandle,
                             HostFilterRecord*);
 
-/// Whether the host clip's name is one that a new project of this plug-in was given.
-bool isProjectClip(const char* name);
-
 }  // namespace zenlay

@@ -162,35 +162,28 @@ constexpr MenuRow colorMenu[] = {
     {"Save current color to preset", 1},
 };
 
+/// By ContextMenu. The sources have generated entries alone.
+constexpr std::span<const MenuRow> rowsOfMenus[] = {
+    rowMenu,             // menuRow
+    noProjectMenu,       // menuNoProject
+    objectMenu,          // menuObject
+    layerMenu,           // menuLayer
+    sceneMenu,           // menuScene
+    settingsHeaderMenu,  // menuSettingsHeader
+    effectMenu,          // menuVideoEffects
+    effectMenu,          // menuVideoFilters
+    effectMenu,          // menuAudioEffects
+    effectMenu,          // menuAudioFilters
+    {},                  // menuVideoSource
+    {},                  // menuAudioSource
+    effectMenu,          // menuCameraEffects
+    movementMenu,        // menuMovement
+    colorMenu,           // menuColor
+};
+static_assert(std::size(rowsOfMenus) == contextMenus);
+
 }  // namespace
 
-std::span<const MenuRow> menuRows(ContextMenu menu) {
-  switch (menu) {
-    case menuRow:
-      return rowMenu;
-    case menuNoProject:
-      return noProjectMenu;
-    case menuObject:
-      return objectMenu;
-    case menuLayer:
-      return layerMenu;
-    case menuScene:
-      return sceneMenu;
-    case menuSettingsHeader:
-      return settingsHeaderMenu;
-    case menuMovement:
-      return movementMenu;
-    case menuColor:
-      return colorMenu;
-    case menuVideoEffects:
-    case menuVideoFilters:
-    case menuAudioEffects:
-    case menuAudioFilters:
-    case menuCameraEffects:
-      return effectMenu;
-    default:
-      return {};  // the sources: generated entries alone
-  }
-}
+std::span<const MenuRow> menuRows(ContextMenu menu) { return rowsOfMenus[menu]; }
 
 }  // namespace zenlay

@@ -80,8 +80,8 @@ const char* backupBytes(std::vector<char>& bytes) {
 
 /// Whether there is something to lose, and the user wants it kept.
 bool mayBackUp() {
-  return preferences.auto_save && preferences.auto_save_num > 0 && preferences.auto_save_time > 0 &&
-         timelineView.sceneLength > 0 && objectCount > 0 && !environment.backupDirectory.empty();
+  return preferences.auto_save && preferences.auto_save_num > 0 && timelineView.sceneLength > 0 && objectCount > 0 &&
+         !environment.backupDirectory.empty();
 }
 
 bool intervalIsOver() {
@@ -111,7 +111,7 @@ void restartBackupInterval() { lastBackup = platform::tickCount(); }
 
 void pruneBackups() {
   std::vector<std::string> names = backups();
-  size_t kept = std::max(preferences.auto_save_num, 0);
+  const size_t kept = static_cast<size_t>(preferences.auto_save_num);
   for (size_t i = 0; i + kept < names.size(); i++) platform::removeFile(environment.backupDirectory + names[i]);
 }
 

@@ -7,7 +7,6 @@
 #include "zenlay/model/scenes.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
-#include "zenlay/ui/input/window_procedure.h"
 #include "zenlay/ui/project/backup.h"
 #include "zenlay/ui/settings/window.h"
 #include "zenlay/ui/timeline/drag.h"

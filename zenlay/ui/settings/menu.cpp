@@ -6,7 +6,7 @@
 #include "zenlay/model/slots.h"
 #include "zenlay/model/undo.h"
 #include "zenlay/ui/commands/command_ids.h"
-#include "zenlay/ui/menus/menus.h"
+#include "zenlay/ui/menus/tables.h"
 #include "zenlay/ui/project/new_alias.h"
 #include "zenlay/ui/settings/state.h"
 #include "zenlay/ui/settings/window.h"
@@ -19,7 +19,6 @@ using namespace platform;
 namespace {
 
 constexpr int headerBottom = 31;
-constexpr char addEffectMenu[] = "Add a filter effect";
 
 bool hasRoom() { return takesEffects(currentObject) && usedSlots(currentObject) < maxSlots; }
 
@@ -117,7 +116,7 @@ using namespace settings;
 void openAddEffectMenu() {
   if (!hasObject() || !hasRoom()) return;
   platform::Menu* menu = contextMenu(effectMenuOf(currentObject));
-  runChoice(menu ? platform::findSubmenu(menu, addEffectMenu) : nullptr, platform::cursorPosition());
+  runChoice(menu ? platform::findSubmenu(menu, textAddEffect) : nullptr, platform::cursorPosition());
 }
 
 }  // namespace zenlay

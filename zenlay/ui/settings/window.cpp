@@ -63,20 +63,16 @@ intptr_t passSizeMove(uint32_t message, intptr_t first, intptr_t second) {
                      reinterpret_cast<intptr_t>(&notice));
 }
 
-intptr_t procedure(Window*, uint32_t message, intptr_t first, intptr_t second, void*) {
+void command(intptr_t first, intptr_t second) {
+  if (first == settingsMovement)
+    editMovementParameter(static_cast<int>(second));
+  else if (!state.updating)
+    controlCommand(commandId(first), commandEvent(first), reinterpret_cast<Window*>(second));
+}
+
+/// What the user does to the window itself. 1 = taken.
+intptr_t input(uint32_t message, intptr_t first, intptr_t second) {
   switch (message) {
-    case platform::messageCommand:
-      if (first == settingsMovement)
-        editMovementParameter(static_cast<int>(second));
-      else if (!state.updating)
-        controlCommand(commandId(first), commandEvent(first), reinterpret_cast<Window*>(second));
-      return 0;
-    case messageHorizontalScroll:
-      scrolled(reinterpret_cast<Window*>(second), scrollAction(first));
-      return 0;
-    case messagePaint:
-      paintAll();
-      return 0;
     case messageLeftDown:
     case messageLeftDoubleClick:
       pressStrip(unpackPoint(second));
@@ -93,6 +89,22 @@ intptr_t procedure(Window*, uint32_t message, intptr_t first, intptr_t second, v
     case messageFilesDropped:
       filesDropped(*reinterpret_cast<const DroppedFiles*>(second));
       return 0;
+    default:
+      return 0;
+  }
+}
+
+intptr_t procedure(Window*, uint32_t message, intptr_t first, intptr_t second, void*) {
+  switch (message) {
+    case platform::messageCommand:
+      command(first, second);
+      return 0;
+    case messageHorizontalScroll:
+      scrolled(reinterpret_cast<Window*>(second), scrollAction(first));
+      return 0;
+    case messagePaint:
+      paintAll();
+      return 0;
     case messageActivated:
       if (!first) pickScreenColor();
       return 0;
@@ -104,7 +116,7 @@ intptr_t procedure(Window*, uint32_t message, intptr_t first, intptr_t second, v
     case messageExitSizeMove:
       return passSizeMove(message, first, second);
     default:
-      return 0;
+      return input(message, first, second);
   }
 }
 

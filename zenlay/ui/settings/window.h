@@ -72,7 +72,7 @@ int checkChanged(int row);                      // 1027
 int selectSection(int object);                  // 1012: another section of the current chain becomes current
 int jumpToStart(int frame);                     // 1017
 int jumpToEnd(int frame);                       // 1018
-int restoreDefaults(int slot);                  // 1052: the slot's tracks in every section, with undo
+int restoreDefaults(int slot);                  // 1052: the slot's tracks in every section, as one undo step
 int setEffectFile(int slot, const char* path);  // 1024
 int customControl(int id, int event);           // 22000 + 256 * slot + n, the control's notification
 

@@ -22,14 +22,13 @@ constexpr int linePixels = 16;  // of the horizontal bar's arrows
 struct LayerSize {
   int layerHeight, markHeight;
 };
-constexpr LayerSize layerSizes[] = {{31, 4}, {26, 3}, {22, 3}};
+constexpr LayerSize sizes[layerSizes] = {{31, 4}, {26, 3}, {22, 3}};  // by small_layer
 
 Window* horizontalBar;
 Window* verticalBar;
 
 void takeLayerSize() {
-  constexpr int sizes = std::size(layerSizes);
-  const LayerSize& size = layerSizes[(preferences.small_layer % sizes + sizes) % sizes];
+  const LayerSize& size = sizes[preferences.small_layer];
   timelineView.layerHeight = size.layerHeight;
   timelineView.markHeight = size.markHeight;
 }

@@ -40,10 +40,6 @@ void updateTitle();
 bool setSceneLength(int frames);
 /// Lets the current scene reach as far as this frame; never shortens it.
 void extendScene(int lastFrame);
-/// Everything anew after the model was replaced or another scene was entered.
-void showModel();
-/// Ends what the mouse is doing, enters another scene and shows it.
-void enterScene(int scene);
 /// The layer and mark height follow `small_layer`; the window is resized to show the same rows.
 void applyLayerHeight();
 
