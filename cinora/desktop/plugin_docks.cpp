@@ -74,15 +74,20 @@ platform::qt::WindowFrame PluginDocks::frameTool(platform::Window*, QWidget* sur
   stack->addWidget(scroll);
   dock->setWidget(stack);
   scroll->setMinimumWidth(leastToolWidth);
-  auto fit = [this, scroll, surface, dock](QSize client) {
+  // Not of a small screen's picture.
+  auto makeRoom = [this, scroll, surface, dock] {
+    const int wanted = surface->width() + scroll->verticalScrollBar()->sizeHint().width();
+    if (scroll->width() < wanted && wanted < main_.width() / 2) main_.resizeDocks({dock}, {wanted}, Qt::Horizontal);
+  };
+  auto fit = [surface, makeRoom](QSize client) {
     const bool widened = client.width() > surface->width();
     surface->resize(client);
-    const int wanted = client.width() + scroll->verticalScrollBar()->sizeHint().width();
-    if (widened && scroll->width() < wanted) main_.resizeDocks({dock}, {wanted}, Qt::Horizontal);
+    if (widened) makeRoom();
   };
   return {
       .show =
-          [stack, scroll, dock](bool shown, bool activate) {
+          [stack, dock, makeRoom](bool shown, bool activate) {
+            if (shown && stack->currentIndex() == 0) makeRoom();
             stack->setCurrentIndex(shown ? 1 : 0);
             if (!shown) setTitle(dock, toolTitle, toolTitle);
             if (shown && activate) dock->raise();
