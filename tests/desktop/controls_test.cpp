@@ -148,21 +148,29 @@ TEST_F(QtControls, KeysGoNowhereWhileTheWindowIsHeldBack) {
   EXPECT_EQ(windowText(edit), "a");
 }
 
-TEST_F(QtControls, KeysOfATextBoxReachItsHookFirst) {
-  static int taken;
-  taken = 0;
+TEST_F(QtControls, KeysAndDragsOfATextBoxReachItsHookFirst) {
+  static std::vector<intptr_t> taken;
+  taken.clear();
   Window* edit = add(controlEdit, 10, {0, 0, 80, 20});
   setControlHook(
       edit,
-      [](Window*, uint32_t message, intptr_t first, intptr_t, void*) -> intptr_t {
-        return message == messageKeyDown && first == 'X' ? ++taken : 0;
+      [](Window* box, uint32_t message, intptr_t first, intptr_t, void*) -> intptr_t {
+        if (message == messageLeftDown) captureMouse(box);
+        if (message != messageLeftDown && message != messageMouseMove && (message != messageKeyDown || first != 'X'))
+          return 0;
+        taken.push_back(message);
+        return 1;
       },
       nullptr);
   focusWindow(edit);
   test::settle();
   test::typeText("axb");
   EXPECT_EQ(windowText(edit), "ab");
-  EXPECT_EQ(taken, 1);
+  EXPECT_EQ(taken, std::vector<intptr_t>{messageKeyDown});
+  test::press(edit, {20, 8});
+  test::moveTo(edit, {200, 8}, Qt::LeftButton);
+  releaseMouse();
+  EXPECT_EQ(taken, (std::vector<intptr_t>{messageKeyDown, messageLeftDown, messageMouseMove}));
 }
 
 TEST_F(QtControls, ListsAreChosenFrom) {
