@@ -91,20 +91,6 @@ TEST_F(Film, MovementGoesFromStartToEnd) {
   for (int frame = 0; frame < 10; frame++) expectSquare(raw, frame, 24 - 10 + 2 * frame, 16);
 }
 
-TEST_F(Film, ChainsPassThroughTheirSections) {
-  std::string first = object(0, redSquare, "X=-12.0,0.0,1", 1, 4);
-  auto section = [](int number, const char* x, int start, int end) {
-    std::string n = std::to_string(number);
-    return "[" + n + "]\r\nstart=" + std::to_string(start) + "\r\nend=" + std::to_string(end) +
-           "\r\nlayer=1\r\noverlay=1\r\ncamera=0\r\nchain=1\r\n[" + n + ".0]\r\n_name=Graphic\r\nSize=16\r\n[" + n +
-           ".1]\r\n_name=Standard drawing\r\nX=" + x + "\r\n";
-  };
-  std::string raw = render(header(12) + first + section(1, "0.0,12.0,1", 5, 8) + section(2, "12.0,-6.0,1", 9, 12));
-  // A section with another behind it takes one step a frame; the last one arrives at its last frame.
-  const int x[] = {-12, -9, -6, -3, 0, 3, 6, 9, 12, 6, 0, -6};
-  for (int frame = 0; frame < 12; frame++) expectSquare(raw, frame, 24 + x[frame], 16);
-}
-
 TEST_F(Film, LaterLayersCoverEarlierOnesByTheirClearness) {
   std::string white = "Graphic\r\nSize=16\r\ntype=2\r\ncolor=ffffff";
   std::string raw =

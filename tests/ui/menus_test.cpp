@@ -131,15 +131,6 @@ TEST_F(Menus, EffectsOfEachKindOfObject) {
   EXPECT_EQ(entries(contextMenu(menuAudioSource)), listed({2, 8, 12}));
 }
 
-TEST_F(Menus, AnEffectHasOneNumberInEveryMenu) {
-  createMenus();
-  for (int menu = 0; menu < contextMenus; menu++)
-    for (int effect = 0; effect < effectCount; effect++)
-      EXPECT_EQ(menuLists(static_cast<ContextMenu>(menu), effect),
-                platform::hasMenuItem(contextMenu(static_cast<ContextMenu>(menu)), 2000 + effect))
-          << menu << " " << effect;
-}
-
 TEST_F(Menus, HostFiltersStandUnderTheirCategory) {
   static HostFilterRecord plain, grouped, other, audio;  // read once more when the effects go
   auto process = [](HostFilterRecord*, FrameProcessInfo*) { return 1; };
