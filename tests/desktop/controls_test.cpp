@@ -205,37 +205,5 @@ TEST_F(QtControls, TheOwnerGetsWhatControlsLeave) {
   EXPECT_EQ(log.lines, (Lines{"down 31,42 left", "up 31,42", "rdown 31,72 right"}));
 }
 
-/// As many controls as the largest window of rows has: 64 tracks of seven and 48 checks of four.
-TEST_F(QtControls, HundredsAreLaidOutInTime) {
-  constexpr ControlKind trackKinds[] = {controlTrackBar, controlSpinButton, controlEdit,    controlButton,
-                                        controlEdit,     controlSpinButton, controlTrackBar};
-  constexpr ControlKind checkKinds[] = {controlCheckBox, controlLabel, controlButton, controlComboBox};
-  std::vector<Window*> controls;
-  double start = test::threadTime();
-  for (int i = 0; i < 64 * 7; i++)
-    controls.push_back(createControl(window, trackKinds[i % 7], i, {70 * (i % 7), 25 * (i / 7), 68, 20}, "",
-                                     controlHidden | controlFlat | controlNumber));
-  for (int i = 0; i < 48 * 4; i++)
-    controls.push_back(
-        createControl(window, checkKinds[i % 4], i, {120 * (i % 4), 21 * (i / 4), 110, 18}, "", controlHidden));
-  double made = test::threadTime() - start;
-  test::settle();
-  setClientSize(window, {500, 1700});
-  test::settle();
-  start = test::threadTime();
-  for (size_t i = 0; i < controls.size(); i++) {
-    setWindowPlace(controls[i], {70 * static_cast<int>(i % 7), 18 * static_cast<int>(i / 7), 68, 18});
-    setWindowText(controls[i], "12.5");
-    setControlRange(controls[i], 0, 200, 10);
-    setControlValue(controls[i], 50);
-    showWindow(controls[i], true, false);
-  }
-  double placed = test::threadTime() - start;
-  test::settle();
-  double shown = test::threadTime() - start;
-  std::printf("640 controls made in %.1f ms, laid out in %.1f ms, shown after %.1f ms\n", made, placed, shown);
-  EXPECT_LT(shown, 300);  // ms; over ten times the usual figure, for builds that check themselves
-}
-
 }  // namespace
 }  // namespace platform
