@@ -2,8 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/media/fake_media.h"
-#include "tests/media/sound_stage.h"
-#include "zenlay/effects/definitions.h"
+#include "tests/media/playback_stage.h"
 #include "zenlay/media/media_handles.h"
 #include "zenlay/media/video_picture.h"
 
@@ -17,9 +16,9 @@ struct SoundFile {
   std::vector<std::pair<int, int>> reads;  // first, count
 } file;
 
-class AudioFile : public ::testing::Test {
+class AudioFile : public PlaybackStage {
  protected:
-  AudioFile() : stage(audioFileMedia) {
+  AudioFile() : PlaybackStage(audioFileMedia) {
     file = {};
     installFakeMedia();
     HostFileInfo sound{};
@@ -41,59 +40,18 @@ class AudioFile : public ::testing::Test {
           out[i * file.channels + c] = static_cast<int16_t>(c ? -((first + i) % 30000) : (first + i) % 30000);
       return count;
     };
-    EffectServiceTable& s = stage.services;
-    s.openMedia = openMedia;
-    s.companion = [](ObjectRef, const char*) { return companion; };
-    s.nextSection = [](ObjectRef) { return ObjectRef{0}; };
-    s.getObjectData = [](ObjectRef ref, ObjectData* data) {
-      *data = ref == videoRef ? videoData : ownData();
-      return 1;
-    };
-    s.getTrackValues = [](ObjectRef ref, int, int, int32_t* values, intptr_t) {
-      const int32_t* from = ref == videoRef ? videoData.startValues : SoundStage::current->tracks.data();
-      values[0] = from[0];
-      values[1] = from[1];
-      return 2;
-    };
-    s.trackIntegralOf = [](ObjectRef ref, EffectProcessInfo* info, int track) {
-      const int32_t* from = ref == videoRef ? videoData.startValues : SoundStage::current->tracks.data();
-      int64_t time = int64_t{info->absoluteFrame} * 100 + info->subFrame;
-      return (ref == videoRef ? std::min<int64_t>(time, (videoData.lastFrame + 1) * 100) : time) * from[track];
-    };
-    companion = 0;
+    stage.services.openMedia = openMedia;
     stage.setText(0, "a.wav");
   }
 
   ~AudioFile() override { closeAllMedia(); }
 
-  static constexpr ObjectRef videoRef = 77;
-  static inline ObjectRef companion = 0;
-  static inline ObjectData videoData{};
-  static ObjectData ownData() {
-    SoundStage& s = *SoundStage::current;
-    return {0, 99, s.beginValues.data(), s.endValues.data(), s.modes.data(), s.checks.data(), s.data, nullptr};
-  }
-  void setTracks(int position, int speed) { stage.tracks = stage.beginValues = stage.endValues = {position, speed}; }
   void move(int from, int to) {
     stage.beginValues[0] = stage.tracks[0] = from;
     stage.endValues[0] = to;
     stage.modes[0] = 1;
   }
-  /// The left channel of a block of `count` samples at that frame; empty when the effect ended the object.
-  std::vector<int> block(int frame, int count) {
-    stage.at(frame);
-    if (stage.run(Samples(static_cast<size_t>(count) * 2, 5555)) != 1) return {};
-    std::vector<int> left;
-    for (int i = 0; i < count; i++) {
-      left.push_back(stage.own[2 * i]);
-      EXPECT_EQ(stage.own[2 * i + 1], -stage.own[2 * i]);
-    }
-    return left;
-  }
-  SoundStage stage;
 };
-
-using Row = std::vector<int>;
 
 TEST_F(AudioFile, BlocksFollowEachOtherOrTheTime) {
   EXPECT_EQ(block(0, 3), Row({0, 1, 2}));

@@ -2,40 +2,23 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <numbers>
 
-#include "tests/media/sound_stage.h"
-#include "zenlay/effects/definitions.h"
+#include "tests/media/playback_stage.h"
 
 namespace zenlay::test {
 namespace {
 
-using Row = std::vector<int>;
-
 /// Scene 3, of whose samples `sampleAt` tells the left channel; the right one is its negative.
-class SceneAudio : public ::testing::Test {
+class SceneAudio : public PlaybackStage {
  protected:
-  SceneAudio() : stage(sceneAudioMedia) {
+  SceneAudio() : PlaybackStage(sceneAudioMedia) {
+    sidesDiffer = 1;
     setFormat(35, 10, 1);
     length = 20;
     sampleAt = [](int n) { return 100 * n; };
     mixed.clear();
     EffectServiceTable& s = stage.services;
-    s.companion = [](ObjectRef, const char*) { return ObjectRef{0}; };
-    s.nextSection = [](ObjectRef) { return ObjectRef{0}; };
-    s.getObjectData = [](ObjectRef, ObjectData* data) {
-      SoundStage& s = *SoundStage::current;
-      *data = {0, 99, s.beginValues.data(), s.endValues.data(), s.modes.data(), s.checks.data(), s.data, nullptr};
-      return 1;
-    };
-    s.getTrackValues = [](ObjectRef, int, int, int32_t* values, intptr_t) {
-      memcpy(values, SoundStage::current->tracks.data(), 2 * sizeof *values);
-      return 2;
-    };
-    s.trackIntegralOf = [](ObjectRef, EffectProcessInfo* info, int track) {
-      return int64_t{info->absoluteFrame} * 100 * SoundStage::current->tracks[track];
-    };
     s.sceneLength = [](int scene) { return scene == 3 ? length : 0; };
     s.mixScene = [](EffectProcessInfo*, int scene, int frame, int16_t* samples, int count) {
       EXPECT_EQ(scene, 3);
@@ -61,19 +44,7 @@ class SceneAudio : public ::testing::Test {
     const SoundStage& s = *SoundStage::current;
     return static_cast<int>(int64_t{frame} * s.info.scale * s.block.rate / s.info.rate);
   }
-  void setTracks(int position, int speed) { stage.tracks = stage.beginValues = stage.endValues = {position, speed}; }
-  Row block(int frame, int count) {
-    stage.at(frame);
-    EXPECT_EQ(stage.run(Samples(static_cast<size_t>(count) * 2, 5)), 1);
-    Row left;
-    for (int i = 0; i < count; i++) {
-      left.push_back(stage.own[2 * i]);
-      EXPECT_NEAR(stage.own[2 * i + 1], -left.back(), 1);
-    }
-    return left;
-  }
   Row hostBlock(int frame) { return block(frame, firstOf(frame + 1) - firstOf(frame)); }
-  SoundStage stage;
   static inline std::vector<int> mixed;
   static inline int length;
   static inline int (*sampleAt)(int);
