@@ -10,6 +10,7 @@
 #include <random>
 
 #include "tests/support/every_target.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/scratch_folder.h"
 
 namespace cinora {
@@ -40,28 +41,6 @@ Samples readAll(SoundReader& reader, int64_t total, int channels) {
     at += static_cast<int64_t>(next.size()) / channels;
   }
   return all;
-}
-
-/// A little-endian WAV file of 16-bit samples.
-void writeWav(const std::string& path, const Samples& samples, int channels, int rate) {
-  std::ofstream file(path, std::ios::binary);
-  auto put = [&](uint32_t value, int bytes) {
-    for (int i = 0; i < bytes; i++) file.put(static_cast<char>(value >> (8 * i)));
-  };
-  uint32_t bytes = static_cast<uint32_t>(samples.size() * 2);
-  file << "RIFF";
-  put(36 + bytes, 4);
-  file << "WAVEfmt ";
-  put(16, 4);
-  put(1, 2);
-  put(channels, 2);
-  put(rate, 4);
-  put(rate * channels * 2, 4);
-  put(channels * 2, 2);
-  put(16, 2);
-  file << "data";
-  put(bytes, 4);
-  for (int16_t sample : samples) put(static_cast<uint16_t>(sample), 2);
 }
 
 struct Format {
@@ -97,6 +76,9 @@ constexpr Format films[] = {
 
 class SoundReaderTest : public ::testing::Test {
  protected:
+  void writeWav(const char* name, const Samples& samples, int channels, int rate) {
+    folder.write(name, ::test::wavFile(samples, channels, rate));
+  }
   std::string make(const Format& format, const std::string& sources) {
     std::string path = folder / format.name;
     return ffmpeg(sources + format.options + " " + path) ? path : "";
@@ -148,7 +130,7 @@ TEST_F(SoundReaderTest, RatesWithoutACommonMeasureAreExactToo) {
 TEST_F(SoundReaderTest, PlainSamplesComeAsTheyAre) {
   Samples samples;
   for (int i = 0; i < 6000; i++) samples.push_back(static_cast<int16_t>(i * 11 - 32768));
-  writeWav(folder / "plain.wav", samples, 2, 44100);
+  writeWav("plain.wav", samples, 2, 44100);
   SoundReader reader;
   std::string error;
   ASSERT_TRUE(reader.open(folder / "plain.wav", error)) << error;
@@ -166,9 +148,9 @@ TEST_F(SoundReaderTest, PlainSamplesComeAsTheyAre) {
 }
 
 TEST_F(SoundReaderTest, ChannelsBecomeThoseOfTheProject) {
-  writeWav(folder / "mono.wav", {100, -200, 32767}, 1, 8000);
-  writeWav(folder / "stereo.wav", {100, 300, -32768, -32768, 32767, -32767}, 2, 8000);
-  writeWav(folder / "nine.wav", {90, 80, 90, 80, 90, 80, 90, 80, 90}, 9, 8000);
+  writeWav("mono.wav", {100, -200, 32767}, 1, 8000);
+  writeWav("stereo.wav", {100, 300, -32768, -32768, 32767, -32767}, 2, 8000);
+  writeWav("nine.wav", {90, 80, 90, 80, 90, 80, 90, 80, 90}, 9, 8000);
   struct Row {
     const char* file;
     int channels;
@@ -219,22 +201,6 @@ TEST_F(SoundReaderTest, CompressedSoundStandsWhereItWas) {
   }
 }
 
-/// The phase and size of a tone of that frequency in a stretch, against a sine that begins at sample 0.
-struct Tone {
-  double amplitude, delay;  // samples
-  double rest;              // RMS of what is not the tone
-};
-Tone toneOf(const Samples& left, double frequency, int rate, int64_t first) {
-  double re = 0, im = 0, power = 0, step = 2 * std::numbers::pi * frequency / rate;
-  for (size_t i = 0; i < left.size(); i++) {
-    power += double{1} * left[i] * left[i];
-    re += left[i] * std::sin(step * static_cast<double>(first + static_cast<int64_t>(i)));
-    im += left[i] * std::cos(step * static_cast<double>(first + static_cast<int64_t>(i)));
-  }
-  double count = static_cast<double>(left.size()), amplitude = 2 * std::hypot(re, im) / count;
-  return {amplitude, -std::atan2(im, re) / step, std::sqrt(std::max(0.0, power / count - amplitude * amplitude / 2))};
-}
-
 Samples sine(double frequency, double amplitude, int count) {
   Samples samples;
   for (int i = 0; i < count; i++)
@@ -252,13 +218,14 @@ TEST_F(SoundReaderTest, ResamplingKeepsLevelAndPlace) {
                       {29400, 1000, 10000},   {4410, 1000, 10000},  {48000, 15000, 10000}, {44099, 15000, 10000},
                       {441000, 15000, 10000}, {22050, 15000, 0},    {4410, 3000, 0},       {8001, 5000, 0}};
   for (const Row& row : rows) {
-    writeWav(folder / "tone.wav", sine(row.frequency, 10000, 44100), 1, 44100);
+    writeWav("tone.wav", sine(row.frequency, 10000, 44100), 1, 44100);
     SoundReader reader;
     std::string error;
     ASSERT_TRUE(reader.open(folder / "tone.wav", error));
     EXPECT_EQ(reader.setOutput(row.rate, 1), row.rate);
     int from = row.rate / 4, count = row.rate / 2;  // whole periods, or nearly
-    Tone tone = toneOf(readStretch(reader, from, count, 1), row.frequency, row.rate, from);
+    ::test::Tone tone =
+        ::test::toneOf(readStretch(reader, from, count, 1).data(), 1, count, row.frequency, row.rate, from);
     EXPECT_NEAR(tone.amplitude, row.amplitude, 5) << row.rate << " " << row.frequency;
     EXPECT_NEAR(row.amplitude > 0 ? tone.delay : 0, 0, 0.01) << row.rate;
     EXPECT_LT(tone.rest, 2) << row.rate << " " << row.frequency;
@@ -285,7 +252,7 @@ TEST(WeightedSums, AreTheSameOnEveryProcessor) {
 
 /// A speed that moves: every block at another rate, beginning at the sample nearest to where the last one ended.
 TEST_F(SoundReaderTest, ChangingRatesDoNotClick) {
-  writeWav(folder / "tone.wav", sine(1000, 10000, 6 * 44100), 1, 44100);
+  writeWav("tone.wav", sine(1000, 10000, 6 * 44100), 1, 44100);
   SoundReader reader;
   std::string error;
   ASSERT_TRUE(reader.open(folder / "tone.wav", error));
@@ -335,7 +302,7 @@ TEST_F(SoundReaderTest, WhatIsNoSoundIsRefused) {
   ASSERT_TRUE(ffmpeg(std::string(picture) + "-t 1 -c:v mpeg4 " + (folder / "silent.avi")));
   EXPECT_FALSE(SoundReader().open(folder / "silent.avi", error));
   EXPECT_FALSE(SoundReader().open(folder.path(), error));
-  writeWav(folder / "cut.wav", Samples(4000, 100), 2, 44100);
+  writeWav("cut.wav", Samples(4000, 100), 2, 44100);
   std::ifstream whole(folder / "cut.wav", std::ios::binary);
   std::string bytes((std::istreambuf_iterator<char>(whole)), {});
   folder.write("cut.wav", bytes.substr(0, 44 + 1000));

@@ -119,40 +119,5 @@ TEST(QtScale, EdgesAreSharp) {
   test::settle();
 }
 
-/// A scene like a full timeline: 27 rows of bars with gradients and names.
-void drawTimeline(Canvas* c) {
-  fillRect(c, {0, 0, 1600, 900}, systemColor(colorFace));
-  char name[32];
-  for (int row = 0; row < 27; row++) {
-    int top = 42 + 31 * row;
-    drawLine(c, {64, top}, {1600, top}, systemColor(colorDarkEdge));
-    for (int i = 0; i < 150; i++) {
-      Rect bar{64 + 10 * i, top + 7, 10 + row % 3, 23};
-      fillGradient(c, bar, rgb(16, 32, 108), rgb(24, 48, 192));
-      snprintf(name, sizeof name, "Video file %d", (row * 150 + i) % 500);
-      drawText(c, {bar.x + 5, bar.y + 4}, bar, name, rgb(255, 255, 255));
-    }
-  }
-  for (int x = 64; x < 1600; x += 16) drawLine(c, {x, 42}, {x, 900}, rgb(160, 160, 160), lineDotted);
-}
-
-TEST_F(QtCanvas, AFullTimelineIsDrawnInTime) {
-  test::showActive(window);
-  setClientSize(window, {1600, 900});
-  test::settle();
-  Canvas* canvas = windowCanvas(window);
-  drawTimeline(canvas);
-  double best = 1e9;
-  for (int i = 0; i < 10; i++) {
-    double start = test::threadTime();
-    drawTimeline(canvas);
-    best = std::min(best, test::threadTime() - start);
-  }
-  double start = test::threadTime();
-  test::settle();
-  std::printf("4050 bars: %.2f ms, shown in %.2f ms\n", best, test::threadTime() - start);
-  EXPECT_LT(best, 40);  // ms; ten times the usual figure, for builds that check themselves
-}
-
 }  // namespace
 }  // namespace platform

@@ -1,5 +1,4 @@
-// The dialogs on the desktop: every one in both themes as a picture to look at (out/screenshots/), and the
-// one that draws itself by mouse and keys.
+// The dialogs on the desktop: every one in both themes as a picture to look at (out/screenshots/).
 #define QT_NO_KEYWORDS  // `slots` is a field of the model's records
 #include <gtest/gtest.h>
 
@@ -153,37 +152,6 @@ TEST_F(DialogGallery, OpenWhileAnotherProgramHasTheFocus) {
   EXPECT_TRUE(opened);
   EXPECT_EQ(text, "x");
   EXPECT_TRUE(windowEnabled(environment.timelineWindow));
-}
-
-TEST_F(DialogGallery, ColorsByMouseAndKeys) {
-  auto channel = [](Window* dialog, int id) { return windowText(controlOf(dialog, id)); };
-  int color = 0x3C8CDC;
-  whileOpen([&](Window* dialog) {
-    Rect field = dialogPixels({69, 7, 104, 104});
-    platform::test::press(dialog, {field.x, field.y});
-    EXPECT_EQ(channel(dialog, 171) + channel(dialog, 172) + channel(dialog, 173), "22000");  // at value 220
-    platform::test::moveTo(dialog, {field.x + field.width / 3, -40}, Qt::LeftButton);
-    platform::test::release(dialog, {field.x + field.width / 3, -40});
-    EXPECT_EQ(channel(dialog, 172), "220");
-    QImage shown = platform::test::picture(dialog);
-    Rect preview = dialogPixels({199, 7, 64, 24});
-    EXPECT_EQ(shown.pixel(preview.x + 9, preview.y + 9), qRgb(std::stoi(channel(dialog, 171)), 220, 0));
-
-    focusWindow(controlOf(dialog, 171));
-    selectText(controlOf(dialog, 171), 0, -1);
-    platform::test::typeText("12");
-    EXPECT_EQ(channel(dialog, 171), "12");
-    platform::test::typeKey(Qt::Key_Tab);
-    EXPECT_EQ(focusedWindow(), controlOf(dialog, 172));
-    platform::test::click(controlOf(dialog, 121), {5, 5});
-    EXPECT_EQ(mouseCapture(), dialog);
-    platform::test::typeKey(Qt::Key_Escape);
-    EXPECT_EQ(mouseCapture(), nullptr);
-    EXPECT_EQ(windowText(dialog), "Select color");
-    platform::test::typeKey(Qt::Key_Return);
-    EXPECT_EQ(windowText(dialog), "Select color");
-  });
-  chooseColor(color);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 
 #include <QApplication>
 #include <QTest>
+#include <functional>
+#include <set>
 
 #include "platform/qt/native.h"
 #include "platform/qt/qt_desktop.h"
@@ -186,15 +188,16 @@ TEST_F(Events, FocusFollowsQt) {
 }
 
 intptr_t goOnInput(Window* window, uint32_t message, intptr_t, intptr_t, void*) {
-  if (message == messageLeftDown || message == messageCommand || message == messageHorizontalScroll ||
-      message == messageKeyDown)
-    destroyWindow(window);
+  static const std::set<uint32_t> input = {messageLeftDown, messageCommand, messageHorizontalScroll,
+                                           messageKeyDown,  messageClose,   messageMouseWheel,
+                                           messageRightUp,  messageTimer,   messageFilesDropped};
+  if (input.count(message)) destroyWindow(window);
   return 0;
 }
 
 TEST(Windows, MayGoInTheirOwnEvents) {
   auto open = [] {
-    Window* made = createWindow(nullptr, goOnInput, nullptr, {"", "", {0, 0, 200, 100}});
+    Window* made = createWindow(nullptr, goOnInput, nullptr, {"", "", {0, 0, 200, 100}, windowAcceptsFiles});
     test::showActive(made);
     return made;
   };
@@ -207,15 +210,39 @@ TEST(Windows, MayGoInTheirOwnEvents) {
     test::click(createControl(owner, row.kind, 1, {0, 0, 130, 20}, ""), row.at);
     EXPECT_FALSE(windowLives(owner)) << row.kind;
   }
-  Window* clicked = open();
-  test::click(clicked, {150, 90});
+  const std::function<void(Window*)> inputs[] = {
+      [](Window* window) {
+        test::doubleClick(window, {150, 90});
+      },
+      [](Window* window) {
+        test::click(window, {150, 90}, Qt::RightButton);
+      },
+      [](Window* window) {
+        test::turnWheel(window, {9, 9}, 120);
+      },
+      [](Window* window) {
+        test::dropFiles(window, {9, 9}, {"/a.png"});
+      },
+      [](Window* window) { qt::widgetOf(window)->close(); },
+      [](Window* window) {
+        captureMouse(window);
+        startTimer(window, 1, 0);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !windowLives(window); }, 2000));
+        EXPECT_EQ(mouseCapture(), nullptr);
+      },
+  };
+  for (const auto& input : inputs) {
+    Window* window = open();
+    input(window);
+    EXPECT_FALSE(windowLives(window)) << &input - inputs;
+  }
   Window* keyed = open();
   test::typeKey(Qt::Key_A);
   Window* written = open();
   focusWindow(createControl(written, controlEdit, 1, {0, 0, 50, 20}, ""));
   test::settle();
   test::typeText("x");
-  for (Window* window : {clicked, keyed, written}) EXPECT_FALSE(windowLives(window));
+  for (Window* window : {keyed, written}) EXPECT_FALSE(windowLives(window));
   test::settle();
 }
 

@@ -40,6 +40,14 @@ const Look looks[] = {{{1280, 800}, platform::qt::themeDark, "_1280"},
                       {{1920, 1080}, platform::qt::themeDark, "_1920"},
                       {{1280, 800}, platform::qt::themeLight, "_1280_light"}};
 
+/// Opens the settings of the layer's object beside the picture.
+QScrollArea* showSettings(EditorStage& stage, int layer) {
+  auto* timeline = stage.window().findChild<QDockWidget*>("Zenlay");
+  QTest::mouseDClick(timeline->widget(), Qt::LeftButton, {}, QPoint(90, 42 + 31 * layer + 18));
+  stage.settle();
+  return stage.window().findChild<QScrollArea*>();
+}
+
 TEST(Gallery, TheEditorInSizesAndThemes) {
   for (const Look& look : looks) {
     platform::qt::setTheme(look.theme);
@@ -55,12 +63,9 @@ TEST(Gallery, TheEditorInSizesAndThemes) {
     stage.window().goTo(160);
     stage.settle();
     stage.trigger(ActionId::selectionLast);
-    // The object of the third layer shows its settings beside the picture.
     auto* timeline = stage.window().findChild<QDockWidget*>("Zenlay");
     ASSERT_TRUE(timeline);
-    QTest::mouseDClick(timeline->widget(), Qt::LeftButton, {}, QPoint(90, 42 + 31 * 2 + 18));
-    stage.settle();
-    auto* settings = stage.window().findChild<QScrollArea*>();
+    auto* settings = showSettings(stage, 2);
     ASSERT_TRUE(settings);
     EXPECT_TRUE(settings->isVisible());
     platform::test::savePicture(stage.window().grab().toImage(), "editor" + ending);
@@ -73,6 +78,36 @@ TEST(Gallery, TheEditorInSizesAndThemes) {
     expectNothingCutOff(dialog);
   }
   platform::qt::setTheme(platform::qt::themeDark);
+}
+
+/// Lists and buttons, movement, and as many effects as an object holds.
+TEST(Gallery, TheSettingsInBothThemes) {
+  EditorStage stage({1280, 800});
+  const std::vector<std::vector<const char*>> objects = {
+      {"Text", "Blur", "Add border", "Standard drawing"},
+      {"Video file", "Standard drawing\nX=-100.0,250.0,1\nY=0.0,20.0,1\nZoom%=100.00,300.00,3"},
+      {"Graphic", "Blur", "Glow", "Light", "Shadow", "Vibration", "Mirror", "Mosaic", "Clipping", "Rotation", "Mask",
+       "Standard drawing"}};
+  std::string film = "[zenlay]\nwidth=640\nheight=480\nrate=30\nscale=1\nlength=100\naudio_rate=44100\naudio_ch=2\n";
+  for (size_t i = 0; i < objects.size(); i++) {
+    std::string n = std::to_string(i);
+    film += "[" + n + "]\nstart=1\nend=100\noverlay=1\nlayer=" + std::to_string(i + 1) + "\n";
+    for (size_t e = 0; e < objects[i].size(); e++)
+      film += "[" + n + "." + std::to_string(e) + "]\n_name=" + objects[i][e] + "\n";
+  }
+  stage.folder.write("looks.zlo", film);
+  for (platform::qt::Theme theme : {platform::qt::themeLight, platform::qt::themeDark}) {
+    platform::qt::setTheme(theme);
+    stage.window().openFile(stage.folder / "looks.zlo");
+    stage.settle();
+    for (int layer : {0, 1, 2}) {
+      QScrollArea* settings = showSettings(stage, layer);
+      ASSERT_TRUE(settings);
+      platform::test::savePicture(
+          settings->widget()->grab().toImage(),
+          "settings_" + std::to_string(layer + 1) + (theme == platform::qt::themeDark ? "_dark" : "_light"));
+    }
+  }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "cinora/desktop/player.h"
 #include "tests/editor/editor_stage.h"
+#include "tests/support/file_bytes.h"
 
 namespace cinora::test {
 namespace {
@@ -96,14 +97,9 @@ struct SoundPlayback : testing::Test {
                          [this](int, bool byItself) { endedByItself = byItself; }, open};
 
   SoundPlayback() {
-    std::string wav =
-        "RIFF....WAVEfmt \x10" + std::string("\0\0\0\1\0\2\0\x44\xAC\0\0\x10\xB1\2\0\4\0\x10\0", 19) + "data";
-    wav += std::string("\x80\x84\x1E\0", 4);
-    for (int i = 0; i < 500000; i++) {
-      auto value = static_cast<int16_t>(i * 7919);
-      wav.append(reinterpret_cast<const char*>(&value), 2).append(reinterpret_cast<const char*>(&value), 2);
-    }
-    stage.folder.write("noise.wav", wav);
+    std::vector<int16_t> noise(2 * 500000);
+    for (size_t i = 0; i < noise.size(); i++) noise[i] = static_cast<int16_t>(i / 2 * 7919);
+    stage.folder.write("noise.wav", ::test::wavFile(noise, 2, 44100));
     stage.folder.write("film.zlo", squareFilm(50, 20) +
                                        "[1]\nstart=1\nend=50\nlayer=2\noverlay=1\naudio=1\n[1.0]\n_name=Audio "
                                        "file\nfile=noise.wav\n[1.1]\n_name=Standard playback\n");

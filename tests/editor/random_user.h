@@ -5,8 +5,8 @@
 #include <QPointer>
 #include <QWindow>
 #include <deque>
-#include <map>
 #include <random>
+#include <set>
 
 #include "tests/editor/editor_stage.h"
 
@@ -27,8 +27,8 @@ class RandomUser {
   std::string stuck() const { return stuck_; }
   /// What was done last, one line each.
   std::string recently() const;
-  /// How often what was done, by kind; a menu's entry, the kind of a dialog.
-  const std::map<std::string, int>& done() const { return done_; }
+  /// What was done, by kind; a menu's entry, the kind of a dialog.
+  const std::set<std::string>& done() const { return done_; }
 
  private:
   int below(int n) { return static_cast<int>(random_() % static_cast<uint32_t>(n)); }
@@ -61,7 +61,7 @@ class RandomUser {
   EditorStage& stage_;
   std::mt19937 random_;
   std::deque<std::string> log_;
-  std::map<std::string, int> done_;
+  std::set<std::string> done_;
   QPointer<QWindow> pressedOn_;
   Qt::MouseButton held_ = Qt::NoButton;
   QPoint mouse_;

@@ -316,11 +316,6 @@ TEST_F(CommandLine, ProjectsKeepClipAndData) {
   EXPECT_TRUE(contentsOf(folder / "a.raw") == contentsOf(folder / "b.raw"));
   EXPECT_EQ(contentsOf(folder / "a.raw").size(), 7u * 32 * 16 * 6);
 
-  std::string project = contentsOf(folder / "a.cnp");
-  for (size_t length : {size_t{0}, size_t{7}, size_t{40}, project.size() / 2, project.size() - 1}) {
-    folder.write("cut.cnp", project.substr(0, length));
-    EXPECT_EQ(run({"info", "cut.cnp"}).status, 1) << length;
-  }
   Outcome full = run({"convert", "a.zlo", "full.cnp"}, {.fileSizeLimit = 50});
   EXPECT_EQ(full.status, 1);
   EXPECT_EQ(contentsOf(folder / "full.cnp"), "");

@@ -25,7 +25,7 @@ Place onTimeline(int frame, int layer) {
 }
 
 struct Session : EditorOnDisplay {
-  std::string project = folder / "work.cnp";
+  std::string project = folder / "work.cnp", again = folder / "again.cnp";
 
   void point(Place to) { xdotool({"mousemove", std::to_string(to.x), std::to_string(to.y)}); }
   void button(const char* action) { xdotool({action, "1"}); }
@@ -157,7 +157,6 @@ void Session::blurAndUndo() {
 
 /// What is saved under another name after the project was opened again is what was saved before.
 void Session::closeAndReopen() {
-  std::string again = folder / "again.cnp";
   ASSERT_NO_FATAL_FAILURE(takeAll({
       {.window = "work.cnp", .keys = "ctrl+w", .shows = "^Cinora$"},
       {.window = "^Cinora$", .keys = "ctrl+o", .shows = "^Open$"},
@@ -192,6 +191,9 @@ TEST_F(Session, FromAnEmptyProjectToTheFilm) {
       {.window = "Export Film", .keys = "Return", .written = film, .leaves = "^Exporting$"},
       {.window = "again.cnp", .keys = "ctrl+q"},
   }));
+  ASSERT_NO_FATAL_FAILURE(expectQuit());
+  open({again});  // the file as an argument
+  ASSERT_NO_FATAL_FAILURE(take({.window = "again.cnp", .keys = "ctrl+q"}));
   ASSERT_NO_FATAL_FAILURE(expectQuit());
 
   constexpr int black = 0, red = 0xff0000, blue = 0x0000ff;

@@ -3,12 +3,11 @@
 
 #include <cmath>
 #include <cstring>
-#include <numbers>
 
 #include "cinora/media/media_reader.h"
 #include "cinora/sound/sound_reader.h"
 #include "tests/end_to_end/run_program.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/file_bytes.h"
 
 namespace cinora::test {
 namespace {
@@ -19,42 +18,16 @@ constexpr double frequency = 441, turn = 2 * std::numbers::pi;  // a hundred sam
 
 /// A tone on the left, half as loud on the right, as a WAV file.
 std::string toneFile(int frames, double amplitude) {
-  std::string bytes = "RIFF";
-  auto put = [&](uint32_t value, int count) {
-    for (int i = 0; i < count; i++) bytes += static_cast<char>(value >> (8 * i));
-  };
-  put(36 + frames * 4, 4);
-  bytes += "WAVEfmt ";
-  put(16, 4);
-  put(1, 2);
-  put(2, 2);
-  put(rate, 4);
-  put(rate * 4, 4);
-  put(4, 2);
-  put(16, 2);
-  bytes += "data";
-  put(frames * 4, 4);
+  Samples samples;
   for (int i = 0; i < frames; i++)
     for (double part : {1.0, 0.5})
-      put(static_cast<uint16_t>(std::lround(part * amplitude * std::sin(turn * frequency * i / rate))), 2);
-  return bytes;
+      samples.push_back(static_cast<int16_t>(std::lround(part * amplitude * std::sin(turn * frequency * i / rate))));
+  return ::test::wavFile(samples, 2, rate);
 }
 
-struct Tone {
-  double amplitude, delay, rest;  // delay in samples; what is not the tone
-};
-/// Of channel `c` in whole periods from sample `first` on, against a sine that begins at sample 0.
-Tone toneOf(const Samples& samples, int c, int first, int count) {
-  double re = 0, im = 0, power = 0;
-  for (int i = 0; i < count; i++) {
-    double value = samples[2 * static_cast<size_t>(first + i) + c], angle = turn * frequency * (first + i) / rate;
-    re += value * std::sin(angle);
-    im += value * std::cos(angle);
-    power += value * value;
-  }
-  double amplitude = 2 * std::hypot(re, im) / count;
-  return {amplitude, -std::atan2(im, re) / (turn * frequency / rate),
-          std::sqrt(std::max(power / count - amplitude * amplitude / 2, 0.0))};
+/// Of channel `c` in whole periods from sample `first` on.
+::test::Tone toneOf(const Samples& samples, int c, int first, int count) {
+  return ::test::toneOf(&samples[2 * static_cast<size_t>(first) + c], 2, count, frequency, rate, first);
 }
 
 class SoundFilm : public ::testing::Test {
@@ -148,7 +121,7 @@ TEST_F(SoundFilm, ToneComesBackFromEveryKindOfFile) {
     EXPECT_NEAR(frames, 90, 1.5) << row.file << ": as long as the pictures";
     ASSERT_GE(samples.size(), 2u * (rate * 29 / 10));
     EXPECT_LT(toneOf(samples, 0, 10000, 30000).rest, 10) << row.file << ": silence before";
-    Tone left = toneOf(samples, 0, rate + 4100, 60000), right = toneOf(samples, 1, rate + 4100, 60000);
+    ::test::Tone left = toneOf(samples, 0, rate + 4100, 60000), right = toneOf(samples, 1, rate + 4100, 60000);
     EXPECT_NEAR(left.amplitude, 8000, row.level) << row.file;
     EXPECT_NEAR(right.amplitude, 4000, row.level) << row.file;
     EXPECT_LT(left.rest, row.level + 2) << row.file;
@@ -183,7 +156,7 @@ TEST_F(SoundFilm, RangesBeginWithTheirFirstFrame) {
   EXPECT_EQ(Samples(part.begin() + 2 * 4410, part.end()),
             Samples(whole.begin() + 2 * (first + 4410), whole.begin() + 2 * last));
   ASSERT_EQ(render(film, {"film.mp4", "--frames", "21-40"}).status, 0);
-  Tone tone = toneOf(heard("film.mp4"), 0, 10000, 10000);
+  ::test::Tone tone = toneOf(heard("film.mp4"), 0, 10000, 10000);
   EXPECT_GT(tone.amplitude, 8000);
 }
 
@@ -224,23 +197,6 @@ TEST_F(SoundFilm, PictureAndSoundAreTogetherAfterAnHour) {
   };
   EXPECT_NEAR(lastTime("v"), 3599.9964, 0.0001);
   EXPECT_NEAR(lastTime("a"), 3599.9964, 0.0001);
-}
-
-TEST_F(SoundFilm, LevelsEffectsAndSpeed) {
-  std::string mono = "[0.1]\r\n_name=Monaural\r\n";
-  ASSERT_EQ(render(header() + sound(1, 90, mono, "Volume=50.0\r\nLeft-Right=50.0\r\n"), {"a.wav"}).status, 0);
-  Samples samples = heard("a.wav");
-  EXPECT_NEAR(toneOf(samples, 0, 10000, 40000).amplitude, 1500, 1);  // (8000 + 4000) / 2 * 0.5 * 0.5
-  EXPECT_NEAR(toneOf(samples, 1, 10000, 40000).amplitude, 3000, 1);
-  std::string fast = header() + sound(1, 90);
-  fast.replace(fast.find("file="), 5, "vPlay=200.0\r\nfile=");
-  ASSERT_EQ(render(fast, {"fast.wav"}).status, 0);
-  samples = heard("fast.wav");
-  EXPECT_LT(toneOf(samples, 0, 10000, 40000).amplitude, 5) << "an octave up";
-  double power = 0;
-  for (int i = 10000; i < 50000; i++) power += double(samples[2 * i]) * samples[2 * i];
-  EXPECT_NEAR(std::sqrt(power / 40000), 8000 / std::numbers::sqrt2, 3);
-  EXPECT_EQ(Samples(samples.end() - 2 * rate / 2, samples.end()), Samples(rate)) << "four seconds are over after two";
 }
 
 TEST_F(SoundFilm, SilentFilmsAndWrongWords) {

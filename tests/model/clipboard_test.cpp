@@ -225,26 +225,6 @@ TEST_F(Clipboard, WhatDoesNotFitLeavesTheRestWhole) {
   }
 }
 
-TEST_F(Clipboard, EveryRefusedGrowthLeavesASoundModel) {
-  int copied = -1, points = 0;
-  for (bool refused = true; refused; points++) {
-    startModel();
-    freeClipboard();
-    createChain(0, 0);
-    for (int i = 0; i < 600; i++) createOver(i * 10, i * 10, 1 + i % 50, testGraphic);
-    beginUndoStep();
-    growthToRefuse = points + 1;
-    copied = copyChainToClipboard(objectAt(0, 0));
-    for (int i = 0; i < 600 && copied; i++) copied = copyToClipboard(objectAt(i * 10, 1 + i % 50));
-    EXPECT_EQ(clipboardEntries(), copied ? 603 : 0);
-    EXPECT_EQ(paste(0, 0) >= 0, copied);
-    EXPECT_GE(objectCount, 603);
-    refused = refuseGrowth;
-  }
-  EXPECT_EQ(points, 8) << "four of the clipboard, undo, table, region, and none";
-  EXPECT_EQ(objectCount, 1206);
-}
-
 TEST_F(Clipboard, SectionsThatLostTheirHeadGoWithoutMemory) {
   constexpr int units = extraDataGrowth / extraDataUnit;
   int head = createChain(0, 0);

@@ -15,7 +15,6 @@ constexpr DialogItem items[] = {
     {controlButton, dialogCancel, {64, 24, 40, 14}, "Cancel"},
 };
 constexpr DialogTable table{"Layer Name", {132, 44}, items};
-constexpr DialogTable bareList{"", {60, 80}, std::span(items).subspan(1, 1), false};
 
 struct Answer {
   std::string text = "old";
@@ -125,22 +124,6 @@ TEST_F(Dialogs, StandWhereAskedAndOnTheScreen) {
   run([&](Window* d) { EXPECT_EQ(windowPlace(d), (Rect{7, 9, 198, 71})); }, table, {DialogPlace::at, {7, 9}});
   user::moveCursor({1919, 0});
   run([&](Window* d) { EXPECT_EQ(windowPlace(d), (Rect{1722, 0, 198, 71})); }, table, {DialogPlace::atCursor, {}});
-}
-
-TEST_F(Dialogs, ListClosesWhenTheFocusLeaves) {
-  int result = run(
-      [&](Window* dialog) {
-        enableWindow(owner, true);
-        focusWindow(owner);
-        EXPECT_TRUE(windowLives(dialog));
-      },
-      bareList);
-  EXPECT_EQ(result, dialogCancel);
-}
-
-TEST_F(Dialogs, EndWithTheirOwner) {
-  EXPECT_EQ(run([&](Window*) { destroyWindow(owner); }), dialogCancel);
-  EXPECT_EQ(activeWindow(), nullptr);
 }
 
 }  // namespace

@@ -7,11 +7,13 @@
 #include <string>
 
 #include "platform/paths.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/scratch_folder.h"
 
 namespace platform {
 namespace {
 
+using ::test::append;
 using ::test::ScratchFolder;
 using Pixel = std::array<int, 4>;  // red, green, blue, alpha
 
@@ -19,10 +21,6 @@ using Pixel = std::array<int, 4>;  // red, green, blue, alpha
 Pixel pixelAt(const Picture& p, int x, int y) {
   const uint8_t* at = p.pixels.data() + (size_t(p.height - 1 - y) * p.width + x) * 4;
   return {at[2], at[1], at[0], at[3]};
-}
-
-void append(std::string& out, uint64_t value, int bytes) {
-  for (int i = 0; i < bytes; i++) out += static_cast<char>(value >> (8 * i));
 }
 
 struct Bitmap {
@@ -35,19 +33,10 @@ std::string bitmapFile(const Bitmap& b) {
   bool masks = b.compression == 3;
   std::string file = "BM";
   uint32_t offset = 14 + 40 + 4 * static_cast<uint32_t>(b.colours.size());
-  append(file, offset + static_cast<uint32_t>(b.rows.size()), 4);
-  append(file, 0, 4);
-  append(file, offset, 4);
-  append(file, 40, 4);
-  append(file, b.width, 4);
-  append(file, b.height, 4);
-  append(file, 1, 2);
-  append(file, b.bits, 2);
-  append(file, b.compression, 4);
-  append(file, static_cast<uint32_t>(b.rows.size()), 4);
-  append(file, 0, 8);
-  append(file, masks ? 0 : static_cast<uint32_t>(b.colours.size()), 4);
-  append(file, 0, 4);
+  const uint32_t rows = static_cast<uint32_t>(b.rows.size()), colours = static_cast<uint32_t>(b.colours.size());
+  for (uint32_t value : {offset + rows, 0u, offset, 40u, uint32_t(b.width), uint32_t(b.height), 1u | b.bits << 16,
+                         uint32_t(b.compression), rows, 0u, 0u, masks ? 0u : colours, 0u})
+    append(file, value, 4);
   for (uint32_t colour : b.colours) append(file, colour, 4);
   return file + b.rows;
 }

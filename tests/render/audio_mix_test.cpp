@@ -222,14 +222,6 @@ TEST_F(AudioMix, FourMixesAtMost) {
   EXPECT_EQ(left(1), 4) << "the count falls again";
 }
 
-TEST_F(AudioMix, ASceneThatPlaysItselfEnds) {
-  setSceneLength(1, 50);
-  add(0, 1, {}, 0, 99, 1);
-  addScene(1, 1, 1);
-  addScene(0, 1);
-  for (int frame = 0; frame < 6; frame++) EXPECT_EQ(mixFrame(frame, 1470), Samples(2 * 1470, 3)) << frame;
-}
-
 TEST_F(AudioMix, ASceneHeardTwiceSoundsOnTwice) {
   // Scene 2 is a ramp with an echo; it is played from its beginning, from later on, and through another scene.
   setSceneLength(2, 90);

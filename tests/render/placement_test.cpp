@@ -116,26 +116,5 @@ TEST_F(Placing, AddsWhatEffectsDid) {
   EXPECT_EQ(renderFrame(0).bounds(), (Bounds{33, 21, 41, 27}));
 }
 
-TEST_F(Placing, NothingIsDrawnWithoutSizeOrOpacity) {
-  int object = addObject({});
-  setTrack(object, 1, placingClearness, 1000);
-  EXPECT_EQ(renderFrame(0, 5).bounds(5), (Bounds{64, 48, 0, 0}));
-  setTrack(object, 1, placingClearness, 0);
-  setTrack(object, 1, placingZoom, 0);
-  EXPECT_EQ(renderFrame(0, 5).bounds(5), (Bounds{64, 48, 0, 0}));
-}
-
-TEST_F(Placing, FarPositionsAreHarmless) {
-  int object = addObject({});
-  for (int x : {-999999, 999999}) {
-    setTrack(object, 1, placingX, x);
-    setTrack(object, 1, placingY, -x);
-    for (int zoom : {10000, 500000, 1}) {
-      setTrack(object, 1, placingZoom, zoom);
-      EXPECT_EQ(renderFrame(0, 5).bounds(5), (Bounds{64, 48, 0, 0})) << x << " " << zoom;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace zenlay::test

@@ -25,7 +25,6 @@ class SettingsEffects : public SettingsStage {
   void SetUp() override {
     SettingsStage::SetUp();
     installFakeMedia();
-    fakeHost.functions.getMediaFileFilter = [](int32_t) { return "Media"; };
     fakeMedia.files["/films/a.mp4"] = videoInfo(320, 240);  // 100 frames
     fakeMedia.files["/films/b.mp4"] = videoInfo(320, 240, 24, 30);
     fakeMedia.files["/films/b.mp4"].rate = 15;

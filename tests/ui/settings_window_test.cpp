@@ -1,19 +1,15 @@
+// Checks, lists, colours, menus and files of the settings window.
 #include <gtest/gtest.h>
-
-#include <cstring>
 
 #include "tests/ui/settings_stage.h"
 #include "zenlay/effects/effect_services.h"
-#include "zenlay/host/preferences.h"
 #include "zenlay/model/timeline_view.h"
 #include "zenlay/model/undo.h"
-#include "zenlay/ui/timeline/selection.h"
 
 namespace zenlay::test {
 namespace {
 
 using platform::Point;
-using platform::Rect;
 using platform::Window;
 using settings::state;
 using testing::Contains;
@@ -22,124 +18,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 namespace user = platform::user;
 
-constexpr int blur = 18, glow = 28, mask = 41, light = 33;
+constexpr int blur = 18, glow = 28, light = 33;
 
 class SettingsWindow : public SettingsStage {};
-
-TEST_F(SettingsWindow, LaysEffectsOutFromTop) {
-  showObject(create(effectGraphic, {blur}));
-  EXPECT_EQ(text(settingsWindow()), "Graphic[Standard drawing]");
-  // Graphic: 3 tracks, a list and a button; Blur: 3 tracks, a check; Standard drawing: 6 tracks, a list.
-  EXPECT_EQ(state.slots[0].y, 28);
-  EXPECT_EQ(state.tracks[0].start.y, 46);
-  EXPECT_EQ(platform::windowPlace(startBox(1)), (Rect{168, 71, 46, 16}));
-  EXPECT_EQ(platform::windowPlace(state.tracks[2].name), (Rect{214, 92, 60, 22}));
-  EXPECT_EQ(platform::windowPlace(state.tracks[0].end.bar), (Rect{354, 40, 130, 25}));
-  EXPECT_EQ(platform::windowPlace(state.checks[0].list), (Rect{10, 121, 157, 18}));
-  EXPECT_EQ(platform::windowPlace(state.checks[1].button), (Rect{11, 142, 155, 18}));
-  EXPECT_EQ(state.slots[1].y, 163);  // 46 + 3 * 25 + 2 * 21
-  EXPECT_EQ(state.slots[2].y, 163 + 18 + 3 * 25 + 21);
-  EXPECT_EQ(platform::clientSize(settingsWindow()), (platform::Size{496, 277 + 18 + 6 * 25 + 21}));
-  Rect enable = platform::windowPlace(state.slots[1].enable);
-  EXPECT_EQ(enable.x + enable.width, 477);
-  EXPECT_EQ(enable.y, 165);
-  EXPECT_EQ(enable.height, 14);
-  EXPECT_EQ(platform::windowPlace(control(settings::idFold + 1)), (Rect{6, 163, 15, 15}));
-  EXPECT_EQ(text(state.tracks[3].name), "Range");
-  EXPECT_FALSE(platform::windowShown(state.tracks[12].name));
-  EXPECT_FALSE(platform::windowShown(state.checks[4].box));
-  EXPECT_FALSE(platform::windowShown(control(settings::idFold + 3)));
-  int object = currentObject;
-  showObject(-1);
-  EXPECT_FALSE(platform::windowShown(settingsWindow()));
-  EXPECT_FALSE(platform::windowShown(startBox(0)));
-  EXPECT_EQ(settings::trackOwner(0).slot, -1);
-  showObject(object);
-  EXPECT_TRUE(platform::windowShown(startBox(0)));
-  EXPECT_EQ(state.slots[1].y, 163);
-}
-
-TEST_F(SettingsWindow, TogglesShareALineAndEffectsWithoutRowsTakeTwoPixels) {
-  showObject(create(effectText, {85}));  // "Camera control options" has checks alone
-  const settings::CheckLine* row = state.checks;
-  EXPECT_EQ(platform::windowPlace(row[3].toggle), (Rect{11, 46 + 2 * 25 + 3 * 21, 19, 19}));
-  EXPECT_EQ(platform::windowPlace(row[4].toggle), (Rect{31, 46 + 2 * 25 + 3 * 21, 19, 19}));
-  EXPECT_EQ(state.slots[1].y, 46 + 2 * 25 + 4 * 21);
-  EXPECT_FALSE(platform::windowShown(row[3].box));
-  user::click(row[4].toggle);
-  EXPECT_EQ(current().checks[4], 1);
-  showObject(create(84, {}, 3));  // "De-interlacing": a list
-  showObject(create(9, {}, 4));   // "Previous object": nothing
-  EXPECT_EQ(state.slots[1].y, 28 + 18 + 2);
-}
-
-TEST_F(SettingsWindow, FoldingHidesRowsAndMovesTheRestUp) {
-  showObject(create(effectGraphic, {blur}));
-  user::click(control(settings::idFold));
-  EXPECT_EQ(state.slots[1].y, 48);
-  EXPECT_FALSE(platform::windowShown(startBox(0)));
-  EXPECT_FALSE(platform::windowShown(state.checks[1].button));
-  EXPECT_TRUE(platform::windowShown(startBox(3)));
-  EXPECT_EQ(platform::controlIcon(control(settings::idFold)), "fold_closed");
-  EXPECT_EQ(current().slotFlags[0], slotEnabled | slotHandles | slotFolded);
-  EXPECT_THAT(commands, ElementsAre("1003 0x200000"));
-  undo();
-  EXPECT_EQ(state.slots[1].y, 163);
-  EXPECT_TRUE(platform::windowShown(startBox(0)));
-}
-
-TEST_F(SettingsWindow, AFoldedEffectKeepsTheTitleOfItsFigure) {
-  showObject(create(effectGraphic, {mask}));
-  user::choose(state.checks[0].list, 1);
-  EXPECT_EQ(text(state.slots[0].enable), "Graphic(Circle)");
-  user::click(control(settings::idFold));
-  EXPECT_EQ(text(state.slots[0].enable), "Graphic(Circle)");
-  EXPECT_EQ(text(state.slots[1].enable), "Mask(Background)");
-  strcpy(reinterpret_cast<char*>(extraDataOf(currentObject, 0)) + 8, ":7");  // its name of a figure
-  refreshSettings();
-  EXPECT_EQ(text(state.slots[0].enable), "Graphic(Scene 7)");
-}
-
-TEST_F(SettingsWindow, TheKeyboardReachesButtonsAndLists) {
-  showObject(create(effectGraphic, {blur}));
-  platform::focusWindow(startBox(0));
-  auto tab = [](intptr_t modifiers = 0) {
-    user::press(platform::keyTab, modifiers);
-    return platform::focusedWindow();
-  };
-  EXPECT_EQ(tab(platform::mouseCtrl), state.camera);
-  for (Window* next : {state.clip, state.jumpStart, state.jumpEnd, state.source, state.add, state.slots[0].fold,
-                       state.slots[0].handles, state.slots[0].enable, state.tracks[0].name})
-    EXPECT_EQ(tab(), next);
-  platform::focusWindow(state.checks[0].list);
-  EXPECT_EQ(tab(), state.checks[1].button);
-  EXPECT_EQ(tab(platform::mouseShift), state.checks[0].list);
-  platform::focusWindow(state.camera);
-  EXPECT_EQ(tab(platform::mouseShift), state.checks[check(2, 0)].list);
-  platform::focusWindow(state.camera);
-  user::press(platform::keySpace);
-  user::press(platform::keyEnter);
-  platform::runPostedMessages();
-  EXPECT_THAT(keys, IsEmpty());  // the button's own
-  user::press(platform::keyEscape);
-  EXPECT_EQ(platform::focusedWindow(), settingsWindow());
-  user::press('Z', platform::mouseCtrl | platform::mouseShift);
-  platform::runPostedMessages();
-  EXPECT_THAT(commands, IsEmpty());
-  EXPECT_THAT(keys, Contains("down 90"));
-}
-
-TEST_F(SettingsWindow, HeadersSwitchEffectsAndHandles) {
-  showObject(create(effectGraphic, {blur}));
-  user::click(control(settings::idEnable + 1));
-  EXPECT_EQ(current().slotFlags[1], slotHandles);
-  EXPECT_EQ(platform::controlValue(control(settings::idEnable + 1)), 0);
-  user::click(control(settings::idHandles + 1));
-  EXPECT_EQ(current().slotFlags[1], 0);
-  EXPECT_EQ(platform::controlIcon(control(settings::idHandles + 1)), "handles_clear");
-  EXPECT_THAT(commands, ElementsAre("1003 0x100001", "1003 0x100001"));
-  EXPECT_EQ(undoSteps(), 2);
-}
 
 TEST_F(SettingsWindow, ChecksStoreTheirValueAndButtonsOnlyTellTheEffect) {
   showObject(create(effectGraphic, {blur}));
@@ -253,110 +134,6 @@ TEST_F(SettingsWindow, TheImageGivesThePixelOfTheCurrentFrame) {
   EXPECT_EQ(pickImageColor({1, 1}), 0);
 }
 
-TEST_F(SettingsWindow, SectionsShareWhatTheyMustAndAreChosenInTheStrip) {
-  auto [head, second] = createTwoSections({blur});
-  EXPECT_EQ(text(state.startLabel), "11");
-  EXPECT_EQ(text(state.endLabel), "30");
-  int range = track(1, 0);
-  typeInto(startBox(range), "9");
-  EXPECT_EQ(objects[second].startValues[range], 9);
-  // Frame 10 + 49 * 102 / 204 = 34.5, to the nearest; then the far left.
-  commands.clear();
-  user::mouse(settingsWindow(), platform::messageLeftDown, {243, 10}, platform::mouseLeft);
-  EXPECT_EQ(currentObject, second);
-  EXPECT_EQ(timelineView.cursorFrame, 35);
-  user::mouse(settingsWindow(), platform::messageMouseMove, {100, 50}, platform::mouseLeft);
-  EXPECT_EQ(currentObject, head);
-  EXPECT_EQ(timelineView.cursorFrame, 10);
-  user::mouse(settingsWindow(), platform::messageLeftUp, {100, 50});
-  user::mouse(settingsWindow(), platform::messageMouseMove, {300, 10});
-  EXPECT_EQ(timelineView.cursorFrame, 10);
-  char select[2][16];
-  snprintf(select[0], 16, "1012 0x%X", second);
-  snprintf(select[1], 16, "1012 0x%X", head);
-  EXPECT_THAT(commands, ElementsAre(select[0], "1002 0x23", select[1], "1002 0xA"));
-}
-
-TEST_F(SettingsWindow, JumpButtonsGoToTheEndsAndOnToTheNeighbours) {
-  auto [head, second] = createTwoSections();
-  showObject(second);
-  timelineView.cursorFrame = 100;
-  user::click(control(settings::idJumpToEnd));
-  EXPECT_EQ(timelineView.cursorFrame, 59);
-  user::click(control(settings::idJumpToStart));
-  EXPECT_EQ(timelineView.cursorFrame, 30);
-  user::click(control(settings::idJumpToStart));
-  EXPECT_EQ(currentObject, head);
-  EXPECT_EQ(timelineView.cursorFrame, 10);
-  user::click(control(settings::idJumpToStart));
-  EXPECT_EQ(currentObject, head);
-  user::click(control(settings::idJumpToEnd));
-  user::click(control(settings::idJumpToEnd));
-  EXPECT_EQ(currentObject, second);
-  EXPECT_EQ(timelineView.cursorFrame, 59);
-  timelineView.cursorFrame = 30;
-  platform::focusWindow(settingsWindow());
-  user::press(platform::keyLeft);
-  EXPECT_EQ(currentObject, head);
-  EXPECT_EQ(timelineView.cursorFrame, 29);
-}
-
-TEST_F(SettingsWindow, TheStripShowsSectionsAndCursor) {
-  createTwoSections();
-  timelineView.cursorFrame = 34;
-  platform::Canvas* canvas = platform::createMemoryCanvas(496, 30);
-  settings::paintStrip(canvas);
-  const uint32_t* row = platform::canvasPixels(canvas) + 496 * 10;
-  auto pixel = [row](int x) { return row[x] & 0xFFFFFF; };
-  uint32_t line = platform::systemColor(platform::colorText);
-  // 20 * 204 / 49 = 83.3: the second section starts at x 224.
-  for (auto [x, color] : {std::pair{140, 0u},
-                          {141, line},
-                          {142, 0x4080FFu},
-                          {223, 0x4080FFu},
-                          {224, line},
-                          {225, 0x10206Cu},
-                          {345, line},
-                          {346, 0u}})
-    EXPECT_EQ(pixel(x), color) << x;
-  EXPECT_EQ(pixel(241), 0xEFDF93u);  // the cursor: 24 * 204 / 49 = 99.9
-  platform::releaseCanvas(canvas);
-}
-
-TEST_F(SettingsWindow, LabelsCountFramesOrTime) {
-  EXPECT_EQ(settings::frameLabel(0), "1");
-  preferences.config_time_type = 1;
-  const struct {
-    int frame;
-    const char* text;
-  } rows[] = {{0, "00:00.00"},           {10, "00:00.33"},
-              {30 * 60, "01:00.00"},     {30 * 3600 - 1, "59:59.96"},
-              {30 * 3600, "1:00:00.00"}, {30 * 3600 * 12 + 15, "12:00:00.50"}};
-  for (const auto& row : rows) EXPECT_EQ(settings::frameLabel(row.frame), row.text);
-}
-
-TEST_F(SettingsWindow, ButtonsOfTheHeaderFollowTheKindOfObject) {
-  const struct {
-    int effect;
-    bool toggles, source, add;
-  } rows[] = {{effectGraphic, true, true, true},
-              {effectAudioFile, false, true, true},
-              {20, false, false, true},
-              {effectTimeControl, false, false, false},
-              {effectGroupControl, false, false, true},
-              {effectCameraControl, false, false, true},
-              {blur, false, false, true}};
-  int layer = 1;
-  for (const auto& row : rows) {
-    SCOPED_TRACE(effectList[row.effect]->name);
-    showObject(create(row.effect, {}, layer++));
-    EXPECT_EQ(platform::windowShown(state.camera), row.toggles);
-    EXPECT_EQ(platform::windowShown(state.clip), row.toggles);
-    EXPECT_EQ(platform::windowShown(state.source), row.source);
-    EXPECT_EQ(platform::windowShown(state.add), row.add);
-  }
-}
-
 TEST_F(SettingsWindow, MenusActOnTheEffectUnderThem) {
   showObject(create(effectGraphic, {blur, light}));
   std::vector<std::string> lines;
@@ -401,68 +178,6 @@ TEST_F(SettingsWindow, TheTwelfthEffectLeavesNoRoomForAnother) {
   EXPECT_THAT(commands, IsEmpty());
 }
 
-TEST_F(SettingsWindow, KeysGoToBoxesCursorUndoAndHost) {
-  showObject(create(effectGraphic, {blur}));
-  timelineView.cursorFrame = 58;
-  platform::focusWindow(startBox(0));
-  user::press(platform::keyTab);
-  EXPECT_EQ(platform::focusedWindow(), startBox(1));  // no end of its own
-  chooseMovement(1, 2);
-  platform::focusWindow(startBox(1));
-  user::press(platform::keyTab);
-  EXPECT_EQ(platform::focusedWindow(), endBox(1));
-  user::press(platform::keyTab, platform::mouseShift);
-  user::press(platform::keyTab, platform::mouseShift);
-  EXPECT_EQ(platform::focusedWindow(), startBox(0));
-  user::press(platform::keyTab, platform::mouseShift);
-  EXPECT_EQ(platform::focusedWindow(), startBox(11));  // around
-  user::press('Z', platform::mouseCtrl);
-  platform::runPostedMessages();
-  EXPECT_THAT(keys, IsEmpty());
-  user::press(platform::keyEnter);
-  commands.clear();
-  for (int key : {platform::keyRight, platform::keyRight, platform::keyLeft}) user::press(key);
-  EXPECT_THAT(commands, ElementsAre("1002 0x3B", "1002 0x3B", "1002 0x3A"));
-  user::press('Z', platform::mouseCtrl);
-  user::press(platform::keyF5);
-  platform::runPostedMessages();
-  EXPECT_EQ(commands.back(), "1010 0x0");
-  EXPECT_EQ(current().modes[1], 0);
-  EXPECT_THAT(keys, ElementsAre("down 116", "up 116"));
-  platform::focusWindow(timeline);
-  user::press(platform::keyF5);
-  platform::runPostedMessages();
-  EXPECT_THAT(keys, ElementsAre("down 116", "up 116", "timeline up 116"));
-}
-
-TEST_F(SettingsWindow, ReleasingCtrlInAListEndsASelectionOfTheTimeline) {
-  showObject(create(effectGraphic));
-  platform::focusWindow(state.checks[0].list);
-  auto tapCtrl = [] {
-    user::key(platform::keyCtrl, true);
-    user::key(platform::keyCtrl, false);
-  };
-  tapCtrl();
-  EXPECT_THAT(keys, IsEmpty());
-  addToSelection(currentObject);
-  tapCtrl();
-  EXPECT_THAT(keys, ElementsAre("timeline up 17"));
-  user::press(platform::keyDown);
-  platform::runPostedMessages();
-  EXPECT_EQ(keys.size(), 1u);
-}
-
-TEST_F(SettingsWindow, TheWheelMovesTheCursor) {
-  showObject(create(effectGraphic));
-  timelineView.cursorFrame = 1;
-  EXPECT_EQ(user::wheel(settingsWindow(), {5, 5}, -3), 0);  // another window has the keys: for what scrolls this one
-  platform::focusWindow(settingsWindow());
-  EXPECT_EQ(user::wheel(settingsWindow(), {5, 5}, -3), 1);
-  user::wheel(startBox(0), {5, 5}, 1);
-  user::wheel(state.tracks[0].start.bar, {5, 5}, 9);
-  EXPECT_THAT(commands, ElementsAre("1002 0x4", "1002 0x3", "1002 0x0"));
-}
-
 TEST_F(SettingsWindow, FilesGoToTheEffectTheyAreDroppedOn) {
   fakeHost.functions.getMediaFileFilter = [](int32_t) { return "Media"; };
   showObject(create(effectImageFile, {35}));
@@ -479,65 +194,6 @@ TEST_F(SettingsWindow, FilesGoToTheEffectTheyAreDroppedOn) {
   EXPECT_THAT(desktop->boxes[0].text, HasSubstr("Failed to read the image file"));
   EXPECT_EQ(desktop->boxes[0].caption, "Add border");
   desktop->boxes.clear();
-}
-
-TEST_F(SettingsWindow, IsHiddenWhileTheHostSavesAndTellsItOfMoves) {
-  showObject(create(effectGraphic));
-  enableSettings(false);
-  EXPECT_FALSE(platform::windowShown(settingsWindow()));
-  refreshSettings();
-  EXPECT_FALSE(platform::windowShown(settingsWindow()));
-  enableSettings(true);
-  EXPECT_TRUE(platform::windowShown(settingsWindow()));
-  Rect place{0, 0, 10, 10};
-  platform::sendMessage(settingsWindow(), platform::messageSizing, 0, reinterpret_cast<intptr_t>(&place));
-  EXPECT_THAT(keys, ElementsAre("move 532"));
-}
-
-TEST_F(SettingsWindow, ControlsOfEffectsAreTheCurrentObjectsOnly) {
-  int object = create(effectGraphic, {blur}), other = create(effectGraphic, {}, 7);
-  showObject(object);
-  EXPECT_EQ(settingsControl(object, 1, trackStartBox, 2), startBox(5));
-  EXPECT_EQ(settingsControl(object, 0, checkButtonControl, 1), state.checks[1].button);
-  EXPECT_EQ(settingsControl(object, 1, trackStartBox, 3), nullptr);
-  EXPECT_EQ(settingsControl(object, 3, trackStartBox, 0), nullptr);
-  EXPECT_EQ(settingsControl(object, 0, settingsControls, 0), nullptr);
-  EXPECT_EQ(settingsControl(object, 0, -1, 0), nullptr);
-  EXPECT_EQ(settingsControl(other, 0, trackStartBox, 0), nullptr);
-}
-
-// An effect with custom controls.
-std::vector<std::string> customCalls;
-int showCustom(void*, uint32_t message, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition* effect) {
-  customCalls.push_back(std::string(message == controlsPlace ? "place " : "fill ") + std::to_string(wparam) + " " +
-                        std::to_string(lparam) + (effect->exdata ? "" : " unbound"));
-  return message == controlsPlace ? 40 : 0;
-}
-int operateCustom(void*, uint32_t, intptr_t wparam, intptr_t lparam, EditHandle, EffectDefinition*) {
-  customCalls.push_back("command " + std::to_string(wparam) + " " + std::to_string(lparam));
-  return 1;
-}
-
-TEST_F(SettingsWindow, EffectsPlaceControlsOfTheirOwn) {
-  EffectDefinition& effect = *effectList[35];
-  const EffectDefinition kept = effect;
-  effect.show_controls = showCustom;
-  effect.window_proc = operateCustom;
-  effect.hide_controls = [] { customCalls.push_back("hide"); };
-  customCalls.clear();
-  showObject(create(effectGraphic, {35}));
-  // Below 2 tracks and 2 buttons of the second slot, which begins at 163.
-  EXPECT_THAT(customCalls, testing::IsSupersetOf({"place 22256 273", "fill 0 0"}));
-  EXPECT_EQ(state.slots[2].y, 313);
-  customCalls.clear();
-  Window* own = platform::createControl(settingsWindow(), platform::controlButton, 22256 + 3, {0, 0, 9, 9}, "own");
-  user::click(own);
-  EXPECT_THAT(customCalls, ElementsAre("command " + std::to_string(commandCustomControl | 3 << 16) + " 0"));
-  customCalls.clear();
-  user::click(control(settings::idFold + 1));
-  EXPECT_THAT(customCalls, ElementsAre("hide", "fill 0 0"));
-  platform::destroyWindow(own);
-  effect = kept;
 }
 
 }  // namespace

@@ -35,8 +35,6 @@ class Timeline : public Stage {
   void SetUp() override {
     resetFakeHost();
     useTestEffects();
-    fakeHost.functions.addMenuItem = [](HostFilterRecord*, const char*, WindowHandle, int32_t, int32_t,
-                                        int32_t) -> int32_t { return 1; };
     fakeHost.frameCount = 1000;
     fakeHost.selectionLast = 999;
     fakeHost.intSettings = {{"zoom", 19}, {"object_snap", 0}};

@@ -1,6 +1,5 @@
-// A random walk with the mouse, the wheel, the keys and what other rooms do meanwhile. The model stays sound, and what
-// was redrawn in parts is what a full redraw shows.
-#include <array>
+// A random walk with the mouse, the wheel, the keys, all commands and what other rooms do meanwhile. The model stays
+// sound, and what was redrawn in parts is what a full redraw shows.
 #include <functional>
 #include <memory>
 #include <random>
@@ -10,7 +9,8 @@
 #include "zenlay/model/clipboard.h"
 #include "zenlay/model/groups.h"
 #include "zenlay/model/sections.h"
-#include "zenlay/ui/commands/command_ids.h"
+#include "zenlay/ui/commands/table.h"
+#include "zenlay/ui/menus/menus.h"
 
 namespace zenlay::test {
 namespace {
@@ -45,13 +45,31 @@ class TimelineWalk : public Timeline {
       if (anyObject() >= 0) groupSelection(std::vector<int>{anyObject(), anyObject()});
   }
 
+  /// One of the whole table, or an entry of a list of effects. Its dialog gets a number.
   int anyCommand() {
-    const auto commands = std::to_array<int>(
-        {commandSplit, commandCut, commandAddMidpoint, commandRemoveMidpoint, commandGroup, commandInsertLayer,
-         commandDeleteLayer, commandDuplicate, commandLockLayer, commandNextObject, commandShowOtherLayers,
-         commandZoomIn, commandUndo, commandCursorIsLastFrame, commandToggleObjectRange, commandToggleSnap,
-         commandToggleBeatGrid, commandToggleTrackSelected});
-    return commands[pick(std::size(commands))];
+    using namespace commands;
+    const std::span<const Row> tables[] = {objectCommands,   selectionCommands, effectCommands,
+                                           settingsCommands, layerCommands,     viewCommands};
+    scripted.dialogs = {[this](platform::Window* dialog) {
+      platform::user::type(platform::controlOf(dialog, 171), std::to_string(pick(200)).c_str());
+      platform::user::click(platform::controlOf(dialog, 1 + pick(2)));
+    }};
+    if (pick(6) == 0) return menuEffect + pick(testEffectCount);
+    const std::span<const Row>& table = tables[pick(std::size(tables))];
+    const int id = table[pick(table.size())].id;
+    return id == commandSetFile ? commandLastFrameAtCursor : id;  // its parameter is a path
+  }
+
+  /// Somewhere; not while something is dragged.
+  void runAnyCommand() {
+    if (timelineView.dragMode != dragNone) return;
+    if (timelineView.sceneLength > 2000) timelineView.sceneLength = fakeHost.frameCount = 1000;
+    clickPosition = {pick(1000), pick(12), pick(4) ? -1 : pick(objectCapacity + 1)};
+    if (pick(3) == 0) currentObject = anyObject();
+    for (int i = pick(4); i > 0 && sceneObjectCount; i--) selectChain(anyObject());
+    send(pick(4) ? messageCommand : messageHostCommand, anyCommand(), pick(12));
+    scripted.dialogs.clear();
+    redrawTimeline();
   }
 
   void pressKey() {
@@ -85,6 +103,7 @@ class TimelineWalk : public Timeline {
     mouse = anyPoint();
     mouseEvent(platform::messageRightDown);
     scripted.menus.clear();
+    scripted.dialogs.clear();
   }
 
   void userStep() {
@@ -113,6 +132,8 @@ class TimelineWalk : public Timeline {
                        : press(platform::mouseMiddle, platform::messageMiddleDown);
       case 8:
         return platform::user::timer(window, dragTimer);
+      case 9:
+        return runAnyCommand();
       default:
         mouse = {mouse.x + pick(60) - 30, mouse.y + pick(40) - 20};
         return mouseEvent(platform::messageMouseMove);
@@ -148,23 +169,25 @@ class TimelineWalk : public Timeline {
         [&] { createObject(pick(900), pick(8), pick(testEffectCount), -1); },
         [&] { layers[pick(8)].flags ^= pick(2) ? layerLocked : layerHidden; },
         [&] { enterScene(pick(3) ? 0 : 2); },
-        [&] { environment.saving = !environment.saving; },
+        [&] { environment.saving = pick(8) == 0; },
         [&] {
           if (pick(4) == 0) environment.saving = false, timelineView.sceneLength = fakeHost.frameCount = 1000, fill();
         },
-        [&] { send(messageCommand, anyCommand()); },
         [&] { play(); },
         [&] { changePreference(); },
         [&] { drop(files[pick(std::size(files))], anyPoint()); },
     };
     beginUndoStep();
     steps[pick(std::size(steps))]();
+    scripted.dialogs.clear();
     redrawTimeline();
   }
 
   void expectSound(int step) {
     ASSERT_EQ(modelFault(), "") << "step " << step;
     for (int object : selection()) ASSERT_TRUE(onTimeline(object)) << "step " << step;
+    ASSERT_TRUE(currentObject < 0 || onTimeline(currentObject)) << "step " << step;
+    ASSERT_EQ(timelineView.sceneLength, fakeHost.frameCount) << "step " << step;
     ASSERT_EQ(platform::mouseCapture() == window, timelineView.dragMode != dragNone) << "step " << step;
   }
 };
@@ -176,7 +199,7 @@ TEST_F(TimelineWalk, StaysSoundAndShowsWhatThereIs) {
   auto desktop = std::make_unique<PixelDesktop>(window, platform::Size{width, height});
   fill();
   send(platform::messagePaint);
-  for (int step = 0; step < 20000; step++) {
+  for (int step = 0; step < 40000; step++) {
     pick(40) ? userStep() : foreignStep();
     if (step % 10 != 0) continue;
     ASSERT_NO_FATAL_FAILURE(expectSound(step));

@@ -21,7 +21,6 @@ using namespace zenlay;
 extern HostFilterRecord editor;
 std::string text;  // the film
 std::string log;   // what the host asked for, in order
-bool saving = false;
 
 void say(const char* message) { platform::messageBox(nullptr, message, "Editor", 0x30); }
 
@@ -159,15 +158,6 @@ HostFilterRecord editor{.flags = 0x40062004,
                         .initialise = start,
                         .exit = [](HostFilterRecord*) { return 1; },
                         .windowProcedure = windowProcedure,
-                        .saveStart = [](HostFilterRecord*, int32_t first, int32_t last, EditHandle) -> int {
-                          log += "save " + std::to_string(first) + "-" + std::to_string(last) + " ";
-                          return saving = true;
-                        },
-                        .saveEnd = [](HostFilterRecord*, EditHandle) -> int {
-                          saving = false;
-                          log += "saved ";
-                          return 1;
-                        },
                         .projectLoad = load,
                         .projectSave = save};
 /// Adds the number of its calls to the block's first sample and the frame's number to the last.

@@ -11,7 +11,6 @@
 #include <QTest>
 #include <QUrl>
 #include <QWheelEvent>
-#include <ctime>
 
 #include "platform/qt/qt_desktop.h"
 
@@ -111,12 +110,6 @@ bool dropFiles(Window* window, Point at, const std::vector<std::string>& paths) 
 void savePicture(const QImage& image, const std::string& name) {
   QDir().mkpath(SOURCE_DIR "/out/screenshots");
   EXPECT_TRUE(image.save(QString::fromStdString(SOURCE_DIR "/out/screenshots/" + name + ".png"))) << name;
-}
-
-double threadTime() {
-  timespec now;
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return now.tv_sec * 1e3 + now.tv_nsec / 1e6;
 }
 
 QImage picture(Window* window) { return qt::widgetOf(window)->grab().toImage().convertToFormat(QImage::Format_RGB32); }

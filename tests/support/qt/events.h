@@ -35,7 +35,5 @@ bool dropFiles(Window*, Point, const std::vector<std::string>& paths);
 QImage picture(Window*);
 /// As out/screenshots/<name>.png of the tree.
 void savePicture(const QImage&, const std::string& name);
-/// Processor time of this thread, in milliseconds.
-double threadTime();
 
 }  // namespace platform::test
