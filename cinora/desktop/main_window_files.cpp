@@ -15,6 +15,7 @@
 #include "cinora/support/failure.h"
 #include "cinora/support/interruption.h"
 #include "platform/paths.h"
+#include "platform/system.h"
 
 namespace cinora::desktop {
 namespace {
@@ -205,10 +206,23 @@ std::string MainWindow::askFileName(bool save, const char* filter, const char* i
   return QFileDialog::getOpenFileName(this, "Open", name, qtFilter(filter)).toStdString();
 }
 
-void MainWindow::closeEvent(QCloseEvent* event) {
-  if (!host_ || !mayDiscard()) return event->ignore();
+bool MainWindow::mayEnd() { return endAgreed_ || (endAgreed_ = mayDiscard()); }
+
+void MainWindow::rescue() {
   storeArrangement();
-  host_->settings.save();
+  if (!session_->modified()) return;
+  const std::string about = "cinora: the unsaved work on " + session_->name();
+  try {
+    rescueProject(*host_);
+    platform::debugOutput(about + " is kept as a backup");
+  } catch (const std::exception& error) {
+    platform::debugOutput(about + " is lost: " + error.what());
+  }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!host_ || !mayEnd()) return event->ignore();
+  storeArrangement();
   event->accept();
   QApplication::quit();
 }

@@ -85,7 +85,9 @@ Host::Host(const HostOptions& options)
 
 Host::~Host() {
   closeEdit();
-  plugins.stop();
+  plugins.stop();  // which writes its preferences
+  if (desktop.mainWindow && !settings.save())
+    platform::debugOutput("cinora: warning: the settings cannot be written to " + settings.path());
   dropKeptSound();
   if (font_) platform::closeFont(font_);
   if (!desktop.mainWindow) platform::setDesktopBackend(nullptr);

@@ -192,6 +192,7 @@ void take(Window* dialog) {
   pruneBackups();
   takeMemory(dialog);
   if (preferences.small_layer != layerHeight) applyLayerHeight();
+  writePreferences();
   redrawTimeline();
   relayoutSettings();
 }
