@@ -82,6 +82,10 @@ intptr_t mouse(Window* window, uint32_t message, Point at, intptr_t state) {
     window = captured;
   }
   input.cursor = clientToScreen(window, at);
+  while (window->control && !window->enabled && goesToOwner(window->control->kind, message)) {
+    at = {at.x + window->place.x, at.y + window->place.y};
+    window = window->owner;
+  }
   if (!usable(window)) return 0;
   while (ControlRecord* c = controlRecord(window)) {
     if (c->hook && c->hook(window, message, state, packPoint(at), c->hookUser) == 1) return 1;

@@ -1,10 +1,14 @@
 #include "cinora/desktop/main_window.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
+#include <QFormLayout>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -12,6 +16,7 @@
 #include "cinora/desktop/plugin_docks.h"
 #include "cinora/desktop/preview.h"
 #include "cinora/desktop/seek_bar.h"
+#include "cinora/desktop/theme_menu.h"
 #include "cinora/desktop/time_code.h"
 #include "cinora/desktop/transport.h"
 #include "cinora/desktop/welcome.h"
@@ -144,6 +149,7 @@ void MainWindow::attach(Host& host, const PlaybackFilter& playback, PluginDocks&
         noteChange(true);
       });
   fillPluginMenu();
+  viewMenu_->addMenu(createThemeMenu(host.settings, this));
   viewMenu_->addSeparator();
   viewMenu_->addActions(docks.toggles());
   refreshNow();
@@ -306,15 +312,28 @@ void MainWindow::showAbout() {
 }
 
 void MainWindow::showKeys() {
-  QString text = "<table cellspacing=3>";
+  QDialog dialog(this);
+  dialog.setWindowTitle("Keys");
+  auto* list = new QWidget;
+  auto* form = new QFormLayout(list);
+  form->setLabelAlignment(Qt::AlignRight);
   for (QAction* action : actions() + pluginMenu_->actions()) {
     if (action->shortcuts().isEmpty()) continue;
-    QString name = action->text().remove('&').remove(QChar(0x2026)).toHtmlEscaped();
-    text += QString("<tr><td align=right><b>%1</b>&nbsp;&nbsp;</td><td>%2</td></tr>")
-                .arg(action->shortcut().toString(QKeySequence::NativeText).toHtmlEscaped(), name);
+    auto* keys = new QLabel("<b>" + action->shortcut().toString(QKeySequence::NativeText).toHtmlEscaped() + "</b>");
+    form->addRow(keys, new QLabel(action->text().remove('&').remove(QChar(0x2026))));
   }
-  QMessageBox box(QMessageBox::NoIcon, "Keys", text + "</table>", QMessageBox::Close, this);
-  box.exec();
+  auto* scroll = new QScrollArea;
+  scroll->setWidget(list);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setMinimumWidth(list->sizeHint().width() + scroll->verticalScrollBar()->sizeHint().width());
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+  connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  auto* column = new QVBoxLayout(&dialog);
+  column->addWidget(scroll);
+  column->addWidget(buttons);
+  dialog.resize(
+      dialog.sizeHint().expandedTo(list->sizeHint() + QSize(60, 80)).boundedTo(screen()->availableSize() * 0.9));
+  dialog.exec();
 }
 
 }  // namespace cinora::desktop

@@ -27,6 +27,7 @@ void Player::play(int first, int last, int from) {
   first_ = first;
   last_ = last;
   shown_ = 0;
+  cursor_ = host_.edit.currentFrame;
   playing_ = true;
   filter_.notify(from, playbackStart);
   start_ = std::clamp(from, first, last);
@@ -67,6 +68,7 @@ int64_t Player::passLength() const {
 void Player::tick() {
   if (!playing_) return;
   if (!host_.edit.open) return end(false);
+  if (host_.edit.currentFrame != cursor_) return end(true);
   sound_.feed(loop_);
   int64_t now = elapsed();
   int due = frameAt(now);

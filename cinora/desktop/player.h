@@ -18,7 +18,7 @@ class Player {
   Player(Host&, const PlaybackFilter&, std::function<bool(int frame)> show,
          std::function<void(int frame, bool byItself)> ended, OpenSoundDevice = openSystemSound);
 
-  /// Frames first..last, from `from` on.
+  /// Frames first..last, from `from` on, until the film's cursor is moved: it then stays where it was put.
   void play(int first, int last, int from);
   void stop() { end(false); }
   bool playing() const { return playing_; }
@@ -49,6 +49,7 @@ class Player {
   int start_ = 0;             // frame with which this pass began
   int64_t passStart_ = 0;     // ns of playback at which it did
   int frame_ = 0, shown_ = 0;
+  int cursor_ = 0;  // of the film, which playing leaves alone
 };
 
 }  // namespace cinora::desktop

@@ -10,6 +10,14 @@ namespace cinora::desktop {
 namespace {
 
 constexpr int toolWidth = 500, filterHeight = 260;  // before a window says what it wants
+constexpr int leastToolWidth = 200, leastFilterHeight = 140;
+constexpr char toolTitle[] = "Settings", filterTitle[] = "Timeline";
+
+/// The menu keeps calling the dock what it is for, whatever it shows.
+void setTitle(QDockWidget* dock, const QString& title, const char* menuText) {
+  dock->setWindowTitle(title);
+  dock->toggleViewAction()->setText(menuText);
+}
 
 QDockWidget* addDock(QMainWindow& main, Qt::DockWidgetArea area, platform::Window* window, const char* title) {
   auto* dock = new QDockWidget(title, &main);
@@ -20,7 +28,7 @@ QDockWidget* addDock(QMainWindow& main, Qt::DockWidgetArea area, platform::Windo
 }
 
 QWidget* placeholder() {
-  auto* text = new QLabel("Select an object on the timeline\nto see its settings.");
+  auto* text = new QLabel("Double-click an object on the timeline\nto see its settings.");
   text->setAlignment(Qt::AlignCenter);
   text->setForegroundRole(QPalette::PlaceholderText);
   text->setMinimumWidth(180);
@@ -38,17 +46,18 @@ PluginDocks::~PluginDocks() { platform::qt::setFrameMaker({}); }
 std::optional<platform::qt::WindowFrame> PluginDocks::frameFor(platform::Window* window, QWidget* surface) {
   if (platform::windowStyle(window) & platform::windowFrameless) return {};
   if (platform::windowOwner(window) != frame_) {
-    auto* dock = addDock(main_, Qt::RightDockWidgetArea, window, "Settings");
+    auto* dock = addDock(main_, Qt::RightDockWidgetArea, window, toolTitle);
     tools_.push_back(dock);
     return frameTool(window, surface, dock);
   }
   if (!(platform::windowStyle(window) & platform::windowAcceptsFiles)) return {};
-  auto* dock = addDock(main_, Qt::BottomDockWidgetArea, window, "Timeline");
+  auto* dock = addDock(main_, Qt::BottomDockWidgetArea, window, filterTitle);
+  surface->setMinimumHeight(leastFilterHeight);
   dock->setWidget(surface);
   filters_.push_back(dock);
   return platform::qt::WindowFrame{
       .show = [dock](bool shown, bool) { dock->setVisible(shown); },
-      .setTitle = [dock](const QString& title) { dock->setWindowTitle(title); },
+      .setTitle = [dock](const QString& title) { setTitle(dock, title, filterTitle); },
       .resize = [this, dock](QSize client) { main_.resizeDocks({dock}, {client.height()}, Qt::Vertical); },
   };
 }
@@ -64,17 +73,26 @@ platform::qt::WindowFrame PluginDocks::frameTool(platform::Window*, QWidget* sur
   stack->addWidget(placeholder());
   stack->addWidget(scroll);
   dock->setWidget(stack);
-  auto fit = [scroll, surface](QSize client) {
+  scroll->setMinimumWidth(leastToolWidth);
+  // Not of a small screen's picture.
+  auto makeRoom = [this, scroll, surface, dock] {
+    const int wanted = surface->width() + scroll->verticalScrollBar()->sizeHint().width();
+    if (scroll->width() < wanted && wanted < main_.width() / 2) main_.resizeDocks({dock}, {wanted}, Qt::Horizontal);
+  };
+  auto fit = [surface, makeRoom](QSize client) {
+    const bool widened = client.width() > surface->width();
     surface->resize(client);
-    scroll->setMinimumWidth(client.width() + scroll->verticalScrollBar()->sizeHint().width());
+    if (widened) makeRoom();
   };
   return {
       .show =
-          [stack, scroll, dock](bool shown, bool activate) {
+          [stack, dock, makeRoom](bool shown, bool activate) {
+            if (shown && stack->currentIndex() == 0) makeRoom();
             stack->setCurrentIndex(shown ? 1 : 0);
+            if (!shown) setTitle(dock, toolTitle, toolTitle);
             if (shown && activate) dock->raise();
           },
-      .setTitle = [dock](const QString& title) { dock->setWindowTitle(title); },
+      .setTitle = [dock](const QString& title) { setTitle(dock, title, toolTitle); },
       .resize = fit,
   };
 }

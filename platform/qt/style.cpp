@@ -73,6 +73,7 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
     case SH_ComboBox_Popup:
     case SH_EtchDisabledText:
     case SH_UnderlineShortcut:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
       return 0;
     default:
       return QProxyStyle::styleHint(hint, option, widget, more);

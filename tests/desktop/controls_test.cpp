@@ -45,6 +45,8 @@ TEST_F(QtControls, Buttons) {
   enableWindow(check, false);
   test::click(check, {5, 8});
   EXPECT_EQ(log.lines, Lines{});
+  test::press(check, {5, 8}, Qt::RightButton);  // a menu of what lies around it opens all the same
+  EXPECT_EQ(log.lines.size(), 1u);
 }
 
 TEST_F(QtControls, ATrackBarIsDraggedAndPaged) {

@@ -133,11 +133,12 @@ TEST(ReplacementFileTest, ReplacesOnlyWhenCommitted) {
   EXPECT_TRUE(readFile(scratch / "film.mp4", text));
   EXPECT_EQ(text, "old");
   {
-    ReplacementFile file(scratch / "FILM.mp4");  // case repaired, not a second film
+    ReplacementFile file(scratch / "film.mp4"), like(scratch / "FILM.mp4");
     std::ofstream(file.temporaryPath()) << "new";
     EXPECT_TRUE(file.commit());
+    EXPECT_TRUE(like.commit());
   }
-  EXPECT_EQ(allFiles(scratch.path()), std::vector<std::string>{"film.mp4"});
+  EXPECT_EQ(allFiles(scratch.path()), (std::vector<std::string>{"FILM.mp4", "film.mp4"}));
   EXPECT_TRUE(readFile(scratch / "film.mp4", text));
   EXPECT_EQ(text, "new");
   struct stat status;

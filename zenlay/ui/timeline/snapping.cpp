@@ -50,7 +50,7 @@ int snapTarget(int frame, int layer, bool ignoreSelected) {
   for (int l = layer - 1; l >= 0; l--) searchLayer(search, l);
   for (int l = layer + 1; l < layersInUse; l++) searchLayer(search, l);
   offer(search, 0);
-  offer(search, timelineView.sceneLength);
+  if (timelineView.sceneLength > 1 || sceneObjectCount > 0) offer(search, timelineView.sceneLength);  // an empty one: 0
   if (BeatLines lines = beatLines(); lines != beatLinesNone) offer(search, nearestBeat(frame, lines == beatLinesBars));
   return search.best;
 }
