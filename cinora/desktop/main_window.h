@@ -83,6 +83,9 @@ class MainWindow : public QMainWindow {
   void openFile(const std::string& path);
   /// Onto the first layer of the open project; opens it when there is none.
   void importFile(const std::string& path);
+  /// What was dropped together: imported one after the other, or the first project among them opened and the others
+  /// told to be left out.
+  void takeFiles(const std::vector<std::string>& paths);
   /// For an end without a question: unsaved work becomes a backup of the plug-in's, which a line on standard error
   /// tells, and the arrangement of the windows is stored.
   void rescue();

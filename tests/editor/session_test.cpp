@@ -284,6 +284,39 @@ TEST_F(Session, RecentFilesAreKeptLatestFirst) {
   EXPECT_EQ(recent[9], paths[2]);
 }
 
+TEST_F(Session, FilesDroppedTogetherAreTakenOrTold) {
+  auto hasAll = [&](const std::vector<std::string>& files) {
+    std::string texts = askEditor(stage.host(), zenlay::queryTexts, nullptr);
+    return std::all_of(files.begin(), files.end(), [&](auto& file) { return texts.find(file) != texts.npos; });
+  };
+  std::vector<std::string> pictures;
+  for (const char* name : {"a.png", "b.png", "c.png"}) {
+    QImage picture(8, 8, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(QString::fromStdString(stage.folder / name)));
+    pictures.push_back(stage.folder / name);
+  }
+  stage.folder.write("film.zlo", squareFilm(10, 20, 5));
+  stage.window().openFile(stage.folder / "film.zlo");
+  stage.answer(QMessageBox::Ok);
+  stage.window().takeFiles(pictures);
+  EXPECT_TRUE(hasAll({pictures[0], pictures[1]}));
+  // The plug-in finds no place for a third one where two stand.
+  EXPECT_EQ(stage.asked,
+            QStringList(QString::fromStdString("Not imported, as there is no place for them:\n" + pictures[2])));
+  stage.asked.clear();
+  std::string project = stage.folder / "a.cnp";
+  ASSERT_TRUE(stage.window().saveTo(project));
+  std::string second = stage.folder / "b.cnp";
+  ASSERT_TRUE(stage.window().saveTo(second));
+  stage.answer(QMessageBox::Ok);
+  stage.window().takeFiles({pictures[0], project, second});
+  EXPECT_EQ(stage.window().session().path(), project);
+  EXPECT_TRUE(hasAll({pictures[0], pictures[1]}));
+  EXPECT_EQ(stage.asked,
+            QStringList(QString::fromStdString("A project opens alone. Left out:\n" + pictures[0] + "\n" + second)));
+}
+
 TEST_F(Session, AVideoBeginsAProjectOfItsFormat) {
   stage.window().openFile(SOURCE_DIR "/examples/media/lights.mp4");
   EXPECT_TRUE(stage.asked.empty());
