@@ -192,7 +192,6 @@ void take(Window* dialog) {
   pruneBackups();
   takeMemory(dialog);
   if (preferences.small_layer != layerHeight) applyLayerHeight();
-  writePreferences();
   redrawTimeline();
   relayoutSettings();
 }
