@@ -1,3 +1,4 @@
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -7,26 +8,6 @@
 namespace platform {
 
 namespace {
-
-/// Buttons in bits 0..3 of a box's style, and the answer of nobody.
-struct BoxButtons {
-  uint32_t buttons;
-  int refusal;
-};
-constexpr BoxButtons boxButtons[] = {
-    {0, boxOk},      // OK
-    {1, boxCancel},  // OK, cancel
-    {2, boxAbort},   // abort, retry, ignore
-    {3, boxCancel},  // yes, no, cancel
-    {4, boxNo},      // yes, no
-    {5, boxCancel},  // retry, cancel
-};
-
-int refusalOf(uint32_t style) {
-  for (const BoxButtons& row : boxButtons)
-    if (row.buttons == (style & 15)) return row.refusal;
-  return boxCancel;
-}
 
 /// The lines of `text` as sentences of one line.
 std::string joinLines(std::string_view text) {
@@ -45,6 +26,19 @@ std::string joinLines(std::string_view text) {
 }
 
 }  // namespace
+
+BoxResult refusalOf(uint32_t style) {
+  static constexpr BoxResult refusals[] = {
+      boxOk,      // OK
+      boxCancel,  // OK, cancel
+      boxAbort,   // abort, retry, ignore
+      boxCancel,  // yes, no, cancel
+      boxNo,      // yes, no
+      boxCancel,  // retry, cancel
+  };
+  uint32_t buttons = style & 15;
+  return buttons < std::size(refusals) ? refusals[buttons] : boxCancel;
+}
 
 int messageBox(Window* owner, const char* text, const char* caption, uint32_t style) {
   const DesktopBackend& desktop = desktopBackend();

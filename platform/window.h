@@ -186,6 +186,8 @@ Rect virtualScreen();
 bool onAnyMonitor(Rect);
 
 enum BoxResult : int { boxOk = 1, boxCancel, boxAbort, boxRetry, boxIgnore, boxYes, boxNo };
+/// The button of such a box that refuses, which also closing it and Escape stand for: the only button of one with OK.
+BoxResult refusalOf(uint32_t style);
 /// `style` as the platform numbers it: buttons in bits 0..3, icon in bits 4..7. Without a desktop the text goes to
 /// standard error as one line `caption: text`, and a question is answered by its refusing button.
 int messageBox(Window* owner, const char* text, const char* caption, uint32_t style);

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QSessionManager>
 #include <QTimer>
 #include <cstdio>
 
@@ -24,6 +25,13 @@ void reportFatal(QtMsgType type, const QMessageLogContext&, const QString&) {
   if (type != QtFatalMsg) return;
   fprintf(stderr, "cinora: the display cannot be opened; to make a film without one: cinora render FILE -o film.mp4\n");
   _exit(statusFailed);
+}
+
+/// A logout asks, where it lets the user be asked.
+void endSession(MainWindow& window, QSessionManager& session) {
+  if (!session.allowsInteraction()) return window.rescue();
+  if (!window.mayEnd()) session.cancel();
+  session.release();
 }
 
 }  // namespace
@@ -80,7 +88,10 @@ int runEditor(const EditorArguments& arguments) {
       if (interrupted()) QApplication::exit(statusFailed);
     });
     signalPolls.start(signalPoll);
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &editor.window(),
+                     [&](QSessionManager& session) { endSession(editor.window(), session); });
     status = QApplication::exec();
+    if (interrupted()) editor.window().rescue();
   }
   platform::qt::stopDesktop();
   return status;

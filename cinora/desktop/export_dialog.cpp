@@ -101,11 +101,18 @@ ExportDialog::ExportDialog(Host& host, const std::string& filmPath, QWidget* par
       selection_(new QRadioButton),
       path_(new QLineEdit) {
   setWindowTitle("Export Film");
-  const zenlay::HostEdit& edit = host.edit;
+  fill(filmPath);
+  layOut();
+  connect(preset_, &QComboBox::currentIndexChanged, this, [this] { choosePreset(); });
+  choosePreset();
+}
+
+void ExportDialog::fill(const std::string& filmPath) {
+  const zenlay::HostEdit& edit = host_.edit;
   for (const ExportPreset& preset : exportPresets())
     if (canExport(preset)) preset_->addItem(preset.name, static_cast<int>(&preset - exportPresets().data()));
   preset_->setCurrentIndex(std::clamp(
-      preset_->findText(QString::fromStdString(host.settings.get(section, presetKey, ""))), 0, preset_->count() - 1));
+      preset_->findText(QString::fromStdString(host_.settings.get(section, presetKey, ""))), 0, preset_->count() - 1));
   about_->setForegroundRole(QPalette::PlaceholderText);
   whole_->setText(
       QString("Whole film (%1 frames, %2)").arg(edit.frameCount).arg(timeCode(edit.frameCount, edit.format)));
@@ -116,7 +123,9 @@ ExportDialog::ExportDialog(Host& host, const std::string& filmPath, QWidget* par
   (part ? selection_ : whole_)->setChecked(true);
   path_->setMinimumWidth(380);
   path_->setText(QString::fromStdString(absolutePath(filmPath).string()));
+}
 
+void ExportDialog::layOut() {
   auto* browseButton = new QPushButton("Browse…");
   browseButton->setAutoDefault(false);
   auto* fileRow = new QHBoxLayout;
@@ -144,11 +153,9 @@ ExportDialog::ExportDialog(Host& host, const std::string& filmPath, QWidget* par
   column->setSizeConstraint(QLayout::SetFixedSize);
   start->setDefault(true);  // only now does the dialog know the button
 
-  connect(preset_, &QComboBox::currentIndexChanged, this, [this] { choosePreset(); });
   connect(browseButton, &QPushButton::clicked, this, [this] { browse(); });
   connect(buttons, &QDialogButtonBox::accepted, this, [this] { accept(); });
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  choosePreset();
 }
 
 static const ExportPreset& presetOf(const QComboBox* box) { return exportPresets()[box->currentData().toInt()]; }
@@ -176,6 +183,24 @@ ExportRequest ExportDialog::request() const {
   return request;
 }
 
+/// One question about all files that stand where the export writes.
+bool ExportDialog::mayReplace(const ExportRequest& wanted) {
+  std::string existing;
+  int count = 0;
+  for (int frame = wanted.first; frame <= wanted.last; frame++) {
+    std::optional<std::string> numbered = numberedName(wanted.output.path, frame + 1);
+    std::string path = numbered.value_or(wanted.output.path);
+    if (platform::fileExists(path) && count++ == 0) existing = path;
+    if (!numbered) break;
+  }
+  if (count == 0) return true;
+  QString name = QString::fromStdString(existing);
+  QString text = count == 1
+                     ? QString("%1 exists already. Replace it?").arg(name)
+                     : QString("%2 files of the sequence exist already, %1 first. Replace them?").arg(name).arg(count);
+  return QMessageBox::question(this, "Export Film", text) == QMessageBox::Yes;
+}
+
 void ExportDialog::accept() {
   ExportRequest wanted = request();
   try {
@@ -186,12 +211,7 @@ void ExportDialog::accept() {
     problem_->show();
     return;
   }
-  std::string first = numberedName(wanted.output.path, wanted.first + 1).value_or(wanted.output.path);
-  if (platform::fileExists(first) &&
-      QMessageBox::question(this, "Export Film",
-                            QString("%1 exists already. Replace it?").arg(QString::fromStdString(first))) !=
-          QMessageBox::Yes)
-    return;
+  if (!mayReplace(wanted)) return;
   host_.settings.set(section, presetKey, presetOf(preset_).name);
   QDialog::accept();
 }

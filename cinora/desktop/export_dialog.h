@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QDialog>
-#include <optional>
 #include <string>
 
 #include "cinora/export/exporter.h"
@@ -10,8 +9,6 @@
 class QComboBox;
 class QLabel;
 class QLineEdit;
-class QProgressBar;
-class QPushButton;
 class QRadioButton;
 
 namespace cinora::desktop {
@@ -21,16 +18,14 @@ class ExportDialog : public QDialog {
   /// `filmPath`: the film's file or the name it would get.
   ExportDialog(Host&, const std::string& filmPath, QWidget* parent);
   ExportRequest request() const;
-
- private:
-  void choosePreset();
-  void browse();
-
- public:
   void accept() override;
 
  private:
-  int frames() const;
+  void fill(const std::string& filmPath);
+  void layOut();
+  void choosePreset();
+  void browse();
+  bool mayReplace(const ExportRequest&);
 
   Host& host_;
   QComboBox* preset_;

@@ -80,7 +80,10 @@ MainWindow::MainWindow()
   };
   for (QTimer* timer : {&refreshTimer_, &titleTimer_}) timer->setSingleShot(true);
   connect(&refreshTimer_, &QTimer::timeout, this, [this] { refresh(); });
-  connect(&titleTimer_, &QTimer::timeout, this, [this] { updateTitle(); });
+  connect(&titleTimer_, &QTimer::timeout, this, [this] {
+    updateTitle();
+    if (host_) host_->settings.save();  // no crash takes them away
+  });
 }
 
 MainWindow::~MainWindow() = default;
@@ -178,6 +181,7 @@ void MainWindow::storeArrangement() {
 void MainWindow::noteChange(bool picture) {
   if (!host_) return;
   pictureStale_ |= picture;
+  endAgreed_ = false;
   if (picture && session_) session_->suspect();
   if (!refreshTimer_.isActive()) refreshTimer_.start(0);
 }

@@ -83,6 +83,14 @@ class MainWindow : public QMainWindow {
   void openFile(const std::string& path);
   /// Onto the first layer of the open project; opens it when there is none.
   void importFile(const std::string& path);
+  /// What was dropped together: imported one after the other, or the first project among them opened and the others
+  /// told to be left out.
+  void takeFiles(const std::vector<std::string>& paths);
+  /// For an end without a question: unsaved work becomes a backup of the plug-in's, which a line on standard error
+  /// tells, and the arrangement of the windows is stored.
+  void rescue();
+  /// As closing asks, which then asks no second time until something changes. False when the user would rather stay.
+  bool mayEnd();
   bool save();
   bool saveTo(const std::string& path);
   void goTo(int frame);
@@ -172,6 +180,7 @@ class MainWindow : public QMainWindow {
   QTimer refreshTimer_, titleTimer_;
   int shownFrame_ = -1;
   bool pictureStale_ = false, exporting_ = false;
+  bool endAgreed_ = false;  // to losing what is not saved
 };
 
 }  // namespace cinora::desktop

@@ -6,6 +6,7 @@
 #include <QMimeData>
 #include <QRegularExpression>
 #include <QStatusBar>
+#include <algorithm>
 
 #include "cinora/desktop/export_dialog.h"
 #include "cinora/desktop/main_window.h"
@@ -15,6 +16,7 @@
 #include "cinora/support/failure.h"
 #include "cinora/support/interruption.h"
 #include "platform/paths.h"
+#include "platform/system.h"
 
 namespace cinora::desktop {
 namespace {
@@ -66,10 +68,16 @@ std::string joined(const std::vector<std::string>& messages) {
   return text;
 }
 
-std::string firstFile(const QMimeData* data) {
+std::vector<std::string> filesIn(const QMimeData* data) {
+  std::vector<std::string> paths;
   for (const QUrl& url : data->urls())
-    if (url.isLocalFile()) return url.toLocalFile().toStdString();
-  return "";
+    if (url.isLocalFile()) paths.push_back(url.toLocalFile().toStdString());
+  return paths;
+}
+
+bool replacesProject(const std::string& path) {
+  return platform::equalNoCase(platform::extensionOf(path), ".cnp") ||
+         platform::equalNoCase(platform::extensionOf(path), ".zenlay_backup");
 }
 
 }  // namespace
@@ -205,31 +213,57 @@ std::string MainWindow::askFileName(bool save, const char* filter, const char* i
   return QFileDialog::getOpenFileName(this, "Open", name, qtFilter(filter)).toStdString();
 }
 
-void MainWindow::closeEvent(QCloseEvent* event) {
-  if (!host_ || !mayDiscard()) return event->ignore();
+bool MainWindow::mayEnd() { return endAgreed_ || (endAgreed_ = mayDiscard()); }
+
+void MainWindow::rescue() {
   storeArrangement();
-  host_->settings.save();
+  if (!session_->modified()) return;
+  const std::string about = "cinora: the unsaved work on " + session_->name();
+  try {
+    rescueProject(*host_);
+    platform::debugOutput(about + " is kept as a backup");
+  } catch (const std::exception& error) {
+    platform::debugOutput(about + " is lost: " + error.what());
+  }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!host_ || !mayEnd()) return event->ignore();
+  storeArrangement();
   event->accept();
   QApplication::quit();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!exporting_ && !firstFile(event->mimeData()).empty()) event->acceptProposedAction();
+  if (!exporting_ && !filesIn(event->mimeData()).empty()) event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  std::string path = firstFile(event->mimeData());
-  if (path.empty() || exporting_) return;
+  std::vector<std::string> paths = filesIn(event->mimeData());
+  if (paths.empty() || exporting_) return;
   event->acceptProposedAction();
-  // The program that the file was dragged from waits for the answer.
+  // The program that the files were dragged from waits for the answer.
   QMetaObject::invokeMethod(
-      this,
-      [this, path] {
-        bool project = platform::equalNoCase(platform::extensionOf(path), ".cnp") ||
-                       platform::equalNoCase(platform::extensionOf(path), ".zenlay_backup");
-        project ? openFile(path) : importFile(path);
-      },
-      Qt::QueuedConnection);
+      this, [this, paths] { takeFiles(paths); }, Qt::QueuedConnection);
+}
+
+void MainWindow::takeFiles(const std::vector<std::string>& paths) {
+  auto project = std::find_if(paths.begin(), paths.end(), replacesProject);
+  if (project == paths.end()) {
+    std::string noRoom;
+    for (const std::string& path : paths) {
+      const std::string before = session_->open() ? askEditor(*host_, zenlay::queryProject, nullptr) : "";
+      importFile(path);
+      if (!before.empty() && before == askEditor(*host_, zenlay::queryProject, nullptr)) noRoom += "\n" + path;
+    }
+    if (paths.size() > 1 && !noRoom.empty()) tell("Not imported, as there is no place for them:" + noRoom);
+    return;
+  }
+  openFile(*project);
+  std::string leftOut;
+  for (auto path = paths.begin(); path != paths.end(); ++path)
+    if (path != project) leftOut += "\n" + *path;
+  if (!leftOut.empty()) tell("A project opens alone. Left out:" + leftOut);
 }
 
 }  // namespace cinora::desktop

@@ -10,7 +10,7 @@ namespace {
 constexpr int standardMaxWidth = 3840, standardMaxHeight = 2160;
 constexpr char fontFace[] = "sans-serif";
 constexpr int fontSize = 16, fontWeight = 400;
-constexpr uint32_t warningBox = 0x30, boxButtons = 0xF, boxYesNo = 4, boxYesNoCancel = 3;
+constexpr uint32_t warningBox = 0x30;
 
 Host* livingHost = nullptr;
 
@@ -49,8 +49,7 @@ int recordBox(platform::Window*, const char* text, const char* caption, uint32_t
   std::string title = oneLine(caption);
   bool path = title.find_first_of("/\\.") != title.npos;
   livingHost->addMessage((path ? title + ": " : "") + oneLine(text));
-  uint32_t buttons = style & boxButtons;
-  return buttons == boxYesNo || buttons == boxYesNoCancel ? platform::boxNo : platform::boxOk;
+  return platform::refusalOf(style);
 }
 const platform::DesktopBackend commandLineDesktop{recordBox};
 
@@ -85,7 +84,9 @@ Host::Host(const HostOptions& options)
 
 Host::~Host() {
   closeEdit();
-  plugins.stop();
+  plugins.stop();  // which writes its preferences
+  if (desktop.mainWindow && !settings.save())
+    platform::debugOutput("cinora: warning: the settings cannot be written to " + settings.path());
   dropKeptSound();
   if (font_) platform::closeFont(font_);
   if (!desktop.mainWindow) platform::setDesktopBackend(nullptr);

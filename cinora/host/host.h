@@ -71,6 +71,7 @@ struct DialogAnswers {
 class Host {
  public:
   explicit Host(const HostOptions&);
+  /// With a desktop the settings are saved, or a warning says that they cannot be.
   ~Host();
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;

@@ -240,6 +240,12 @@ void saveProject(Host& host, const std::string& path) {
   }
 }
 
+void rescueProject(Host& host) {
+  zenlay::QueryRequest request{};
+  if (!ask(host, zenlay::queryWriteBackup, request)) throw Failure("the editing plug-in writes no backups");
+  if (request.answer) throw Failure(request.answer);
+}
+
 std::string askEditor(Host& host, zenlay::PluginQuery query, const char* argument) {
   zenlay::QueryRequest request{argument, nullptr};
   if (!ask(host, query, request) || !request.answer) throw Failure("the editing plug-in does not answer");

@@ -30,6 +30,9 @@ ProjectFile takeProject(Host&, const std::string& name);
 void openProject(Host&, const FilmFile&);
 void saveProject(Host&, const std::string& path);
 
+/// A backup of what is open among the plug-in's own, whatever its preferences. Throws Failure.
+void rescueProject(Host&);
+
 /// The JSON a query to the editor's window procedure gives. Throws Failure when there is no editor or no answer.
 std::string askEditor(Host&, zenlay::PluginQuery, const char* argument);
 

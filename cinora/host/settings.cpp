@@ -46,8 +46,8 @@ void Settings::set(std::string_view section, std::string_view key, std::string_v
 }
 
 bool Settings::save() {
-  if (!changed_) return true;
-  if (path_.empty() || !platform::makeFolders(platform::folderOf(path_)) || !file_.write(path_)) return false;
+  if (!changed_ || path_.empty()) return true;
+  if (!platform::makeFolders(platform::folderOf(path_)) || !file_.write(path_)) return false;
   changed_ = false;
   return true;
 }

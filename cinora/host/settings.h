@@ -11,7 +11,7 @@ namespace cinora {
 class Settings {
  public:
   Settings() = default;
-  explicit Settings(std::string path);
+  explicit Settings(std::string path);  // empty: of no file
 
   /// $XDG_CONFIG_HOME/cinora/cinora.ini, or under ~/.config; empty when there is no home.
   static std::string userFile();
@@ -24,8 +24,10 @@ class Settings {
   /// Decimal with optional sign, or 0x hex; `fallback` when absent or no number. Beyond 32 bits it saturates.
   int getInt(std::string_view section, std::string_view key, int fallback) const;
   void set(std::string_view section, std::string_view key, std::string_view value);
-  /// Writes the file when something was set that differs from it. True when the file holds what was set.
+  /// Writes the file when something was set that differs from it. True when the file holds what was set, or there is
+  /// none.
   bool save();
+  const std::string& path() const { return path_; }
 
  private:
   std::string path_;

@@ -135,6 +135,17 @@ void describeSound(const AVFormatContext& container, const AVStream& stream, Med
   }
 }
 
+/// In pieces that need no memory of their own: rows are converted on several threads, where nothing may fail.
+void bgraToFrameRow(FramePixel* row, const Bgra* packed, int width) {
+  constexpr int pieceWidth = 256;
+  ObjectPixel piece[pieceWidth];
+  for (int left = 0; left < width; left += pieceWidth) {
+    const int count = std::min(pieceWidth, width - left);
+    bgraToObjectRow(piece, packed + left, count);
+    for (int x = 0; x < count; x++) row[left + x] = {piece[x].y, piece[x].cb, piece[x].cr};
+  }
+}
+
 }  // namespace
 
 struct MediaReader::State {
@@ -273,15 +284,13 @@ void MediaReader::convertRows(FramePixel* rows, int rowPixels, int firstRow, int
   int width = s.info.width;
   if (s.source.layout == Layout::planes8) planesToFrame(s.planes, rows, rowPixels, width, firstRow, lastRow);
   if (s.source.layout == Layout::planes16) planes16ToFrame(s.planes, rows, rowPixels, width, firstRow, lastRow);
-  std::vector<ObjectPixel> withAlpha(s.source.layout == Layout::bgra ? width : 0);
   for (int y = firstRow; y < lastRow; y++) {
     FramePixel* row = rows + int64_t{y} * rowPixels;
     const uint8_t* packed = s.frame->data[0] + int64_t{y} * s.frame->linesize[0];
     if (s.source.layout == Layout::bgr) {
       bgrToFrameRow(row, reinterpret_cast<const Bgr*>(packed), width);
     } else if (s.source.layout == Layout::bgra) {
-      bgraToObjectRow(withAlpha.data(), reinterpret_cast<const Bgra*>(packed), width);
-      for (int x = 0; x < width; x++) row[x] = {withAlpha[x].y, withAlpha[x].cb, withAlpha[x].cr};
+      bgraToFrameRow(row, reinterpret_cast<const Bgra*>(packed), width);
     } else {
       toBt601Row(row, width, s.space);
     }

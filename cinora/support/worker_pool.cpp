@@ -23,7 +23,7 @@ WorkerPool::~WorkerPool() {
   for (std::thread& worker : workers_) worker.join();
 }
 
-void WorkerPool::run(zenlay::ThreadWork work, void* first, void* second) {
+void WorkerPool::run(zenlay::ThreadWork work, void* first, void* second) noexcept {
   if (insideRun || workers_.empty()) {
     work(0, 1, first, second);
     return;

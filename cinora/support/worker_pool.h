@@ -19,13 +19,13 @@ class WorkerPool {
 
   int size() const { return static_cast<int>(workers_.size()) + 1; }
   /// Calls work(index, size(), first, second) once on every worker and returns when all have. From inside a worker the
-  /// work is done on the spot, as the only one of one.
-  void run(zenlay::ThreadWork work, void* first, void* second);
+  /// work is done on the spot, as the only one of one. Work may not throw: nobody could catch it, the program ends.
+  void run(zenlay::ThreadWork work, void* first, void* second) noexcept;
 
   /// work(firstRow, lastRow) on every worker. Slices begin at even rows, so that two rows of sub-sampled chroma stay
   /// together; small images are done on the spot.
   template <typename Work>
-  void forRows(int rows, const Work& work) {
+  void forRows(int rows, const Work& work) noexcept {
     if (rows < rowsWorthSplitting) {
       work(0, rows);
       return;

@@ -9,20 +9,18 @@ namespace platform::qt {
 
 namespace {
 
-/// Buttons in bits 0..3 of a box's style, in the order in which bits 8..9 number them; the last one that refuses stands
-/// for Escape.
+/// Buttons in bits 0..3 of a box's style, in the order in which bits 8..9 number them.
 struct ButtonRow {
   BoxResult buttons[3];
   int count;
-  BoxResult escape;
 };
 constexpr ButtonRow buttonRows[] = {
-    {{boxOk}, 1, boxOk},
-    {{boxOk, boxCancel}, 2, boxCancel},
-    {{boxAbort, boxRetry, boxIgnore}, 3, boxAbort},
-    {{boxYes, boxNo, boxCancel}, 3, boxCancel},
-    {{boxYes, boxNo}, 2, boxNo},
-    {{boxRetry, boxCancel}, 2, boxCancel},
+    {{boxOk}, 1},
+    {{boxOk, boxCancel}, 2},
+    {{boxAbort, boxRetry, boxIgnore}, 3},
+    {{boxYes, boxNo, boxCancel}, 3},
+    {{boxYes, boxNo}, 2},
+    {{boxRetry, boxCancel}, 2},
 };
 
 QMessageBox::StandardButton buttonOf(BoxResult result) {
@@ -53,14 +51,14 @@ int messageBox(Window* owner, const char* text, const char* caption, uint32_t st
   box->setIcon(iconOf(style));
   for (int i = 0; i < row.count; i++) box->addButton(buttonOf(row.buttons[i]));
   box->setDefaultButton(buttonOf(row.buttons[std::min<int>(style >> 8 & 3, row.count - 1)]));
-  box->setEscapeButton(buttonOf(row.escape));
+  box->setEscapeButton(buttonOf(refusalOf(style)));
   int pressed = box->exec();
   delete box;
   holdPresentModifiers();
   if (focused) focusWindow(focused);
   for (int i = 0; i < row.count; i++)
     if (buttonOf(row.buttons[i]) == pressed) return row.buttons[i];
-  return row.escape;
+  return refusalOf(style);
 }
 
 void runModal(Window* dialog) {

@@ -41,6 +41,15 @@ TEST_F(HostTest, EveryNamedOperationIsThereAndNoOther) {
   }
 }
 
+TEST_F(HostTest, WithoutADesktopQuestionsAreRecordedAndRefused) {
+  Host& host = start();
+  constexpr uint32_t okCancel = 0x42021, yesNoCancel = 3, yesNo = 4;
+  EXPECT_EQ(platform::messageBox(nullptr, "Replace?", "a.zla", okCancel), platform::boxCancel);
+  EXPECT_EQ(platform::messageBox(nullptr, "Keep?", "", yesNoCancel), platform::boxCancel);
+  EXPECT_EQ(platform::messageBox(nullptr, "Keep?", "", yesNo), platform::boxNo);
+  EXPECT_EQ(host.takeMessages(), (std::vector<std::string>{"a.zla: Replace?", "Keep?", "Keep?"}));
+}
+
 TEST_F(HostTest, RefusingAndBrokenFiltersAreDropped) {
   Host& host = start();
   std::vector<std::string> names;

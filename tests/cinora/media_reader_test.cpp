@@ -139,6 +139,26 @@ TEST(MediaReaderTest, RgbPicturesKeepEveryValue) {
   }
 }
 
+TEST(MediaReaderTest, AFrameIsTheSameWithAndWithoutAlphaBesideIt) {
+  constexpr int width = 513, height = 2;
+  ScratchFolder scratch;
+  std::vector<int16_t> seen[2];
+  for (bool alpha : {false, true}) {
+    std::string file = scratch / (alpha ? "a.mkv" : "a.avi");
+    ASSERT_TRUE(ffmpeg("-f lavfi -i \"color=s=513x2:r=5:d=1,format=gbrp,geq=r='X/2':g='255-X/3':b='Y*100'\" -pix_fmt " +
+                       std::string(alpha ? "bgra -c:v ffv1 " : "bgr24 -c:v rawvideo ") + file));
+    MediaReader reader;
+    std::string error;
+    ASSERT_TRUE(reader.open(file, false, error)) << error;
+    std::vector<FramePixel> rows(width * height);
+    ASSERT_TRUE(reader.prepareFrame(1));
+    reader.convertRows(rows.data(), width, 0, height);
+    for (const FramePixel& pixel : rows) seen[alpha].insert(seen[alpha].end(), {pixel.y, pixel.cb, pixel.cr});
+  }
+  EXPECT_EQ(seen[0], seen[1]);
+  EXPECT_NE(seen[0].front(), seen[0][3 * width - 3]);
+}
+
 TEST(MediaReaderTest, RowsConvertInParts) {
   ScratchFolder scratch;
   ASSERT_TRUE(ffmpeg("-f lavfi -i testsrc=s=64x46:r=5:d=1 -pix_fmt yuv420p -c:v ffv1 " + (scratch / "t.mkv")));

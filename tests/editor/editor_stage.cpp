@@ -41,7 +41,6 @@ void EditorStage::start() {
 }
 
 void EditorStage::restart() {
-  host().settings.save();
   editor.reset();
   settle();
   start();

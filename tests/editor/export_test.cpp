@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -71,6 +72,26 @@ TEST_F(Export, TheSelectionAsAFilm) {
   EXPECT_EQ(reader.info().frameCount, 7);
   EXPECT_EQ(reader.info().width, 64);
   EXPECT_EQ(reader.info().rate / reader.info().scale, 25);
+}
+
+TEST_F(Export, AnyFileOfASequenceIsAskedAboutBeforeItIsReplaced) {
+  openFilm(6);
+  const QString pattern = QString::fromStdString(stage.folder / "f_%05d.png");
+  desktop::ExportDialog dialog(stage.host(), stage.folder / "f.cnp", &stage.window());
+  dialog.findChild<QComboBox*>()->setCurrentText("PNG pictures");
+  dialog.findChild<QLineEdit*>()->setText(pattern);
+  auto answered = [&](const char* name, QMessageBox::StandardButton button) {
+    stage.folder.write(name, "kept");
+    stage.asked.clear();
+    stage.answer(button);
+    dialog.accept();
+    return stage.asked.value(0).toStdString();
+  };
+  EXPECT_EQ(answered("f_00004.png", QMessageBox::No), (stage.folder / "f_00004.png") + " exists already. Replace it?");
+  EXPECT_NE(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(answered("f_00006.png", QMessageBox::Yes),
+            "2 files of the sequence exist already, " + (stage.folder / "f_00004.png") + " first. Replace them?");
+  EXPECT_EQ(dialog.result(), QDialog::Accepted);
 }
 
 TEST_F(Export, CancelledLeavesNothing) {

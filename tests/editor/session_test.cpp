@@ -6,9 +6,11 @@
 #include <unistd.h>
 
 #include <QAction>
+#include <QCheckBox>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QScrollArea>
 #include <filesystem>
 
@@ -54,23 +56,33 @@ struct Session : testing::Test {
     box->setText(QString::fromStdString(stage.folder / name));
     QTest::keyClick(box, Qt::Key_Return);
   }
-  /// Types into the plug-in's new-project dialog as soon as it is open, its boxes from top to bottom, and presses a
-  /// key.
-  void answerNewProject(QStringList texts, Qt::Key key) {
+  /// Does `act` as soon as the plug-in's dialog of this title is open.
+  void inDialog(const char* title, std::function<void(QWidget*)> act) {
     auto* timer = new QTimer(&stage.window());
     QObject::connect(timer, &QTimer::timeout, &stage.window(), [=] {
       for (QWidget* dialog : QApplication::topLevelWidgets()) {
-        if (dialog->windowTitle() != "Create a New Project" || !dialog->isVisible()) continue;
+        if (dialog->windowTitle() != title || !dialog->isVisible()) continue;
+        timer->stop();
         timer->deleteLater();
-        QList<QLineEdit*> boxes = dialog->findChildren<QLineEdit*>();
-        for (int i = 0; i < texts.size(); i++) {
-          boxes[i]->selectAll();
-          QTest::keyClicks(boxes[i], texts[i]);
-        }
-        return QTest::keyClick(boxes[0], key);
+        return act(dialog);
       }
     });
     timer->start(5);
+  }
+  /// Types into the new-project dialog, its boxes from top to bottom, and presses a key.
+  void answerNewProject(QStringList texts, Qt::Key key) {
+    inDialog("Create a New Project", [=](QWidget* dialog) {
+      QList<QLineEdit*> boxes = dialog->findChildren<QLineEdit*>();
+      for (int i = 0; i < texts.size(); i++) {
+        boxes[i]->selectAll();
+        QTest::keyClicks(boxes[i], texts[i]);
+      }
+      QTest::keyClick(boxes[0], key);
+    });
+  }
+  void command(int id) {
+    platform::sendMessage(stage.host().plugins.editor()->window, zenlay::messageCommand, id, 0);
+    stage.settle();
   }
 };
 
@@ -123,6 +135,22 @@ TEST_F(Session, UnsavedWorkIsAskedAbout) {
     }
   }
   EXPECT_TRUE(stage.window().session().path().empty());
+}
+
+// A session's end asks first, and the windows are closed only later.
+TEST_F(Session, TheEndIsAskedAboutOnceForEachChange) {
+  stage.window().openFile(film("a.zlo"));
+  edit();
+  stage.answer(QMessageBox::Cancel);
+  EXPECT_FALSE(stage.window().mayEnd());
+  stage.answer(QMessageBox::Discard);
+  EXPECT_TRUE(stage.window().mayEnd());
+  EXPECT_TRUE(stage.window().mayEnd());
+  EXPECT_EQ(stage.asked.size(), 2);
+  command(zenlay::commandUndoStep);
+  stage.answer(QMessageBox::Cancel);
+  EXPECT_FALSE(stage.window().mayEnd());
+  EXPECT_EQ(stage.asked.size(), 3);
 }
 
 TEST_F(Session, CursorAndSelectionAreNoUnsavedWork) {
@@ -270,6 +298,39 @@ TEST_F(Session, RecentFilesAreKeptLatestFirst) {
   EXPECT_EQ(recent[9], paths[2]);
 }
 
+TEST_F(Session, FilesDroppedTogetherAreTakenOrTold) {
+  auto hasAll = [&](const std::vector<std::string>& files) {
+    std::string texts = askEditor(stage.host(), zenlay::queryTexts, nullptr);
+    return std::all_of(files.begin(), files.end(), [&](auto& file) { return texts.find(file) != texts.npos; });
+  };
+  std::vector<std::string> pictures;
+  for (const char* name : {"a.png", "b.png", "c.png"}) {
+    QImage picture(8, 8, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(QString::fromStdString(stage.folder / name)));
+    pictures.push_back(stage.folder / name);
+  }
+  stage.folder.write("film.zlo", squareFilm(10, 20, 5));
+  stage.window().openFile(stage.folder / "film.zlo");
+  stage.answer(QMessageBox::Ok);
+  stage.window().takeFiles(pictures);
+  EXPECT_TRUE(hasAll({pictures[0], pictures[1]}));
+  // The plug-in finds no place for a third one where two stand.
+  EXPECT_EQ(stage.asked,
+            QStringList(QString::fromStdString("Not imported, as there is no place for them:\n" + pictures[2])));
+  stage.asked.clear();
+  std::string project = stage.folder / "a.cnp";
+  ASSERT_TRUE(stage.window().saveTo(project));
+  std::string second = stage.folder / "b.cnp";
+  ASSERT_TRUE(stage.window().saveTo(second));
+  stage.answer(QMessageBox::Ok);
+  stage.window().takeFiles({pictures[0], project, second});
+  EXPECT_EQ(stage.window().session().path(), project);
+  EXPECT_TRUE(hasAll({pictures[0], pictures[1]}));
+  EXPECT_EQ(stage.asked,
+            QStringList(QString::fromStdString("A project opens alone. Left out:\n" + pictures[0] + "\n" + second)));
+}
+
 TEST_F(Session, AVideoBeginsAProjectOfItsFormat) {
   stage.window().openFile(SOURCE_DIR "/examples/media/lights.mp4");
   EXPECT_TRUE(stage.asked.empty());
@@ -321,6 +382,33 @@ TEST_F(Session, TheArrangementIsKept) {
   EXPECT_TRUE(timeline->isFloating());
   stage.trigger(ActionId::arrange);
   EXPECT_FALSE(timeline->isFloating());
+}
+
+// The plug-in writes them as it ends.
+TEST_F(Session, PreferencesAreKept) {
+  constexpr int toggleSnap = 1034, preferences = 1014;
+  auto stored = [&](const char* key) { return Settings(stage.folder / "cinora.ini").getInt("Zenlay", key, -1); };
+  inDialog("Preferences", [](QWidget* dialog) {
+    for (auto* box : dialog->findChildren<QCheckBox*>())
+      if (box->text().startsWith("Scroll the timeline")) box->click();
+    for (auto* button : dialog->findChildren<QPushButton*>())
+      if (button->text() == "OK") return button->click();
+  });
+  command(preferences);
+  command(toggleSnap);
+  stage.restart();
+  EXPECT_EQ(stored("auto_scroll"), 0);
+  EXPECT_EQ(stored("object_snap"), 0);
+  EXPECT_EQ(stored("auto_save"), -1) << "an override of one run";
+}
+
+TEST_F(Session, SettingsThatCannotBeKeptAreTold) {
+  std::filesystem::create_directory(stage.folder / "cinora.ini");
+  testing::internal::CaptureStderr();
+  stage.restart();
+  EXPECT_THAT(
+      testing::internal::GetCapturedStderr(),
+      testing::StartsWith("cinora: warning: the settings cannot be written to " + (stage.folder / "cinora.ini")));
 }
 
 TEST_F(Session, CutAndPasteMoveAnObject) {

@@ -1,5 +1,7 @@
 // One session from an empty project to the film: files dropped, moved, split, set, undone, saved, opened again.
 #include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/wait.h>
 
 #include <algorithm>
 
@@ -228,6 +230,32 @@ TEST_F(Session, FromAnEmptyProjectToTheFilm) {
   for (const auto& row : rows)
     EXPECT_TRUE(isColor(frames[row.frame], row.at, row.color))
         << "frame " << row.frame << " at " << row.at.x << ", " << row.at.y;
+}
+
+TEST_F(Session, AskedToEndItKeepsUnsavedWork) {
+  const std::string object = "start=1\nend=100\noverlay=1\ncamera=0\nlayer=", drawn = "\n_name=Standard drawing\n";
+  const std::string head = "[zenlay]\nwidth=64\nheight=48\nrate=25\nscale=1\nlength=100\n";
+  folder.write("film.zlo", head + "[0]\n" + object + "1\n[0.0]\n_name=Graphic\nSize=11\n[0.1]" + drawn + "[1]\n" +
+                               object + "2\n[1.0]\n_name=Graphic\nSize=3571\n[1.1]" + drawn);
+  open({folder / "film.zlo"});
+  ASSERT_TRUE(waitFor([&] { return !windowNamed("film.zlo").empty(); }));
+  drag({timelineX + 20, onTimeline(1, 1).y}, {timelineX + 20, onTimeline(1, 3).y});
+  auto title = [&] { return xdotool({"getwindowname", windowNamed("film.zlo")}).output; };
+  ASSERT_TRUE(waitFor([&] { return title().starts_with("film.zlo*"); }));
+  kill(editor, SIGTERM);
+  int status = -1;
+  ASSERT_TRUE(waitFor([&] { return waitpid(editor, &status, WNOHANG) == editor; }));
+  editor = -1;
+  EXPECT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 1);
+  EXPECT_EQ(contentsOf(folder / "editor_errors"), "cinora: the unsaved work on film.zlo is kept as a backup\n");
+  EXPECT_THAT(contentsOf(folder / "cinora/cinora.ini"), testing::HasSubstr("film.zlo"));
+  const std::string backups = BINARY_DIR "/bin/backup/";
+  std::string kept;
+  for (const std::string& name : namesIn(backups))
+    if (std::string text = textOf(backups + name); text.find("Size=3571\n") != text.npos) kept = text;
+  EXPECT_THAT(kept, testing::StartsWith(head));
+  EXPECT_THAT(kept, testing::HasSubstr("layer=3\n")) << "the state before";
 }
 
 }  // namespace

@@ -277,6 +277,26 @@ TEST_F(AudioMix, TimeControlsMoveTheSoundBelow) {
   for (const Heard& h : heard) EXPECT_EQ(h.speed, h.object == below ? 2 * normalTimeSpeed : normalTimeSpeed) << h.frame;
 }
 
+// What the speeds play up to a frame is where its time stands: nothing has to jump to keep up.
+TEST_F(AudioMix, SoundKeepsUpWithATimeThatEases) {
+  int control = addObject({.layer = 2, .start = 0, .end = 120, .effects = {effectTimeControl}});
+  int below = add(3, 100, {}, 0, 120);
+  moveTrack(control, 0, 0, 0, 10000);
+  const int modes[] = {modeRectilinear, modeRectilinear | modeAccelerationBit,
+                       modeRectilinear | modeAccelerationBit | modeDecelerationBit};
+  for (int mode : modes) {
+    objects[control].modes[0] = mode;
+    heard.clear();
+    for (int frame = 0; frame <= 120; frame++) mixFrame(frame);
+    double played = 0;
+    for (const Heard& h : heard) {
+      if (h.object != below) continue;
+      EXPECT_NEAR(played, h.time / 100.0, 0.5) << "frame " << h.frame << " mode " << mode;
+      played += h.speed / double{normalTimeSpeed};
+    }
+  }
+}
+
 TEST_F(AudioMix, CompanionsStartTogether) {
   auto video = [](int layer, int start, int inScene = 0) {
     return addObject({.layer = layer,

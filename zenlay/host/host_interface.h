@@ -58,7 +58,8 @@ inline constexpr uint32_t messageQuery = 0x7000;
 enum PluginQuery : intptr_t {
   queryEffects = 1,      // argument: an effect's name or null for all; answer: JSON array
   queryProject = 2,      // answer: JSON object of clip, scenes, layers and objects
-  queryWriteBackup = 3,  // argument: path; writes a backup file there; answer: null or the reason of a failure
+  queryWriteBackup = 3,  // argument: path, or null for a file among the automatic ones, whether they are wanted or not;
+                         // writes a backup file there; answer: null or the reason of a failure
   queryLeftOut = 4,      // answer: null or a line on what the last object file read or written left out
   queryTexts = 5,        // answer: JSON array of the texts in the objects' extra data, file names among them
   queryUndoSteps = 6,    // answer: the number of steps that undo puts back, decimal

@@ -34,29 +34,49 @@ struct TimeFlow {
   int32_t speed;  // 100000 = normal
 };
 
-/// The control's time is rounded from frame to frame; its speed is taken over as many frames around as run one way.
+/// The controls' time around a frame, in hundredths of a frame.
+struct ControlledTimes {
+  int control;
+  FrameRange chain;
+  int32_t at(int frame) const { return controlledTime(objects + sectionAt(control, frame), frame, 0, false); }
+  int32_t step(int frame) const { return at(frame + 1) - at(frame); }
+};
+
 constexpr int flowFrames = 30;
 
-TimeFlow flowOf(int control, int frame) {
-  auto timeAt = [&](int at) { return controlledTime(objects + sectionAt(control, at), at, 0, false); };
-  FrameRange chain = chainRange(control);
-  int32_t time = timeAt(frame), first = time, last = time;
-  int from = frame, to = frame;
-  while (from > std::max(chain.first, frame - flowFrames)) {
-    int32_t before = timeAt(from - 1);
-    if (before > first) break;
-    first = before;
-    from--;
-  }
-  while (to < std::min(chain.last, frame + flowFrames)) {
-    int32_t after = timeAt(to + 1);
-    if (after < last) break;
-    last = after;
-    to++;
-  }
-  if (from == to) return {time, chain.first == chain.last ? normalTimeSpeed : 0};
+/// How fast the time passes between `frame` and the next. It is rounded from frame to frame, to hundredths or to parts
+/// of the control's length: the speed is taken over as many frames on both sides as show no other speed for all their
+/// rounding. So an even flow keeps one speed, and one that changes is followed without falling behind.
+int32_t evenedSpeed(const ControlledTimes& times, int frame) {
   constexpr int64_t unit = normalTimeSpeed / 100;
-  return {time, static_cast<int32_t>((last - first) * unit / (to - from))};
+  const int64_t rounding = (times.chain.last - times.chain.first) / 100 + 1;
+  int64_t slowest = 0, fastest = INT64_MAX, speed = 0;
+  int reach = std::min({flowFrames, frame - times.chain.first, times.chain.last - frame - 1});
+  for (int k = 0; k <= reach; k++) {
+    const int64_t way = int64_t{times.at(frame + 1 + k)} - times.at(frame - k), frames = 2 * k + 1;
+    slowest = std::max(slowest, (way - rounding) * unit / frames);
+    fastest = std::min(fastest, (way + rounding) * unit / frames);
+    if (slowest > fastest) break;
+    speed = std::clamp(way * unit / frames, slowest, fastest);
+  }
+  return static_cast<int32_t>(speed);
+}
+
+/// A leap of the time between `frame` and the next, where it passes forwards before and behind: a cut.
+bool leaps(const ControlledTimes& times, int frame) {
+  if (frame <= times.chain.first || frame + 2 > times.chain.last) return false;
+  const int32_t before = times.step(frame - 1), behind = times.step(frame + 1), step = times.step(frame);
+  const int32_t usual = 2 * std::max(before, behind) + (times.chain.last - times.chain.first) / 50 + 4;
+  return before > 0 && behind > 0 && (step < 0 || step > usual);
+}
+
+TimeFlow flowOf(int control, int frame) {
+  const ControlledTimes times{control, chainRange(control)};
+  const int32_t time = times.at(frame);
+  if (times.chain.first == times.chain.last) return {time, normalTimeSpeed};
+  frame = std::min(frame, times.chain.last - 1);  // after which the last speed stays
+  if (leaps(times, frame)) frame--;
+  return {time, times.step(frame) < 0 ? 0 : evenedSpeed(times, frame)};
 }
 
 /// Audio effects only; the pictures' pipeline tells the others.

@@ -95,6 +95,21 @@ const char* writeBytes(const char* path, const std::vector<char>& bytes, bool re
   return written && fflush(file.get()) == 0 ? nullptr : writeFailure;
 }
 
+/// In place of the oldest one when there are as many as wanted.
+const char* addBackup(const std::vector<char>& bytes) {
+  std::vector<std::string> names = backups();
+  if (names.empty()) platform::makeFolders(environment.backupDirectory);
+  if (!names.empty() && static_cast<int>(names.size()) >= preferences.auto_save_num) {
+    platform::removeFile(environment.backupDirectory + names.front());
+  }
+  const char* failure = createFailure;
+  for (int i = 0; i < attempts && failure == createFailure; i++) {
+    if (i > 0) platform::sleepMilliseconds(retryMilliseconds);
+    failure = writeBytes((environment.backupDirectory + timeStampedName()).c_str(), bytes, false);
+  }
+  return failure;
+}
+
 int32_t channelsBehind(FILE* file, const BackupHeader& header) {
   int32_t channels = usualChannels;
   const bool there = fseek(file, long{header.dataSize} + long{sizeof header}, SEEK_SET) == 0 &&
@@ -120,17 +135,14 @@ void writeAutomaticBackup(bool force) {
   lastBackup = platform::tickCount();
   std::vector<char> bytes;
   if (backupBytes(bytes)) return;
-  std::vector<std::string> names = backups();
-  if (names.empty()) platform::makeFolders(environment.backupDirectory);
-  if (static_cast<int>(names.size()) >= preferences.auto_save_num) {
-    platform::removeFile(environment.backupDirectory + names.front());
-  }
-  const char* failure = createFailure;
-  for (int i = 0; i < attempts && failure == createFailure; i++) {
-    if (i > 0) platform::sleepMilliseconds(retryMilliseconds);
-    failure = writeBytes((environment.backupDirectory + timeStampedName()).c_str(), bytes, false);
-  }
-  if (failure) showMessage(failure, boxWarning);
+  if (const char* failure = addBackup(bytes)) showMessage(failure, boxWarning);
+}
+
+const char* writeTimeStampedBackup() {
+  if (environment.backupDirectory.empty()) return createFailure;
+  std::vector<char> bytes;
+  const char* failure = backupBytes(bytes);
+  return failure ? failure : addBackup(bytes);
 }
 
 std::string newestBackup() {

@@ -15,6 +15,8 @@ void pruneBackups();
 /// Writes a backup into the backup folder when the preferences want it and the project holds something; without
 /// `force` only when the interval is over and the host isn't saving. Failures show a message.
 void writeAutomaticBackup(bool force);
+/// The same whatever the preferences want. Null when written, otherwise why not (static text).
+const char* writeTimeStampedBackup();
 /// Path of the newest backup, or the folder when there is none.
 std::string newestBackup();
 

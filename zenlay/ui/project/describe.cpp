@@ -241,7 +241,7 @@ int answerQuery(intptr_t query, QueryRequest* request) {
     case queryTexts:
       return answerWith(listTexts());
     case queryWriteBackup:
-      request->answer = writeBackup(request->argument, true);
+      request->answer = request->argument ? writeBackup(request->argument, true) : writeTimeStampedBackup();
       return 1;
     case queryLeftOut:
       answer = leftOutNote;
