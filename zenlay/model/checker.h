@@ -1,4 +1,4 @@
-// A walk over the whole model that says what is broken; for tests and fuzz targets.
+// A walk over the whole model that says what is broken; for tests.
 #pragma once
 
 #include <string>
