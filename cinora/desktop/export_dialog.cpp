@@ -23,6 +23,7 @@
 #include "cinora/support/failure.h"
 #include "cinora/support/interruption.h"
 #include "platform/paths.h"
+#include "platform/qt/qt_desktop.h"
 
 namespace cinora::desktop {
 namespace {
@@ -133,7 +134,7 @@ void ExportDialog::layOut() {
   fileRow->addWidget(browseButton);
   problem_->setTextFormat(Qt::PlainText);
   problem_->setWordWrap(true);
-  problem_->setStyleSheet("color: #E0796B");
+  problem_->setStyleSheet(platform::qt::themeIsDark() ? "color: #E0796B" : "color: #A83226");
   problem_->hide();
   auto* form = new QFormLayout;
   form->setHorizontalSpacing(12);
@@ -202,8 +203,12 @@ bool ExportDialog::mayReplace(const ExportRequest& wanted) {
 }
 
 void ExportDialog::accept() {
+  if (!path_->text().isEmpty())
+    path_->setText(QString::fromStdString(completedPath(presetOf(preset_), path_->text().toStdString())));
   ExportRequest wanted = request();
   try {
+    const std::string folder(platform::folderOf(wanted.output.path));
+    if (!folder.empty() && !platform::folderExists(folder)) throw Failure("There is no folder " + folder);
     checkOutput(wanted.output, wanted.last - wanted.first + 1);
     keepMedia(host_, wanted);
   } catch (const std::exception& error) {

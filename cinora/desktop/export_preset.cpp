@@ -1,5 +1,8 @@
 #include "cinora/desktop/export_preset.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "cinora/support/failure.h"
 #include "platform/paths.h"
 
@@ -45,6 +48,13 @@ std::string exportPath(const ExportPreset& preset, const std::string& filmPath) 
   size_t place = stem.rfind(numberPlace);
   if (place != stem.npos && place + sizeof numberPlace - 1 == stem.size()) stem.resize(place);
   return stem + (preset.sequence ? numberPlace : "") + preset.extension;
+}
+
+std::string completedPath(const ExportPreset& preset, const std::string& typed) {
+  auto endsAs = [&](const ExportPreset& p) { return platform::equalNoCase(platform::extensionOf(typed), p.extension); };
+  if (endsAs(preset)) return preset.sequence && !numberedName(typed, 1) ? exportPath(preset, typed) : typed;
+  const bool another = std::any_of(std::begin(presets), std::end(presets), endsAs);
+  return exportPath(preset, another ? typed : typed + preset.extension);
 }
 
 }  // namespace cinora::desktop

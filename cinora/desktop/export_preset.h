@@ -24,4 +24,7 @@ OutputRequest outputOf(const ExportPreset&, const std::string& path);
 /// The path for a film named so, with the preset's ending and, of a sequence, the number's place.
 std::string exportPath(const ExportPreset&, const std::string& filmPath);
 
+/// What the user typed, with that ending: in place of another preset's, else behind what was typed.
+std::string completedPath(const ExportPreset&, const std::string& typed);
+
 }  // namespace cinora::desktop

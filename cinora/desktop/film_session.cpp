@@ -66,7 +66,7 @@ void FilmSession::place(const std::string& path) {
   if (platform::sendMessage(editor->window, platform::messageFilesDropped, 0, reinterpret_cast<intptr_t>(&files)))
     return;
   std::vector<std::string> messages = host_.takeMessages();
-  throw Failure(messages.empty() ? path + " is no file that can be placed in the film" : messages.back());
+  throw Failure(messages.empty() ? path + " finds no place on the timeline" : messages.back());
 }
 
 void FilmSession::load(const std::string& path) {

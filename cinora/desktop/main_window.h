@@ -82,7 +82,7 @@ class MainWindow : public QMainWindow {
   /// Opens what the user chose or dropped, after the question about unsaved work. Failures are told.
   void openFile(const std::string& path);
   /// Onto the first layer of the open project; opens it when there is none.
-  void importFile(const std::string& path);
+  void importAll(const std::vector<std::string>& paths);
   /// What was dropped together: imported one after the other, or the first project among them opened and the others
   /// told to be left out.
   void takeFiles(const std::vector<std::string>& paths);

@@ -132,13 +132,20 @@ void MainWindow::openFile(const std::string& path) {
   if (!problem.empty()) tell(problem);
 }
 
-void MainWindow::importFile(const std::string& path) {
-  if (!session_->open()) return openFile(path);
-  try {
-    session_->place(path);
-  } catch (const std::exception& error) {
-    tell(error.what());
+void MainWindow::importAll(const std::vector<std::string>& paths) {
+  std::vector<std::string> problems;
+  for (const std::string& path : paths) {
+    if (!session_->open()) {
+      openFile(path);
+      continue;
+    }
+    try {
+      session_->place(path);
+    } catch (const std::exception& error) {
+      problems.push_back(error.what());
+    }
   }
+  if (!problems.empty()) tell(joined(problems));
   tellMessages();
   noteChange(true);
 }
@@ -150,7 +157,7 @@ void MainWindow::open() {
 
 void MainWindow::importFiles() {
   QString path = QFileDialog::getOpenFileName(this, "Import", "", importFilter);
-  if (!path.isEmpty()) importFile(path.toStdString());
+  if (!path.isEmpty()) importAll({path.toStdString()});
 }
 
 bool MainWindow::saveTo(const std::string& path) {
@@ -249,16 +256,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
 
 void MainWindow::takeFiles(const std::vector<std::string>& paths) {
   auto project = std::find_if(paths.begin(), paths.end(), replacesProject);
-  if (project == paths.end()) {
-    std::string noRoom;
-    for (const std::string& path : paths) {
-      const std::string before = session_->open() ? askEditor(*host_, zenlay::queryProject, nullptr) : "";
-      importFile(path);
-      if (!before.empty() && before == askEditor(*host_, zenlay::queryProject, nullptr)) noRoom += "\n" + path;
-    }
-    if (paths.size() > 1 && !noRoom.empty()) tell("Not imported, as there is no place for them:" + noRoom);
-    return;
-  }
+  if (project == paths.end()) return importAll(paths);
   openFile(*project);
   std::string leftOut;
   for (auto path = paths.begin(); path != paths.end(); ++path)

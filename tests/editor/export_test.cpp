@@ -59,6 +59,16 @@ TEST(ExportPresets, NameTheirFiles) {
     usable += canExport(preset);
   }
   EXPECT_GE(usable, 6);
+  const ExportPreset &mp4 = exportPresets()[0], &png = exportPresets()[5];
+  const char* const rows[][3] = {
+      {"/a/clip", "/a/clip.mp4", "/a/clip_%05d.png"},     {"/a/clip.MP4", "/a/clip.MP4", "/a/clip_%05d.png"},
+      {"/a/clip.wav", "/a/clip.mp4", "/a/clip_%05d.png"}, {"/a/take.1", "/a/take.1.mp4", "/a/take.1_%05d.png"},
+      {"/a/f%d.png", "/a/f%d.mp4", "/a/f%d.png"},
+  };
+  for (auto [typed, film, pictures] : rows) {
+    EXPECT_EQ(completedPath(mp4, typed), film);
+    EXPECT_EQ(completedPath(png, typed), pictures);
+  }
 }
 
 TEST_F(Export, TheSelectionAsAFilm) {
@@ -128,21 +138,25 @@ TEST_F(Export, WhatCannotBeIsSaidInTheDialog) {
   auto* path = dialog.findChild<QLineEdit*>();
   QPushButton* start = exportButton(dialog);
   EXPECT_TRUE(start->isDefault());
-  path->setText("film.unknown");
-  start->click();
-  EXPECT_TRUE(dialog.isVisible());
-  path->setText(QString::fromStdString(stage.folder / "ok.mp4"));
+  for (const char* wrong : {"no/folder/out.mp4", "film.zlo/out.mp4", ""}) {
+    path->setText(*wrong ? QString::fromStdString(stage.folder / wrong) : "");
+    start->click();
+    EXPECT_TRUE(dialog.isVisible()) << wrong;
+  }
+  path->setText(QString::fromStdString(stage.folder / "ok"));
   start->click();
   EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(dialog.request().output.path, stage.folder / "ok.mp4");
   EXPECT_EQ(dialog.request().last, 2);
 }
 
 TEST_F(Export, AFailureIsToldAndLeavesNothing) {
   openFilm(3);
+  std::filesystem::create_directory(stage.folder / "out.mp4");
   stage.answer(QMessageBox::Ok);
-  exportTo(stage.folder / "no/folder/out.mp4");
+  exportTo(stage.folder / "out.mp4");
   EXPECT_EQ(stage.asked.size(), 1);
-  EXPECT_EQ(names(), (std::vector<std::string>{"film.zlo"}));
+  EXPECT_EQ(names(), (std::vector<std::string>{"film.zlo", "out.mp4"}));
 }
 
 }  // namespace

@@ -169,7 +169,7 @@ TEST_F(Session, AFileThatCannotBePlacedIsNoFilm) {
   ASSERT_TRUE(picture.save(QString::fromStdString(stage.folder / name)));
   for (bool importing : {false, true}) {
     stage.answer(QMessageBox::Ok);
-    importing ? stage.window().importFile(stage.folder / name) : stage.window().openFile(stage.folder / name);
+    importing ? stage.window().importAll({stage.folder / name}) : stage.window().openFile(stage.folder / name);
     EXPECT_EQ(title(), "a.zlo[*] — Cinora");
   }
   EXPECT_EQ(stage.asked, QStringList({"The path of the file is too long", "The path of the file is too long"}));
@@ -316,8 +316,7 @@ TEST_F(Session, FilesDroppedTogetherAreTakenOrTold) {
   stage.window().takeFiles(pictures);
   EXPECT_TRUE(hasAll({pictures[0], pictures[1]}));
   // The plug-in finds no place for a third one where two stand.
-  EXPECT_EQ(stage.asked,
-            QStringList(QString::fromStdString("Not imported, as there is no place for them:\n" + pictures[2])));
+  EXPECT_EQ(stage.asked, QStringList(QString::fromStdString(pictures[2] + " finds no place on the timeline")));
   stage.asked.clear();
   std::string project = stage.folder / "a.cnp";
   ASSERT_TRUE(stage.window().saveTo(project));

@@ -220,6 +220,19 @@ int writeObjectFile(const char* path) {
   });
 }
 
+bool checkObjectFile(const char* path) {
+  SectionFile file{};
+  std::string section;
+  if (!openSectionFile(path, &file)) {
+    showMessage("Failed to read the file", boxWarning);
+    return false;
+  }
+  while (const char* header = readSection(&file, section))
+    if (strcmp(header, "[zenlay]") == 0 || strcmp(header, "[0]") == 0) return true;
+  showMessage("The file holds neither a header nor objects", boxWarning);
+  return false;
+}
+
 int readObjectFile(const char* path, int frameOffset, int layerOffset) {
   leftOutNote.clear();
   Import import{};

@@ -19,6 +19,8 @@ struct ObjectFileHeader {
 int writeObjectFile(const char* path);
 /// The largest end frame among the objects created (0 when none), or -1 with a message when the file cannot be opened.
 int readObjectFile(const char* path, int frameOffset, int layerOffset);
+/// False, after a message, for a file that holds neither a header nor objects.
+bool checkObjectFile(const char* path);
 /// 1 when the file starts with "[zenlay]"; the header then holds its values or the read defaults. Otherwise 0 and the
 /// read defaults.
 int readObjectFileHeader(const char* path, ObjectFileHeader*);

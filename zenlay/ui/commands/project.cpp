@@ -24,7 +24,6 @@ constexpr int fileNameBytes = 260;
 constexpr char objectFileFilter[] = "ObjectFile (*.zlo)\0*.zlo\0AllFile (*.*)\0*.*\0";
 constexpr char backupFileFilter[] = "BackupFile (*.zenlay_backup)\0*.zenlay_backup\0AllFile (*.*)\0*.*\0";
 constexpr char filmFilter[] = "AVI / BMP (*.avi;*.bmp)\0*.avi;*.bmp\0AllFile (*.*)\0*.*\0";
-constexpr char nothingInFile[] = "The file holds neither a header nor objects";
 constexpr char exportTitle[] = "Zenlay AVI / BMP export (RGBA)";
 
 using FileDialog = int32_t (*)(char*, const char*, const char*);
@@ -55,12 +54,9 @@ int newProject() {
 }
 
 int newFromObjectFile(const char* path) {
-  if (!platform::fileExists(path)) {
-    showMessage("Failed to read the file", boxWarning);
-    return 0;
-  }
+  if (!checkObjectFile(path)) return 0;
   ObjectFileHeader header;
-  bool headed = readObjectFileHeader(path, &header);
+  readObjectFileHeader(path, &header);
   const ClipFormat format{header.width, header.height,    header.rate,
                           header.scale, header.audioRate, header.audioChannels};
   if (!createProject(format)) return 0;
@@ -69,22 +65,16 @@ int newFromObjectFile(const char* path) {
   extendScene(std::max(header.length, 1) - 1);
   int end = readObjectFile(path, 0, 0);
   if (end < 0) return 0;
-  if (!headed && objectCount == 0) {
-    showMessage(nothingInFile, boxWarning);
-    return 0;
-  }
   extendScene(end);
   zoomToFit();
   return 1;
 }
 
 int insertObjectFile(const char* path) {
-  ObjectFileHeader header;
-  const bool headed = readObjectFileHeader(path, &header);
+  if (!checkObjectFile(path)) return 0;
   return inOneStep([=] {
     const int before = objectCount, end = readObjectFile(path, timelineView.cursorFrame, 0);
     if (end < 0) return false;
-    if (objectCount == before && !headed) showMessage(nothingInFile, boxWarning);
     if (objectCount > before) extendScene(end);
     return objectCount > before;
   });

@@ -149,7 +149,7 @@ int placeMedia(const char* path, int frame, int layer, const std::vector<int>& e
 }
 
 int placeObjectFile(const char* path, int frame, int layer) {
-  int last = readObjectFile(path, frame, layer);
+  int last = checkObjectFile(path) ? readObjectFile(path, frame, layer) : -1;
   if (last < 0) return 0;
   extendScene(last);
   redrawTimeline();

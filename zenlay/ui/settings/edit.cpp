@@ -1,5 +1,6 @@
 // Track values changed by the user: typed, dragged in the box, by track bar or spin button.
 #include <algorithm>
+#include <climits>
 
 #include "zenlay/model/objects.h"
 #include "zenlay/model/undo.h"
@@ -52,7 +53,10 @@ void change(Side side, int64_t wanted, bool typed = false) {
   if (!side.end && row.mode == 0) row.end.value = value.value;
   {
     Updating updating;
-    if (!typed || value.value != wanted) setWindowText(value.box, formatValue(value.value, value.scale).c_str());
+    if (!typed || value.value != wanted) {
+      setWindowText(value.box, formatValue(value.value, value.scale).c_str());
+      if (typed) selectText(value.box, INT_MAX, INT_MAX);  // the user goes on behind the limit
+    }
     setControlValue(value.spin, value.value);
     setControlValue(value.bar, value.value / value.multiplier);
     if (row.mode == 0) showSide(row.end);
