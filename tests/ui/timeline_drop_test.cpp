@@ -126,6 +126,20 @@ TEST_F(TimelineDrop, EverythingIsInsertedSnapped) {
   EXPECT_EQ(placeOf(objectAt(200, 2)), (Place{200, 250, 2}));
 }
 
+TEST_F(TimelineDrop, AnObjectFileThatHoldsNothingIsTold) {
+  ::test::ScratchFolder folder;
+  folder.write("empty.zlo", "garbage\n[1]\n");
+  shownMessages().clear();
+  EXPECT_EQ(drop(folder / "empty.zlo", 10, 0), 0);
+  timelineView.sceneLength = 0;  // no project: none is made for it
+  fakeHost.functions.openEdit = [](EditHandle, const char* name, uint32_t) -> int32_t {
+    ADD_FAILURE() << name;
+    return 0;
+  };
+  EXPECT_EQ(drop(folder / "empty.zlo", 10, 0), 0);
+  EXPECT_EQ(shownMessages(), std::vector<std::string>(2, "The file holds neither a header nor objects"));
+}
+
 TEST_F(TimelineDrop, WhatBeginsASceneIsShownWhole) {
   timelineView.sceneLength = fakeHost.frameCount = 1;
   drop("/films/a.avi", 0, 0);
